@@ -1,0 +1,151 @@
+// IPv4 TCP sockets that can be cancelled, and TLS over the same descriptor.
+//
+// Every operation waits in slices of at most 200 ms and asks `IsToStop` between them. Results: 0 done, 1 stopped,
+// 2 failed or timed out, without any text; words for the user come from the callers. All times in milliseconds.
+// A socket belongs to one process at a time, on the calling thread; any event may run inside a wait.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/process.h"
+#include "platform/net.h"
+#include "platform/tls.h"
+#include "support/strings.h"
+
+constexpr unsigned kSocketSliceMs = 200;  ///< The grain of every time-out.
+
+/// An IPv4 address and port, both in network order.
+struct LIPAddressWithPort {
+  uint32_t address = 0xFFFFFFFFu;  ///< All ones is the invalid value.
+  uint16_t port = 0;
+};
+
+/// At most four addresses of a host, network order, in the resolver's order.
+struct LIPAddressMultiHomed {
+  uint64_t count = 0;
+  uint32_t addresses[platform::kNetMaxAddresses] = {};
+  /// A dotted address is taken as it is and never looked up; a failed look-up leaves `count` 0. Blocks.
+  void Resolve(const char* host);
+};
+
+struct LIPAddressMultiHomedWithPort {
+  uint16_t port = 0;  ///< Host order.
+  LIPAddressMultiHomed addresses;
+};
+
+/// Splits `host` or `host:port`, the only syntax of a server address. Returns the number behind the first colon,
+/// cut to 16 bits, or `defaultPort`.
+uint16_t SplitPortFromAddr(const char* address, char (&host)[kTextSize], uint16_t defaultPort);
+
+/// A descriptor held by value and not owned.
+struct LIPSocketTCPRef {
+  int fd;
+  bool IsValid() const { return fd != -1 && fd != -2; }
+};
+
+/// A plain socket. Owns its descriptor.
+class LIPSocketTCP {
+ public:
+  LIPSocketTCP() = default;
+  LIPSocketTCP(const LIPSocketTCP&) = delete;
+  LIPSocketTCP& operator=(const LIPSocketTCP&) = delete;
+  ~LIPSocketTCP() { CloseSocket(); }
+
+  bool IsValid() const { return Ref().IsValid(); }
+  LIPSocketTCPRef Ref() const { return {fd}; }
+  void CloseSocket();
+
+  int fd = -1;  ///< -1 when closed; -1 and -2 both count as invalid.
+};
+
+/// A socket that starts out plain and can turn into a TLS socket, once, after it has connected. The presence of a
+/// context is what makes a socket secure throughout the system; it is no proof of a finished handshake.
+class LSSLSocketTCP {
+ public:
+  LSSLSocketTCP() = default;
+  LSSLSocketTCP(const LSSLSocketTCP&) = delete;
+  LSSLSocketTCP& operator=(const LSSLSocketTCP&) = delete;
+  ~LSSLSocketTCP();
+
+  bool IsValid() const { return fd != -1 && fd != -2; }
+  bool IsSecure() const { return pContext != nullptr; }
+
+  /// Creates the context: minimum TLS 1.2, else 1.1, else 1.0; the peer name if there is one. False without a
+  /// descriptor, with a context already, or if the TLS library refuses.
+  [[nodiscard]] bool InitSSL();
+  /// True on a finished handshake within `ms`. Neither pumps nor can it be stopped.
+  [[nodiscard]] bool Handshake(unsigned int ms);
+  /// InitSSL and Handshake within `ms` (kWaitForever: without limit).
+  [[nodiscard]] bool ConvertSocketToSSLTimeOut(unsigned int ms);
+  /// What can be read now, bytes: what the TLS layer holds decrypted, else what waits on the descriptor.
+  [[nodiscard]] size_t GetBytesReady();
+  /// TLS only: reads to the first byte that stands in `characters`, at most `size`. Negative if nothing came and
+  /// the stream failed.
+  ssize_t ReadToCharacter(char* buffer, size_t size, const char* characters);
+  void CloseSocketAndContext();
+  void CloseSocket() { CloseSocketAndContext(); }
+  /// Stores the host part of `address` as the name that the peer's certificate must be for.
+  void SetPeerName(const char* address);
+
+  int fd = -1;                               ///< -1 when closed.
+  platform::TlsStream* pContext = nullptr;   ///< Owned; null on a plain socket.
+  char szPeerName[kTextSize] = {};           ///< Host part of the address this socket was connected with.
+};
+
+// Connecting. A stopped connect closes its socket. A multi-homed address is tried in order, each with the whole
+// time-out.
+
+[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LIPSocketTCP&, const LIPAddressWithPort&, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LIPSocketTCP&, const LIPAddressMultiHomedWithPort&,
+                                            unsigned int ms);
+[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LSSLSocketTCP&, const char* address,
+                                            const LIPAddressWithPort&, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LSSLSocketTCP&, const char* address,
+                                            const LIPAddressMultiHomedWithPort&, unsigned int ms);
+/// Splits, resolves and connects in one step. The last argument has no effect.
+template <typename T>
+[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LSSLSocketTCP&, const T* address, unsigned short defaultPort,
+                                            unsigned int ms, bool);
+
+// Sending. 0 bytes give 0 without touching the socket, unless a stop is pending.
+
+[[nodiscard]] LProcessResult ProcessSend(LProcessInterface&, LSSLSocketTCP&, const void* data, size_t size, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessSend(LProcessInterface&, LIPSocketTCPRef, const void* data, size_t size, unsigned int ms);
+/// Logs the text as an FTP command (a password masked), then sends it without its terminating zero.
+[[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LSSLSocketTCP&, const char* text, unsigned int ms);
+/// The same, logging nothing.
+[[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LIPSocketTCPRef, const char* text, unsigned int ms);
+
+// Receiving.
+
+/// 0 when there is something to read or the peer has closed (a following read finds out which).
+[[nodiscard]] LProcessResult ProcessWaitForDataOrClose(LProcessInterface&, LSSLSocketTCP&, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessWaitForDataOrClose(LProcessInterface&, LIPSocketTCPRef, unsigned int ms);
+/// One read of what is there, at most `size`.
+[[nodiscard]] LProcessResult ProcessRecvReady(LProcessInterface&, LSSLSocketTCP&, void* buffer, size_t size, size_t& received,
+                                              unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvReady(LProcessInterface&, LIPSocketTCPRef, void* buffer, size_t size,
+                                              size_t& received, unsigned int ms);
+/// Exactly `size` bytes or a failure; `received` counts what came. `ms` limits the wait for each read.
+[[nodiscard]] LProcessResult ProcessRecvBytes(LProcessInterface&, LSSLSocketTCP&, void* buffer, size_t size, size_t& received,
+                                              unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvBytes(LProcessInterface&, LIPSocketTCPRef, void* buffer, size_t size,
+                                              size_t& received, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvBytes(LProcessInterface&, LSSLSocketTCP&, void* buffer, size_t size, unsigned int ms);
+/// Up to and including the first byte that stands in `characters`, at most `size`; consumes nothing beyond it, so
+/// that bytes behind a line stay on the socket.
+[[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LSSLSocketTCP&, void* buffer, size_t size,
+                                                    size_t& received, const char* characters, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LIPSocketTCPRef, void* buffer, size_t size,
+                                                    size_t& received, const char* characters, unsigned int ms);
+/// One line without its end, into a writer that is not terminated here. A last line without an end, at the end of
+/// the stream, counts as a line.
+/// W: LFixedLengthStringWriterTemplate<char> (cuts) or LStringLongTemplateWriter<char> (grows).
+template <typename W>
+[[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&, W& writer, unsigned int ms);
+template <typename W>
+[[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef, W& writer, unsigned int ms);
+/// Replaces `line`, terminated.
+[[nodiscard]] LProcessResult ProcessRecvLine(LProcessInterface&, LIPSocketTCPRef, LStringLongTemplate<char>& line,
+                                             unsigned int ms);

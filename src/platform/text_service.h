@@ -1,0 +1,14 @@
+// Text operations that need the whole of Unicode.
+#pragma once
+
+#include <cstddef>
+
+namespace platform {
+
+constexpr size_t kFixedText = 260;
+
+/// Lower-cases UTF-8 `text` by the user's locale into `out`, cut at a whole character. Any thread.
+/// Bytes that are not UTF-8 come through as U+FFFD.
+void TextLowerCase(const char* text, char (&out)[kFixedText]);
+
+}  // namespace platform
