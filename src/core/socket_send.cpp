@@ -31,12 +31,19 @@ WriteStep WriteOnce(LSSLSocketTCP& socket, const char* data, size_t size, size_t
     case platform::TlsStatus::kOk:
       return WriteStep::kMoved;
     case platform::TlsStatus::kWouldBlock:
-      return WriteStep::kFlush;
+      // A peer that renegotiates has to be heard first: then there is nothing to flush.
+      return platform::TlsWantsWrite(socket.pContext) ? WriteStep::kFlush : WriteStep::kNoRoom;
     case platform::TlsStatus::kClosedAbort:
       return WriteStep::kBroken;
     default:
       return WriteStep::kFailed;
   }
+}
+
+/// On a broken stream there is no room to wait for, only the slice to pass, unless the descriptor tells more.
+short EventsOf(WriteStep step, const LSSLSocketTCP& socket) {
+  if (step == WriteStep::kBroken) return 0;
+  return socket.IsSecure() ? socket.PollEvents() : POLLOUT;
 }
 
 /// Until the TLS layer has nothing left that would block. What it took over counts as sent, so that even a
@@ -70,11 +77,8 @@ LProcessResult ProcessSend(LProcessInterface& process, LSSLSocketTCP& socket, co
       if (flushed != LProcessResultOk || status != platform::TlsStatus::kOk) return flushed;
       continue;
     }
-    // On a broken stream there is no room to wait for, only the slice to pass, unless the descriptor tells
-    // more.
-    const short events = step == WriteStep::kBroken ? 0 : POLLOUT;
-    const short came = SocketWait(socket.fd, events, std::min(ms, kSocketSliceMs));
-    if (came & (POLLERR | POLLHUP | POLLNVAL)) return LProcessResultFailed;
+    const short came = SocketWait(socket.fd, EventsOf(step, socket), std::min(ms, kSocketSliceMs));
+    if (came & kSocketTrouble) return LProcessResultFailed;
     if (platform::ClockMonotonicMs() - start > static_cast<int64_t>(ms)) return LProcessResultFailed;
     if (process.IsToStop()) return LProcessResultStopped;
   }
@@ -93,7 +97,7 @@ LProcessResult ProcessSend(LProcessInterface& process, LIPSocketTCPRef socket, c
     size -= moved;
     if (step == WriteStep::kMoved) continue;
     const short came = SocketWait(socket.fd, POLLOUT, kSocketSliceMs);
-    if (came & (POLLERR | POLLHUP | POLLNVAL)) return LProcessResultFailed;
+    if (came & kSocketTrouble) return LProcessResultFailed;
     if (came == 0 && !SocketTakeSlice(ms)) return LProcessResultFailed;
     if (process.IsToStop()) return LProcessResultStopped;
   }

@@ -6,20 +6,17 @@
 
 #include "core/sockets.h"
 
-/// Polls for `events` (POLLIN, POLLOUT). Returns the events that came: 0 when the time ran out, and POLLERR,
-/// POLLHUP or POLLNVAL besides for a descriptor in trouble.
+/// The events of a descriptor that can never be written again.
+constexpr short kSocketTrouble = POLLERR | POLLHUP | POLLNVAL;
+
+/// Polls for `events` (POLLIN, POLLOUT). Returns the events that came: 0 when the time ran out, and those of
+/// kSocketTrouble unasked.
 inline short SocketWait(int fd, short events, unsigned int ms) {
+  // poll(2) skips a negative descriptor in silence: the whole slice would pass on a socket that is closed.
+  if (fd < 0) return POLLNVAL;
   pollfd entry = {fd, events, 0};
   const int ready = platform::NetPoll(&entry, 1, static_cast<int>(ms));
-  if (ready < 0) return POLLERR;
-  // poll(2) skips a negative descriptor in silence, and the whole slice would pass on a socket that is
-  // closed.
-  return fd < 0 ? POLLNVAL : entry.revents;
-}
-
-/// Waits a slice for room to write. False when the descriptor cannot be written any more.
-inline bool SocketWaitForRoom(int fd, unsigned int ms) {
-  return (SocketWait(fd, POLLOUT, ms) & (POLLERR | POLLHUP | POLLNVAL)) == 0;
+  return ready < 0 ? static_cast<short>(POLLERR) : entry.revents;
 }
 
 /// Takes one slice off a budget of time. False when nothing of it is left.

@@ -34,16 +34,19 @@ struct ByteQueue {
   size_t end = 0;
 
   size_t Size() const { return end - begin; }
+  size_t Room() const { return kCapacity - end; }
   void Drop(size_t count) {
     begin += count;
     if (begin == end) begin = end = 0;
   }
-  /// Moves what is there to the front; returns the room behind it.
-  size_t MakeRoom() {
+  /// Moves what is there to the front if fewer than `wanted` bytes are free behind it. Whether that is
+  /// enough.
+  bool MakeRoom(size_t wanted) {
+    if (Room() >= wanted) return true;
     if (begin != 0) memmove(bytes, bytes + begin, Size());
     end -= begin;
     begin = 0;
-    return kCapacity - end;
+    return Room() >= wanted;
   }
 };
 
@@ -78,9 +81,9 @@ TlsStream& StreamOf(BIO* bio) {
   return *static_cast<TlsStream*>(BIO_get_data(bio));
 }
 
-/// Fetches what the transport has, as much as there is room for.
+/// Fetches what the transport has into the empty queue.
 void FillIncoming(TlsStream& stream) {
-  size_t size = stream.incoming.MakeRoom();
+  size_t size = stream.incoming.Room();
   const TlsStatus status =
       stream.transport.read(stream.transport.connection, stream.incoming.bytes + stream.incoming.end, size);
   stream.incoming.end += size;
@@ -126,10 +129,9 @@ int BioWrite(BIO* bio, const char* data, size_t size, size_t* moved) {
   BIO_clear_retry_flags(bio);
   *moved = 0;
   if (stream.writeError != TlsStatus::kOk) return 0;
-  size_t room = kWriteCapacity - stream.outgoing.end;
-  if (room < size) room = stream.outgoing.MakeRoom();
-  if (room < size && PushOutgoing(stream) == TlsStatus::kOk) room = stream.outgoing.MakeRoom();
-  const size_t count = std::min(room, size);
+  if (!stream.outgoing.MakeRoom(size) && PushOutgoing(stream) == TlsStatus::kOk)
+    (void)stream.outgoing.MakeRoom(size);
+  const size_t count = std::min(stream.outgoing.Room(), size);
   if (count == 0) {
     if (stream.writeError == TlsStatus::kOk) BIO_set_retry_write(bio);
     return 0;
@@ -233,13 +235,13 @@ TlsStatus StatusOfFailure(TlsStream& stream, int result) {
     stream.state = TlsState::kClosed;
     return stream.readEnd;
   }
+  const unsigned long reason = ERR_peek_error();
   // The transport's end shows in the library's queue as one error or another; what ended it is known better
   // here.
-  const bool isTransport = stream.transportEnd != TlsStatus::kOk && stream.incoming.Size() == 0;
-  const unsigned long reason = ERR_peek_error();
-  const bool isProtocol = reason != 0 && ERR_GET_REASON(reason) != SSL_R_UNEXPECTED_EOF_WHILE_READING;
-  if (isTransport && !isProtocol) return BreakByTransport(stream, stream.transportEnd);
-  if (stream.writeError != TlsStatus::kOk) return BreakByTransport(stream, stream.writeError);
+  if (reason == 0 || ERR_GET_REASON(reason) == SSL_R_UNEXPECTED_EOF_WHILE_READING) {
+    if (stream.transportEnd != TlsStatus::kOk) return BreakByTransport(stream, stream.transportEnd);
+    if (stream.writeError != TlsStatus::kOk) return BreakByTransport(stream, stream.writeError);
+  }
   KeepLibraryError(stream);
   return Break(stream, TlsStatus::kFailed, nullptr);
 }
@@ -325,33 +327,30 @@ TlsStatus TlsRead(TlsStream* stream, void* data, size_t size, size_t& moved) {
   if (stream->readEnd != TlsStatus::kOk) return stream->readEnd;
   if (stream->state != TlsState::kConnected) return TlsStatus::kFailed;
   stream->mayReadTransport = true;
+  TlsStatus status = TlsStatus::kOk;
   // The library gives one record at a time; the caller gets as many as fit.
-  while (moved < size) {
+  while (moved < size && status == TlsStatus::kOk) {
     size_t got = 0;
     ERR_clear_error();
     const int result = SSL_read_ex(stream->ssl, static_cast<char*>(data) + moved, size - moved, &got);
-    if (result == 1) {
-      moved += got;
-      continue;
-    }
-    const TlsStatus status = StatusOfFailure(*stream, result);
-    if (moved == 0) return status;
-    break;
+    if (result != 1) status = StatusOfFailure(*stream, result);
+    moved += got;
   }
   // The protocol may have answered something. If it cannot go out now, the next write or flush takes it
   // along.
   (void)PushOutgoing(*stream);
-  return TlsStatus::kOk;
+  return moved != 0 ? TlsStatus::kOk : status;
 }
 
 TlsStatus TlsWrite(TlsStream* stream, const void* data, size_t size, size_t& moved) {
   moved = 0;
   if (stream->isBroken) return stream->readEnd;
   if (stream->state != TlsState::kConnected && stream->state != TlsState::kClosed) return TlsStatus::kFailed;
+  stream->mayReadTransport = true;
   while (moved < size) {
-    if (stream->outgoing.MakeRoom() < kRecordRoom + kReservedRoom) {
+    if (!stream->outgoing.MakeRoom(kRecordRoom + kReservedRoom)) {
       const TlsStatus pushed = TlsFlush(stream);
-      if (pushed != TlsStatus::kOk) return pushed;
+      if (!stream->outgoing.MakeRoom(kRecordRoom + kReservedRoom)) return pushed;
     }
     size_t taken = 0;
     ERR_clear_error();
