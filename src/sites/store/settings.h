@@ -30,6 +30,9 @@ bool LUserSettingSetString(const char* section, const char* key, const char* val
 /// For int, long and double: the value as a decimal number; an absent or empty one gives the default.
 template <typename T>
 T LUserSettingGet(const char* section, const char* key, T defaultValue);
+/// The number rule of the above: leading blanks and a sign, then decimal digits; what is no number gives 0.
+template <typename T>
+T LSettingNumberFromText(const char* text);
 bool LUserSettingSetTimeT(const char* section, const char* key, time_t value);
 /// Removes the key and its protected twin.
 bool LUserSettingDeleteItem(const char* section, const char* key);

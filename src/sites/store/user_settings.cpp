@@ -22,12 +22,10 @@ bool LUserSettingSetString(const char* section, const char* key, const char* val
   return _LSettingSetString(kCFPreferencesCurrentUser, section, key, value);
 }
 
-namespace {
-
-/// As the C library's conversions, but the same in every locale and defined for every text: what is no number
-/// gives 0, and a whole number that is too large the nearest one.
+// As the C library's conversions, but the same in every locale and defined for every text: what is no number
+// gives 0, and a whole number that is too large the nearest one.
 template <typename T>
-T NumberFromText(const char* text) {
+T LSettingNumberFromText(const char* text) {
   text += strspn(text, " \t\n\v\f\r");
   if (text[0] == '+' && text[1] != '-') ++text;
   T number = 0;
@@ -39,13 +37,15 @@ T NumberFromText(const char* text) {
   return number;
 }
 
-}  // namespace
+template int LSettingNumberFromText<int>(const char*);
+template long LSettingNumberFromText<long>(const char*);
+template double LSettingNumberFromText<double>(const char*);
 
 template <typename T>
 T LUserSettingGet(const char* section, const char* key, T defaultValue) {
   char text[kTextSize];
   _LUserSettingGetString(section, key, "", text);
-  return text[0] == 0 ? defaultValue : NumberFromText<T>(text);
+  return text[0] == 0 ? defaultValue : LSettingNumberFromText<T>(text);
 }
 
 template int LUserSettingGet<int>(const char*, const char*, int);
