@@ -1,6 +1,7 @@
 #include "support/scripted_server.h"
 
 #include <chrono>
+#include <csignal>
 #include <condition_variable>
 #include <deque>
 #include <gtest/gtest.h>
@@ -388,7 +389,10 @@ Step& Step::DataReceiveMeanwhile() {
   return Then([](Conversation& server) { server.ReceiveMeanwhile(); });
 }
 
-ScriptedServer::ScriptedServer() : conversation_(std::make_unique<Conversation>()) {}
+ScriptedServer::ScriptedServer() {
+  signal(SIGPIPE, SIG_IGN);  // The TLS library writes with no flag against it.
+  conversation_ = std::make_unique<Conversation>();
+}
 
 ScriptedServer::~ScriptedServer() {
   conversation_->ReportProblems();
