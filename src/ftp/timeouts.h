@@ -23,6 +23,7 @@ struct FtpTimeouts {
       3000;  ///< TLS on the data connection; a failure shows in the next read or write.
   unsigned dataReplyLineMs = 20000;  ///< For each line of a command whose answer comes as data.
   unsigned listingLineMs = 10000;    ///< For each line of a listing; a longer silence ends the listing.
+  unsigned dataCloseMs = 2000;       ///< For the server's end behind ours, before the socket is closed.
   unsigned closingReplyMs = 60000;   ///< For the reply behind the end of the data.
 
   // Moving a file.

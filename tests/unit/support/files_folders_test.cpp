@@ -115,18 +115,33 @@ TEST_F(FilesFoldersTest, DeletingATreeSparesWhatLinksLeadTo) {
   EXPECT_FALSE(LFile::DeleteFolderTree(P("none").c_str()));
 }
 
-// Cut at 259 bytes, the path of an entry would name its neighbour, or the folder itself and so without an
-// end.
-TEST_F(FilesFoldersTest, DeletingSkipsEntriesWhosePathWouldBeCut) {
-  string deep;
-  while (scratch.Path(deep).size() < 200) deep += (deep.empty() ? "" : "/") + string(20, 'd');
-  deep += "/" + string(252 - scratch.Path(deep).size(), 'e');  // 253 bytes: a name of five still fits.
+/// Makes a folder whose path has `length` bytes; returns its name below the scratch folder.
+string MakeDeepFolder(const ScratchFolder& scratch, size_t length) {
+  string deep = string(100, 'd') + "/";
+  deep += string(length - scratch.Path(deep).size(), 'e');
   scratch.MakeFolder(deep);
-  scratch.Write(deep + "/fits5", "");
-  scratch.Write(deep + "/fits56", "");
-  std::filesystem::create_directories(scratch.Path(deep) + "/folder");
-  EXPECT_FALSE(LFile::DeleteFolderTree(scratch.Path(deep).c_str()));
-  EXPECT_EQ(scratch.Names(deep), (set<string>{"fits56", "folder"}));
+  return deep;
+}
+
+// Cut at 259 bytes, the path of an entry is that of its neighbour, or that of the folder itself and so
+// without end.
+TEST_F(FilesFoldersTest, EntriesWhosePathWouldBeCutAreLeftAlone) {
+  for (const size_t length : {253u, 257u, 258u, 259u}) {
+    const string deep = MakeDeepFolder(scratch, length);
+    scratch.Write(deep + "/first6", "");
+    std::filesystem::create_directories(scratch.Path(deep) + "/folder/below");
+    EXPECT_FALSE(LFile::DeleteFolderTree(scratch.Path(deep).c_str())) << length;
+    EXPECT_EQ(scratch.Names(deep), (set<string>{"first6", "folder"})) << length;
+    EXPECT_FALSE(LFile::SetFolderSecurityAllAccess(scratch.Path(deep).c_str())) << length;
+    EXPECT_FALSE(LFile::CopyFolderFiles(scratch.Path(deep).c_str(), P("copy").c_str())) << length;
+    EXPECT_TRUE(std::filesystem::is_empty(P("copy"))) << length;
+  }
+  const string deep = MakeDeepFolder(scratch, 253);
+  scratch.Write("from/other6", "other");
+  scratch.Write("from/other", "short");
+  EXPECT_FALSE(LFile::CopyFolderFiles(P("from").c_str(), scratch.Path(deep).c_str()));
+  EXPECT_EQ(scratch.Names(deep), (set<string>{"first6", "folder", "other"}));
+  EXPECT_EQ(scratch.Read(deep + "/other"), "short");
 }
 
 TEST_F(FilesFoldersTest, ABackslashInALocalNameIsNoSeparatorForDeleting) {
