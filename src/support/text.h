@@ -16,7 +16,8 @@ constexpr size_t kTextSize = 260;
 /// A null `text` counts as empty. For arrays use TextCopy.
 inline void TextCopyBounded(char* out, size_t size, const char* text) {
   if (size == 0) return;
-  const size_t length = text ? strnlen(text, size - 1) : 0;
+  size_t length = text ? strlen(text) : 0;
+  if (length > size - 1) length = size - 1;
   if (length != 0) memmove(out, text, length);
   out[length] = 0;
 }
