@@ -107,6 +107,9 @@ int Database::SetUp() {
   sqlite3_busy_timeout(pHandle, kBusyTimeoutMs);
   int result = Execute(kConnectionSettings);
   if (result == SQLITE_OK) result = CheckIntegrity();
+  // A writable file that the library will only read has a header that no version ever wrote.
+  const bool isReadOnly = result == SQLITE_OK && sqlite3_db_readonly(pHandle, "main") == 1;
+  if (isReadOnly && StoreFileMayBeWritten(path)) result = SQLITE_CORRUPT;
   if (result == SQLITE_OK) result = Execute(kTable);
   for (int i = 0; result == SQLITE_OK && i < kStatementCount; ++i) {
     result = sqlite3_prepare_v3(pHandle, kSql[i], -1, SQLITE_PREPARE_PERSISTENT, &statements[i], nullptr);

@@ -18,6 +18,8 @@ std::string StoreFilePath();
 /// Makes the folders (0700) and an empty file (0600) where there are none, and takes other users' rights away
 /// from what is there. False if there is no file afterwards.
 bool StoreFilePrepare(const std::string& path);
+/// By its permissions and the disk's.
+bool StoreFileMayBeWritten(const std::string& path);
 /// False if nothing is there.
 bool StoreFileIdentify(const std::string& path, FileIdentity& identity);
 /// Renames the file and its journal; returns the file's new path, empty if it is still in its place. Does
