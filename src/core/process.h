@@ -33,7 +33,8 @@ class LProcessInterface {
   [[nodiscard]] virtual LProcessResult ProcessWait(unsigned int ms) = 0;
   /// 0 signalled, 1 stopped, 2 timed out; the same for the group.
   [[nodiscard]] virtual LProcessResult ProcessWaitSignal(LSignalObjectRef signal, unsigned int ms) = 0;
-  [[nodiscard]] virtual LProcessResult ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) = 0;
+  [[nodiscard]] virtual LProcessResult ProcessWaitSignalObjectGroup(LSignalObjectGroup& group,
+                                                                    unsigned int ms) = 0;
   [[nodiscard]] virtual LProcessResult ProcessWaitUntilStopped();
   [[nodiscard]] virtual LProcessResult ProcessWaitSignalForever(LSignalObjectRef signal);
   [[nodiscard]] virtual LProcessResult ProcessWaitSignalObjectGroupForever(LSignalObjectGroup& group);
@@ -77,7 +78,8 @@ class LProcessInterfaceNested : public LProcessInterface {
   LProcessInterface* pParent;
 };
 
-/// A part of the parent's work: progress `p` is the parent's `p * scale + base`, and each status sinks one line.
+/// A part of the parent's work: progress `p` is the parent's `p * scale + base`, and each status sinks one
+/// line.
 class LProcessInterfaceSubProcess : public LProcessInterfaceNested {
  public:
   LProcessInterfaceSubProcess(LProcessInterface& parent, double base, double scale)

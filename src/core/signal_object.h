@@ -1,9 +1,9 @@
-// The one wake-up primitive: a pipe, so that poll and the event loop can wait on it. Signalled means readable.
+// The one wake-up primitive: a pipe, so that poll and the event loop can wait on it. Signalled means
+// readable.
 #pragma once
 
-#include <poll.h>
-
 #include <cstddef>
+#include <poll.h>
 
 /// The readable end of a signal, by value. Does not own the descriptor.
 class LSignalObjectRef {
@@ -11,7 +11,7 @@ class LSignalObjectRef {
   explicit LSignalObjectRef(int descriptor) : fd(descriptor) {}
   /// Takes every byte off the pipe.
   void Reset();
-  int fd;
+  int fd;  ///< A negative one is never signalled.
 };
 
 /// Owns a pipe. Signalling may be done from any thread; a signal stays set until it is reset.
@@ -22,6 +22,8 @@ class LSignalObject {
   LSignalObject& operator=(const LSignalObject&) = delete;
   ~LSignalObject();
 
+  /// False when the system had no pipe left: such a signal is never set.
+  bool IsValid() const { return iReadFd != -1; }
   void Signal();
   void Reset() { Ref().Reset(); }
   [[nodiscard]] bool IsSignalled() const;
@@ -42,3 +44,6 @@ class LSignalObjectGroup {
   pollfd entries[kCapacity];
   size_t count = 0;
 };
+
+/// poll(2) over signals, in milliseconds; from 2147483648 on without a limit. Interruptions do not end it.
+int SignalPoll(pollfd* entries, size_t count, unsigned int ms);

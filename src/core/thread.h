@@ -1,10 +1,13 @@
 // A background thread that is its own process interface: its stop is a signal object.
+//
+// Start, the priority and the stop may be used from any thread; the interface's waits are for the body
+// itself.
 #pragma once
 
+#include <atomic>
+#include <mutex>
 #include <pthread.h>
 #include <sys/types.h>
-
-#include <mutex>
 
 #include "core/process.h"
 
@@ -12,20 +15,29 @@
 /// the body uses the derived object. Controls are not to be touched from the body.
 class LThread : public LProcessInterface {
  public:
+  /// Asks for the system's real-time scheduling (SCHED_RR).
   static constexpr int kTimeConstraintPriority = 91;
+  /// The scale of the other priorities: 20 is niceness 0, a higher number runs sooner, 1 is the nicest.
   static constexpr int kDefaultPriority = 20;
 
   LThread() = default;
+  LThread(const LThread&) = delete;
+  LThread& operator=(const LThread&) = delete;
   ~LThread() override;
 
-  /// Starts the body; nothing if it runs already. Returns when the thread has started.
+  /// Starts the body; nothing if it runs already. Returns when the thread has started. A thread that the
+  /// system refuses is not reported: the body just never runs.
   void Start(int priority);
+  /// Has an effect while the body runs. A priority that the system refuses changes nothing.
   void SetPriority(int priority);
-  /// 91 for a time-constraint thread, else the scheduling priority; 20 when that cannot be read.
-  static int GetPriority(pthread_t thread);
-  /// Signals stop and waits for the end of the body. Any thread but its own.
+  /// Of the system's id of a thread, 0 for the calling one: 91 for a real-time thread, else its priority; 20
+  /// when that cannot be read.
+  static int GetPriority(pid_t thread);
+  /// Signals stop and waits for the end of the body. Any thread but its own. The thread can be started again.
   void StopAndWait();
   void SignalStop() { soStop.Signal(); }
+  /// The system's id of the thread; -1 while there is none.
+  pid_t ThreadId() const { return iThreadId; }
 
   bool IsToStop() override;
   LProcessResult ProcessWait(unsigned int ms) override;
@@ -41,7 +53,7 @@ class LThread : public LProcessInterface {
 
   pthread_t hThread = {};
   bool bHasHandle = false;
-  pid_t iThreadId = -1;  ///< The system's id of the thread; -1 while there is none.
+  std::atomic<pid_t> iThreadId = -1;  ///< Set by the thread itself before it signals its start.
   int iPriority = 0;
   bool bRunning = false;
   LSignalObject soStop;

@@ -1,15 +1,15 @@
-// The system calls on sockets, one thin function each; called from core/sockets only. Any thread.
+// The system calls on sockets, one thin function each; called from core/ and the data connection only.
+// Any thread.
 //
-// Results and errno are those of the system call behind each: -1 with errno set on failure. Every socket is an
-// IPv4 stream, non-blocking, close-on-exec, and a write to a closed one gives EPIPE and no signal.
-// A test that simulates a network links its own definitions of these.
+// Results and errno are those of the system call behind each: -1 with errno set on failure. Every socket is
+// an IPv4 stream, non-blocking, close-on-exec, and a write to a closed one gives EPIPE and no signal. A test
+// that simulates a network links its own definitions of these.
 #pragma once
-
-#include <poll.h>
-#include <sys/types.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <poll.h>
+#include <sys/types.h>
 
 namespace platform {
 
@@ -26,7 +26,7 @@ ssize_t NetReceive(int fd, void* data, size_t size);
 ssize_t NetPeek(int fd, void* data, size_t size);
 /// Bytes that can be read now; 0 also for an error or a closed peer.
 size_t NetBytesReady(int fd);
-/// poll(2). `ms` -1 waits without a limit.
+/// poll(2), but over interruptions. `ms` -1 waits without a limit.
 int NetPoll(pollfd* entries, size_t count, int ms);
 /// Ends the sending side only.
 void NetShutdownSend(int fd);

@@ -1,8 +1,8 @@
-// One TLS client stream over a transport that the caller supplies. Verification of the peer's chain and name is
-// always on. One stream belongs to one thread at a time.
+// One TLS client stream over a transport that the caller supplies. Verification of the peer's chain and name
+// is always on. One stream belongs to one thread at a time.
 //
-// The stream reads and writes through two functions of the caller's on a non-blocking transport, so the caller
-// sees every byte and decides what an error of the transport means.
+// The stream reads and writes through two functions of the caller's on a non-blocking transport, so the
+// caller sees every byte and decides what an error of the transport means.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ struct TlsStream;
 enum class TlsStatus : int {
   kOk = 0,
   kIoError = -36,
-  kFailed = -9800,          ///< The protocol or the verification failed.
+  kFailed = -9800,  ///< The protocol or the verification failed.
   kWouldBlock = -9803,
   kClosedGracefully = -9805,
   kClosedAbort = -9806,
@@ -41,6 +41,9 @@ bool TlsSetPeerName(TlsStream* stream, const char* name);
 
 /// One step of the handshake: kOk when it is finished, kWouldBlock when the transport has to be waited for.
 TlsStatus TlsHandshake(TlsStream* stream);
+/// After kWouldBlock: whether the transport has to become writable for the stream to go on, rather than
+/// readable.
+bool TlsWantsWrite(const TlsStream* stream);
 /// At most `size` bytes; `moved` is what came. kOk with more than 0 bytes, or the reason there are none.
 TlsStatus TlsRead(TlsStream* stream, void* data, size_t size, size_t& moved);
 /// After kWouldBlock the bytes counted in `moved` are taken over by the stream: go on with TlsFlush.

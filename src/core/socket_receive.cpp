@@ -1,0 +1,221 @@
+// Receiving: waiting for data, reads of what is there, exact counts, and lines.
+#include "core/socket_wait.h"
+
+namespace {
+
+/// A line is read in pieces of this many bytes.
+constexpr size_t kLineChunk = 48;
+
+/// Peeks at what is there and takes off the socket no more than up to the first of `characters`. Fewer than 1
+/// byte means failure or the end of the stream.
+ssize_t ReadToCharacterPlain(int fd, char* buffer, size_t size, const char* characters) {
+  const ssize_t peeked = platform::NetPeek(fd, buffer, size);
+  if (peeked < 1) return peeked;
+  size_t wanted = static_cast<size_t>(peeked);
+  for (size_t i = 0; i < static_cast<size_t>(peeked); ++i) {
+    if (buffer[i] == 0 || !strchr(characters, buffer[i])) continue;
+    wanted = i + 1;
+    break;
+  }
+  return platform::NetReceive(fd, buffer, wanted);
+}
+
+bool IsConnectedTls(const LSSLSocketTCP& socket) {
+  return socket.IsSecure() && platform::TlsGetState(socket.pContext) == platform::TlsState::kConnected;
+}
+
+/// The stream has ended inside the TLS layer, where no poll of the descriptor can see it.
+bool HasTlsEnded(const LSSLSocketTCP& socket) {
+  if (!socket.IsSecure()) return false;
+  const platform::TlsState state = platform::TlsGetState(socket.pContext);
+  return state == platform::TlsState::kClosed || state == platform::TlsState::kAborted;
+}
+
+/// Waits on the descriptor alone. `fd` is read anew for each slice: an event inside IsToStop may close it.
+LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, unsigned int ms) {
+  if (process.IsToStop()) return LProcessResultStopped;
+  for (;;) {
+    if (!LIPSocketTCPRef{fd}.IsValid()) return LProcessResultFailed;
+    if (SocketWait(fd, POLLIN, kSocketSliceMs) != 0) return LProcessResultOk;
+    if (!SocketTakeSlice(ms)) return LProcessResultFailed;
+    if (process.IsToStop()) return LProcessResultStopped;
+  }
+}
+
+LProcessResult RecvToCharacterPlain(int fd, char* buffer, size_t size, size_t& received,
+                                    const char* characters) {
+  const ssize_t got = ReadToCharacterPlain(fd, buffer, size, characters);
+  if (got < 1) return LProcessResultFailed;
+  received = static_cast<size_t>(got);
+  return LProcessResultOk;
+}
+
+/// Cuts the line's end off a chunk: "\n", a "\r" before it, and also a "\r" on which the chunk happens to
+/// end.
+size_t LengthWithoutLineEnd(const char* chunk, size_t size, bool& isLineEnd) {
+  isLineEnd = size != 0 && chunk[size - 1] == '\n';
+  if (isLineEnd) --size;
+  if (size != 0 && chunk[size - 1] == '\r') --size;
+  return size;
+}
+
+template <typename W, typename Socket>
+LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, unsigned int ms) {
+  // What a failed read gives: once anything has come, the stream's last line has no end of its own.
+  LProcessResult onFailure = LProcessResultFailed;
+  for (;;) {
+    char chunk[kLineChunk];
+    size_t received = 0;
+    const LProcessResult result =
+        ProcessRecvToCharacter(process, socket, chunk, sizeof chunk, received, "\n", ms);
+    if (result == LProcessResultStopped) return result;
+    if (result != LProcessResultOk) return onFailure;
+    onFailure = LProcessResultOk;
+    bool isLineEnd;
+    const size_t length = LengthWithoutLineEnd(chunk, received, isLineEnd);
+    writer.Write(chunk, length);
+    if (isLineEnd) return LProcessResultOk;
+  }
+}
+
+}  // namespace
+
+LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LSSLSocketTCP& socket, unsigned int ms) {
+  if (!socket.IsValid()) return LProcessResultFailed;
+  if (socket.IsSecure() && (socket.GetBytesReady() > 0 || HasTlsEnded(socket))) return LProcessResultOk;
+  return WaitForDescriptor(process, socket.fd, ms);
+}
+
+LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LIPSocketTCPRef socket,
+                                         unsigned int ms) {
+  return WaitForDescriptor(process, socket.fd, ms);
+}
+
+LProcessResult ProcessRecvReady(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer, size_t size,
+                                size_t& received, unsigned int ms) {
+  received = 0;
+  if (size == 0) return LProcessResultOk;
+  for (;;) {
+    const LProcessResult waited = ProcessWaitForDataOrClose(process, socket, ms);
+    if (waited != LProcessResultOk) return waited;
+    const size_t ready = socket.GetBytesReady();
+    if (ready == 0) return LProcessResultFailed;
+    const size_t wanted = std::min(ready, size);
+    if (!socket.IsSecure()) {
+      const ssize_t got = platform::NetReceive(socket.fd, buffer, wanted);
+      if (got < 1) return LProcessResultFailed;
+      received = static_cast<size_t>(got);
+      return LProcessResultOk;
+    }
+    if (platform::TlsRead(socket.pContext, buffer, wanted, received) == platform::TlsStatus::kOk) {
+      return LProcessResultOk;
+    }
+    // Still connected: what came was no data, or not the whole of a record.
+    if (!IsConnectedTls(socket)) return LProcessResultFailed;
+  }
+}
+
+LProcessResult ProcessRecvReady(LProcessInterface& process, LIPSocketTCPRef socket, void* buffer, size_t size,
+                                size_t& received, unsigned int ms) {
+  received = 0;
+  if (size == 0) return LProcessResultOk;
+  const LProcessResult waited = ProcessWaitForDataOrClose(process, socket, ms);
+  if (waited != LProcessResultOk) return waited;
+  const ssize_t got = platform::NetReceive(socket.fd, buffer, size);
+  if (got < 1) return LProcessResultFailed;
+  received = static_cast<size_t>(got);
+  return LProcessResultOk;
+}
+
+namespace {
+
+template <typename Socket>
+LProcessResult RecvBytes(LProcessInterface& process, Socket& socket, void* buffer, size_t size,
+                         size_t& received, unsigned int ms) {
+  received = 0;
+  char* const bytes = static_cast<char*>(buffer);
+  while (received < size) {
+    size_t got = 0;
+    const LProcessResult result =
+        ProcessRecvReady(process, socket, bytes + received, size - received, got, ms);
+    received += got;
+    if (result != LProcessResultOk) return result;
+  }
+  return LProcessResultOk;
+}
+
+}  // namespace
+
+LProcessResult ProcessRecvBytes(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer, size_t size,
+                                size_t& received, unsigned int ms) {
+  return RecvBytes(process, socket, buffer, size, received, ms);
+}
+
+LProcessResult ProcessRecvBytes(LProcessInterface& process, LIPSocketTCPRef socket, void* buffer, size_t size,
+                                size_t& received, unsigned int ms) {
+  return RecvBytes(process, socket, buffer, size, received, ms);
+}
+
+LProcessResult ProcessRecvBytes(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer, size_t size,
+                                unsigned int ms) {
+  size_t received = 0;
+  return RecvBytes(process, socket, buffer, size, received, ms);
+}
+
+LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer,
+                                      size_t size, size_t& received, const char* characters,
+                                      unsigned int ms) {
+  received = 0;
+  char* const bytes = static_cast<char*>(buffer);
+  for (;;) {
+    const LProcessResult waited = ProcessWaitForDataOrClose(process, socket, ms);
+    if (waited != LProcessResultOk) return waited;
+    if (!socket.IsSecure()) return RecvToCharacterPlain(socket.fd, bytes, size, received, characters);
+    const ssize_t got = socket.ReadToCharacter(bytes, size, characters);
+    if (got > 0) {
+      received = static_cast<size_t>(got);
+      return LProcessResultOk;
+    }
+    if (!IsConnectedTls(socket)) return LProcessResultFailed;
+  }
+}
+
+LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LIPSocketTCPRef socket, void* buffer,
+                                      size_t size, size_t& received, const char* characters,
+                                      unsigned int ms) {
+  received = 0;
+  const LProcessResult waited = ProcessWaitForDataOrClose(process, socket, ms);
+  if (waited != LProcessResultOk) return waited;
+  return RecvToCharacterPlain(socket.fd, static_cast<char*>(buffer), size, received, characters);
+}
+
+template <typename W>
+LProcessResult ProcessRecvLineToWriter(LProcessInterface& process, LSSLSocketTCP& socket, W& writer,
+                                       unsigned int ms) {
+  return RecvLine(process, socket, writer, ms);
+}
+
+template <typename W>
+LProcessResult ProcessRecvLineToWriter(LProcessInterface& process, LIPSocketTCPRef socket, W& writer,
+                                       unsigned int ms) {
+  return RecvLine(process, socket, writer, ms);
+}
+
+template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&,
+                                                LFixedLengthStringWriterTemplate<char>&, unsigned int);
+template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&,
+                                                LStringLongTemplateWriter<char>&, unsigned int);
+template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef,
+                                                LFixedLengthStringWriterTemplate<char>&, unsigned int);
+template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef,
+                                                LStringLongTemplateWriter<char>&, unsigned int);
+
+LProcessResult ProcessRecvLine(LProcessInterface& process, LIPSocketTCPRef socket,
+                               LStringLongTemplate<char>& line, unsigned int ms) {
+  line.GrowToSize(kTextSize);
+  line.length = 0;
+  LStringLongTemplateWriter<char> writer(line);
+  const LProcessResult result = RecvLine(process, socket, writer, ms);
+  line.data[line.length] = 0;
+  return result;
+}
