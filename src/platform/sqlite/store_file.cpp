@@ -101,6 +101,12 @@ bool StoreFileIdentify(const std::string& path, FileIdentity& identity) {
   return true;
 }
 
+bool StoreFileReadCounter(int file, uint32_t& counter) {
+  constexpr off_t kPlaceInHeader = 24;
+  return FileSeek(file, kPlaceInHeader, SEEK_SET) == kPlaceInHeader &&
+         FileRead(file, &counter, sizeof counter) == ssize_t{sizeof counter};
+}
+
 std::string StoreFileKeepAside(const std::string& path, const FileIdentity& damaged) {
   const int file = FileOpen(path.c_str(), O_RDONLY, 0);
   if (file < 0) return {};
