@@ -38,7 +38,7 @@ class Stoppable : public LProcessInterfaceVoid {
 };
 
 /// The slice of a wait, and what a busy machine may add to it.
-constexpr int kWidestSliceMs = 200 + 150;
+constexpr int kWidestSliceMs = 200 + 350;
 
 /// Milliseconds since it was made.
 class Stopwatch {

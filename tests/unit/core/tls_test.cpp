@@ -61,7 +61,7 @@ class Tls : public ::testing::Test {
     Connect();
     ASSERT_TRUE(socket.ConvertSocketToSSLTimeOut(kEnough)) << platform::TlsErrorText(socket.pContext);
   }
-  /// Waits for the server's function to end.
+  /// Waits for the server's function to end: before what it refers to goes.
   void EndServer() {
     socket.CloseSocket();
     server_.reset();
@@ -192,6 +192,7 @@ TEST_F(Tls, ServerNameIsSentForNamesOnly) {
     ASSERT_TRUE(socket.ConvertSocketToSSLTimeOut(kEnough));
     EXPECT_EQ(ReceiveLine(), "in");
     EXPECT_EQ(hasName, name[0] == 'l') << name;
+    EndServer();
   }
 }
 
@@ -400,6 +401,7 @@ TEST_F(Tls, EndsOfTheStreamAreToldApart) {
     EXPECT_EQ(platform::TlsPeerClosedCleanly(socket.pContext), row.isClean);
     size_t got = 0;
     EXPECT_EQ(socket.ReadAvailable(all.data(), 1, got), row.status) << "An end is told again";
+    EndServer();
   }
 }
 
@@ -517,6 +519,7 @@ TEST_F(Tls, LargeTransferBothWaysThroughSmallBuffers) {
   EXPECT_EQ(ReadToEnd(back), TlsStatus::kClosedGracefully);
   EXPECT_TRUE(back == data);
   EXPECT_TRUE(platform::TlsPeerClosedCleanly(socket.pContext));
+  EndServer();
 }
 
 TEST_F(Tls, CloseSendsTheNotice) {
@@ -644,6 +647,7 @@ TEST_F(TlsOverTransport, BulkDataTakesFewCalls) {
   }
   EXPECT_TRUE(back == data);
   EXPECT_LT(static_cast<size_t>(transport_.reads), records / 2);
+  EndServer();
 }
 
 TEST_F(TlsOverTransport, OneByteAtATimeIsEnough) {
@@ -678,6 +682,7 @@ TEST_F(TlsOverTransport, OneByteAtATimeIsEnough) {
   EXPECT_TRUE(platform::TlsPeerClosedCleanly(stream_));
   while ((status = platform::TlsClose(stream_)) == TlsStatus::kWouldBlock) Wait();
   EXPECT_EQ(status, TlsStatus::kOk);
+  EndServer();
 }
 
 }  // namespace
