@@ -145,6 +145,9 @@ template <typename T>
 [[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LIPSocketTCPRef, const char* text,
                                                unsigned int ms);
 
+/// ConvertSocketToSSLTimeOut that asks for a stop between the steps of the handshake.
+[[nodiscard]] LProcessResult ProcessConvertSocketToSSL(LProcessInterface&, LSSLSocketTCP&, unsigned int ms);
+
 /// ShutdownSendStep until it is finished, at most `ms`: 0 when the close notice is out.
 [[nodiscard]] LProcessResult ProcessShutdownSend(LProcessInterface&, LSSLSocketTCP&, unsigned int ms);
 

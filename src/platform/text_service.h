@@ -8,7 +8,7 @@ namespace platform {
 constexpr size_t kFixedText = 260;
 
 /// Lower-cases UTF-8 `text` by the user's locale into `out`, cut at a whole character. Any thread.
-/// Bytes that are not UTF-8 come through as U+FFFD.
+/// Bytes that are not UTF-8 stay as they are: a name that is lower-cased must still find its file.
 void TextLowerCase(const char* text, char (&out)[kFixedText]);
 
 }  // namespace platform

@@ -1,11 +1,11 @@
-// The history log: one line for each thing the user and the FTP engine did, in a file for each day and in the pane
-// at the foot of the main window.
+// The history log: one line for each thing the user and the FTP engine did, in a file for each day and in the
+// pane at the foot of the main window.
 //
-// Any thread may log. All functions do nothing while `gLLog` is not there (before main, after exit) and for an
-// empty text. A line that cannot be written to the file still reaches the pane.
+// Any thread may log. All functions do nothing while `gLLog` is not there (before main, after exit) and for
+// an empty text. A line that cannot be written to the file still reaches the pane.
 #pragma once
 
-#include <cstdint>
+#include <atomic>
 #include <mutex>
 
 #include "support/text.h"
@@ -18,7 +18,16 @@ constexpr unsigned char kLogInformation = 3;
 constexpr unsigned char kLogCommand = 4;
 constexpr unsigned char kLogResponse = 5;
 
-class LStatusWindow;
+/// What shows each line as it is logged: the pane of the main window. Called on the thread that logs, with no
+/// lock of the log held.
+class LLogPane {
+ public:
+  /// `time` is "14:03:22".
+  virtual void DisplayStatus(const char* time, const char* text, unsigned char level) = 0;
+
+ protected:
+  ~LLogPane() = default;
+};
 
 class LLog {
  public:
@@ -33,23 +42,27 @@ class LLog {
   void LogWithoutEmailing(const char* text, unsigned char level);
 
   bool IsEnabled() const { return bEnabled; }
-  /// The pane that gets each line too; null for none. Main thread.
-  void SetPane(LStatusWindow* pane) { pPane = pane; }
-  LStatusWindow* Pane() const { return pPane; }
+  /// The pane that gets each line too; null for none. Not owned. Main thread.
+  void SetPane(LLogPane* pane) { pPane = pane; }
+  LLogPane* Pane() const { return pPane; }
   /// The folder of the daily files. Tests and the demo set another one before the first line.
   const char* Folder() const { return szFolder; }
   void SetFolder(const char* folder);
 
  private:
-  void CloseFile();
+  /// Closes the file of another day; true if there is none open now.
+  bool IsFileNeeded(int day);
   void OpenFile(int year, int month, int day);
+  void CloseFile();
+  void WriteLine(const char* time, const char* text);
 
-  bool bEnabled = false;
+  /// Outlives the object's other fields in effect: who logs while the process ends still reads it.
+  std::atomic<bool> bEnabled = false;
   char szFolder[kTextSize] = {};
-  int iFile = -1;  ///< -1 when no file is open.
-  LStatusWindow* pPane = nullptr;
-  std::recursive_mutex mutex;  ///< Guards the descriptor alone.
-  int iDay = 0;                ///< Day of the month of the open file.
+  int iFile = -1;  ///< -1 when no file is open. The file stays locked for this process while it is.
+  std::atomic<LLogPane*> pPane = nullptr;
+  std::recursive_mutex mutex;  ///< Guards the descriptor and the day.
+  int iDay = 0;                ///< Day of the month of the last line; 0 before the first.
 };
 
 extern LLog gLLog;

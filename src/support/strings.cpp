@@ -18,7 +18,9 @@ struct Directive {
   char conversion;
 };
 
-bool IsSpecificationByte(char c) { return c == '.' || (c >= '0' && c <= '9') || c == 'L' || c == 'l' || c == 'z'; }
+bool IsSpecificationByte(char c) {
+  return c == '.' || (c >= '0' && c <= '9') || c == 'L' || c == 'l' || c == 'z';
+}
 
 /// Reads the directive at `cursor`, which stands behind the percent sign; returns the cursor behind it.
 const char* ReadDirective(const char* cursor, Directive& directive) {
@@ -55,16 +57,23 @@ void FormatWord(char (&out)[kTextSize], const Directive& directive, uint64_t wor
   out[0] = 0;
   // The C library would store through the word; the directive shows nothing in any case.
   if (directive.conversion == 'n') return;
+  // To the C library these open a directive that never ends: it writes nothing.
+  if (strchr("-+ #'I*hjqtZ", directive.conversion)) return;
+  const bool isNumber = strchr("diouxXU", directive.conversion);
+  bool isWord = directive.conversion != 'c';
   char flags[kSpecificationLimit + 1];
-  CopyWithoutLengths(flags, directive.specification);
-  const bool isLong = strpbrk(directive.specification, "Llz") || strchr("Up", directive.conversion);
-  const char conversion = directive.conversion == 'U' ? 'u' : directive.conversion;
+  if (isNumber) {
+    isWord = directive.conversion == 'U' || strpbrk(directive.specification, "Llz");
+    CopyWithoutLengths(flags, directive.specification);
+  } else {
+    TextCopy(flags, directive.specification);
+  }
   char format[kSpecificationLimit + 5];
-  const bool isNumber = conversion && strchr("diouxX", conversion);
-  TextFormat(format, "%%%s%s%c", flags, isLong && isNumber ? "ll" : "", conversion);
+  TextFormat(format, "%%%s%s%c", flags, isNumber && isWord ? "ll" : "",
+             directive.conversion == 'U' ? 'u' : directive.conversion);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-  if (isLong) {
+  if (isWord) {
     TextFormat(out, format, static_cast<unsigned long long>(word));
   } else {
     TextFormat(out, format, static_cast<unsigned>(word));
@@ -118,7 +127,7 @@ LStringLongTemplate<T>& LStringLongTemplate<T>::operator=(const T* text) {
 
 template <typename T>
 LStringLongTemplate<T>& LStringLongTemplate<T>::operator=(const LStringLongTemplate& other) {
-  if (this == &other) return *this;
+  // Also from itself: the bytes are made anew, as long as the text.
   if (other.data) {
     Assign(other.data, other.length);
   } else {
@@ -221,16 +230,12 @@ void LStringLongTemplateWriter<T>::Put(T character) {
 template <typename T>
 void LStringLongTemplateWriter<T>::Write(const T* text, size_t size) {
   if (string->capacity == 0) string->GrowToSize(kFirstCapacity);
+  // The steps of Put, taken at once.
   const size_t needed = string->length + size + 1;
-  if (needed > string->capacity) {
-    if (string->capacity > kWriterLimit) {
-      size = string->capacity - string->length - 1;
-    } else {
-      size_t grown = string->capacity * 4;
-      while (grown < needed) grown *= 2;
-      string->GrowToSize(grown);
-    }
-  }
+  size_t grown = string->capacity;
+  while (grown < needed && grown <= kWriterLimit) grown *= 4;
+  string->GrowToSize(grown);
+  size = std::min(size, grown - string->length - 1);
   std::copy_n(text, size, string->data + string->length);
   string->length += size;
 }
@@ -252,7 +257,7 @@ size_t tplprintf(Writer& writer, const char* format, va_list arguments) {
       if (const char* text = va_arg(arguments, const char*)) tplstrcpy(writer, text);
     } else {
       char formatted[kTextSize];
-      if (strchr("efg", directive.conversion)) {
+      if (strchr("aAeEfFgG", directive.conversion)) {
         FormatDouble(formatted, directive, va_arg(arguments, double));
       } else {
         FormatWord(formatted, directive, va_arg(arguments, uint64_t));
@@ -350,7 +355,7 @@ void LStringListTemplate<T>::Add(const T* text) {
 
 template <typename T>
 void LStringListTemplate<T>::Add(const LStringLongTemplate<T>& text) {
-  Add(text.Text());
+  std::copy_n(text.Text(), text.length + 1, Add(text.length + 1));
 }
 
 // Trimming and searching
@@ -367,7 +372,9 @@ void TrimBothEnds(char* text, Drops drops) {
   text[end - begin] = 0;
 }
 
-int UpperAscii(char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : static_cast<unsigned char>(c); }
+int UpperAscii(char c) {
+  return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : static_cast<unsigned char>(c);
+}
 
 }  // namespace
 

@@ -120,7 +120,8 @@ class LStringListTemplate {
 
   void Add(const T* text);
   void Add(const LStringLongTemplate<T>& text);
-  /// Adds `size` bytes (at least 1), the first zeroed; returns them for the caller to fill. The list owns them.
+  /// Adds `size` bytes (at least 1), the first zeroed; returns them for the caller to fill. The list owns
+  /// them.
   T* Add(size_t size);
   void Clear();
 
@@ -133,9 +134,9 @@ class LStringListTemplate {
 };
 
 /// Trimming at both ends, in place.
-void LStringTrim(char* text);             ///< Removes blanks (byte 32) only.
-void LStringTrimWhiteSpace(char* text);   ///< Removes every byte below 33.
-void LStringTrimFormatting(char* text);   ///< Removes every byte below 32, so it keeps blanks.
+void LStringTrim(char* text);            ///< Removes blanks (byte 32) only.
+void LStringTrimWhiteSpace(char* text);  ///< Removes every byte below 33.
+void LStringTrimFormatting(char* text);  ///< Removes every byte below 32, so it keeps blanks.
 
 /// First match of `needle` in `haystack` without regard to ASCII case; null if there is none.
 const char* stristrTemplate(const char* haystack, const char* needle);

@@ -16,7 +16,8 @@ constexpr size_t kTextSize = 260;
 /// A null `text` counts as empty. For arrays use TextCopy.
 inline void TextCopyBounded(char* out, size_t size, const char* text) {
   if (size == 0) return;
-  const size_t length = text ? strnlen(text, size - 1) : 0;
+  size_t length = text ? strlen(text) : 0;
+  if (length > size - 1) length = size - 1;
   if (length != 0) memmove(out, text, length);
   out[length] = 0;
 }
@@ -41,8 +42,8 @@ void TextAppend(char (&out)[N], const char* text) {
   TextCopyBounded(out + length, N - length, text);
 }
 
-__attribute__((format(printf, 3, 0))) inline void TextFormatBounded(char* out, size_t size, const char* format,
-                                                                    va_list arguments) {
+__attribute__((format(printf, 3, 0))) inline void TextFormatBounded(char* out, size_t size,
+                                                                    const char* format, va_list arguments) {
   // vsnprintf gives a negative number on an encoding error and leaves the text unsettled.
   if (vsnprintf(out, size, format, arguments) < 0) out[0] = 0;
 }

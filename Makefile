@@ -1,0 +1,69 @@
+# The front door. Nothing is decided here: each target calls the tools that do the work.
+
+JOBS ?= $(shell nproc)
+PREFIX ?= /usr/local
+SOURCES = git ls-files -z '*.cpp' '*.h'
+
+.PHONY: help run test bench fuzz install deb format check clang release
+
+help:
+	@echo "make run      build the program and start it on a demo server of its own"
+	@echo "make test     build with sanitizers and run all tests"
+	@echo "make bench    measure against other clients      make fuzz     fuzz what reads foreign bytes"
+	@echo "make install  install (PREFIX, DESTDIR)          make deb      build a Debian package"
+	@echo "make format   format the sources                 make check    habits and format"
+	@echo "make clang    build and test with clang"
+
+run:
+	tools/install-dependencies build
+	cmake --preset release
+	cmake --build --preset release -j$(JOBS) --target orvaneftp orvaneftp-demo orvaneftp-demo-profile
+	tools/demo/run
+
+test:
+	tools/install-dependencies
+	tools/fetch-test-servers
+	tools/check-habits --self-test
+	tools/check-habits
+	cmake --preset dev
+	cmake --build --preset dev -j$(JOBS)
+	QT_QPA_PLATFORM=offscreen ctest --preset dev -j2 --output-on-failure
+
+clang:
+	tools/install-dependencies
+	tools/fetch-test-servers
+	cmake --preset clang
+	cmake --build --preset clang -j$(JOBS)
+	QT_QPA_PLATFORM=offscreen ctest --preset clang -j2 --output-on-failure
+
+bench:
+	tools/install-dependencies
+	tools/fetch-test-servers
+	cmake --preset release
+	cmake --build --preset release -j$(JOBS)
+	bench/run
+
+fuzz:
+	tools/install-dependencies
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j$(JOBS)
+	fuzz/run
+
+release:
+	tools/install-dependencies build
+	cmake --preset release
+	cmake --build --preset release -j$(JOBS) --target orvaneftp
+
+install: release
+	cmake --install build/release --prefix $(PREFIX)
+
+deb: release
+	cpack --config build/release/CPackConfig.cmake -B build/deb
+
+format:
+	$(SOURCES) | xargs -0 -r clang-format-14 -i
+
+check:
+	tools/check-habits --self-test
+	tools/check-habits
+	$(SOURCES) | xargs -0 -r clang-format-14 --dry-run --Werror

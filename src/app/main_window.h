@@ -1,0 +1,45 @@
+// The frame of the one main window: its native window, its bars, its life from opening to the end. Main thread only.
+#pragma once
+
+#include "core/signal_object.h"
+#include "support/window/bars.h"
+#include "support/window/dialog.h"
+
+/// Set when the main window has been destroyed.
+extern LSignalObject soApplicationEventLoopFinished;
+
+class LMainWindow : public LDialog {
+ public:
+  LMainWindow();
+  ~LMainWindow() override;
+
+  /// Makes the window, restores its size and place, and calls InitDialog.
+  void MainWindowInitCommon();
+  /// Stores size, place and bars; calls DestroyDialog.
+  void MainWindowDestroy();
+  /// True when the quit proceeds. Refused while quitting is forbidden or another modal window is up.
+  bool CmExit();
+  /// Cancels a modal window on top first, and closes on the next turn of the loop.
+  void CloseMainWindow();
+  void Command(int id, intptr_t data) override;
+
+  /// Calls LayoutControls for the present client size, once the window is laid out.
+  void RelayoutControls();
+  using LDialog::LayoutControls;
+  virtual void LayoutControls(int width, int height) = 0;
+
+  static LMainWindow* pInstance;  ///< The one main window, or null.
+  static int iDontQuitCounter;    ///< Non-zero forbids quitting.
+
+ protected:
+  void OnResized() override { RelayoutControls(); }
+  void OnCloseRequested() override { CmExit(); }
+
+  LToolBar mainToolBar;
+  LStatusBar statusBar;
+  bool bLaidOut = false;  ///< Set by InitDialog; no layout before.
+
+ private:
+  bool bInLayout = false;
+  bool bDestroyed = false;
+};

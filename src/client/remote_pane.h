@@ -1,0 +1,150 @@
+// The remote pane: the controller of the right-hand list, and the owner of the program's one FTP session.
+//
+// All remote operations work on the server's current directory by name. A lost connection is met by reconnecting
+// inside the operation that found it out, from the saved logon. Main thread only; any command may run inside a wait.
+#pragma once
+
+#include "core/process.h"
+#include "ftp/dir_iterator.h"
+#include "ftp/protocol.h"
+#include "support/containers.h"
+#include "support/strings.h"
+#include "support/window/list_view.h"
+
+/// One row of the shown directory; a node of its list.
+struct LFtpExpListItem {
+  enum Kind : int { kFile = 0, kFolder = 1, kSymbolicLink = 2 };
+  LFtpExpListItem* next;
+  int kind;
+  char name[kTextSize];
+  int64_t modified;  ///< Seconds on the wall-clock scale of listings.
+  uint64_t size;     ///< Bytes; 0 for a folder.
+  char attributes[kTextSize];
+  char owner[kTextSize];
+  char group[kTextSize];
+};
+
+/// Folders first, then the names byte by byte; never 0.
+template <>
+int LListArrayComparePtr<LFtpExpListItem>(const LFtpExpListItem* a, const LFtpExpListItem* b);
+
+struct FtpDownloadFileList;
+struct FtpUploadFileList;
+
+/// As an LProcessInterface it is used for short talks in the foreground: it never stops, writes its status to the
+/// history unless `bQuiet`, and its errors in any case.
+class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
+ public:
+  // Columns
+  enum Column { kName, kSize, kKind, kModified, kAttributes, kOwner, kGroup };
+  static constexpr const char* kWordFolder = "フォルダ";
+  static constexpr const char* kWordLink = "リンク";
+  static constexpr const char* kWordFile = "ファイル";
+
+  /// Once, when the window has its controls.
+  void InitList(LMacWindow& window, int id);
+
+  // Connection
+  /// Connects and shows `directory`; "/" if that cannot be entered. Asks for a password where the server refuses.
+  bool CmConnect(const char* server, const char* user, const char* password, const char* directory, bool secure,
+                 bool implicitSSL, bool showProgress);
+  /// Leaves the server; the second form also clears the pane.
+  void CmDisconnect_();
+  void CmDisconnect();
+  /// Asks the server for its directory; a failure marks the pane as not connected.
+  void EvCheckConnection();
+
+  // Showing a directory
+  bool ApplyDirectory();
+  bool EvDirectoryChanged();
+  void CmGo(const char* path);
+  void CmUp();
+  void CmOpenFolder(const char* name);
+  void CmRefresh();
+  /// Opens the one selected row if it is a folder.
+  void EvDoubleClick(bool openFiles);
+
+  // History
+  void CmBack();
+  void CmForward();
+  void ChangeDirectoryFromRecentList();
+  void AddToRecentFileList(const char* path);
+  void ClearRecentFileList();
+  bool IsBackAccessible() const;
+  bool IsForwardAccessible() const;
+
+  // Transfers
+  /// Brings the selected files down into `localFolder`.
+  void CmDownloadList(const char* localFolder);
+  /// Sends files; 0 done, 1 stopped, 2 failed.
+  LProcessResult CmUploadList(const LVector<LStringLongTemplate<char>>& files, const char* localFolder);
+
+  bool IsFolderSelected() const;
+  const char* RowKindWord(int row, char (&word)[kTextSize]) const;
+
+  // Server calls that reconnect up to three times from the saved logon
+  bool _GetCurrentDirectoryFTP(char (&path)[kTextSize]);
+  bool _SetCurrentDirectoryFTP(const char* path);
+
+  // LListViewSorter
+  int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;
+  // LProcessInterface
+  void SetError(const char* text) override;
+  void SetStatus(const char* text, int level) override;
+
+  // State
+  bool bConnected = false;       ///< Logged on.
+  bool bReconnectArmed = false;  ///< A lost connection starts reconnect tries; cleared when the login is cancelled.
+  bool bQuiet = false;           ///< SetStatus stays silent.
+  bool bOverwriteYes = false;    ///< Answer of the last overwrite question of the running job.
+  bool bOverwriteForAll = false;
+  char szServer[kTextSize] = {};            ///< Of the last good connection.
+  char szCurrentDirectory[kTextSize] = {};  ///< As the server's answer to PWD gave it.
+  char szBaseRemoteDirectory[kTextSize] = {};  ///< Roots of the running transfer.
+  char szBaseLocalDirectory[kTextSize] = {};
+  char szFilter[kTextSize] = {};  ///< Lower case; empty for none.
+  LFileTransferProtocol Ftp;
+
+  // The last logon, so that any job can reconnect
+  static char szLastServer[kTextSize];
+  static char szLastUsername[kTextSize];
+  static char szLastPassword[kTextSize];
+  static char szLastDirectory[kTextSize];
+  static bool bLastSecure;
+  static bool bLastImplicitSSL;
+  static bool bPowerSuspendStandBy;          ///< The machine is going to sleep.
+  static ChildInterface* pCurrentInterface;  ///< Of the transfer now running, or null.
+
+  LMacWindow* Window() const { return pWindow; }
+  int ListId() const { return nListId; }
+
+ private:
+  static constexpr size_t kRecentEntries = 10;
+
+  LProcessResult Connect(const char* server, const char* user, const char* password, bool secure, bool implicitSSL,
+                         bool showProgress);
+  bool AskForPassword(const char* server, const char* user, char (&password)[kTextSize]);
+  bool ReconnectFromLast();
+  template <typename Call>
+  bool TryWithReconnects(Call call);
+  LProcessResult EnterCurrentDirectory();
+  void FillItems(LFileTransferProtocol::DirIterator& listing);
+  void AskForMissingDetails(LFtpExpListItem& item, const LFileTransferProtocol::DirIterator::Item& record);
+  void ShowItems();
+  int ImageOf(const LFtpExpListItem& item);
+  void SetDirectory(const char* path);
+  void EndRename();
+
+  LList<LFtpExpListItem> Items;
+  LVector<LStringLongTemplate<char>> RecentList;  ///< Newest first, always ten, those not yet filled empty.
+  size_t iRecentIndex = 0;
+  bool bRenaming = false;
+  bool bChangingDirectory = false;  ///< Re-entry guard of EvDirectoryChanged.
+  LLVImageList ImageList;
+  int iFolderIcon = -1;
+  int nListId = 0;
+  LMacWindow* pWindow = nullptr;  ///< Null until InitList.
+};
+
+/// Asks for a password in a dialog that shows server and user. False when cancelled.
+bool OpenUserLoginDlg(LMacWindow* view, const char* server, const char* user, char (&passwordOut)[kTextSize]);

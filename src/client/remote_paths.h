@@ -1,0 +1,34 @@
+// The pure rules of the remote pane: paths, sizes, the order of its rows and its history. Any thread.
+#pragma once
+
+#include <cstddef>
+
+#include "support/text.h"
+
+class LMacWindow;
+
+/// Which pane compares two size texts. Sizes are compared as they are shown.
+int RemoteCompareFileSizes(const char* a, const char* b, bool ascending);
+
+/// The remote path of a local one: each byte of `localBase` skips one of `localPath`, without a comparison; the rest
+/// goes under `remoteBase` with "/" as its only separator. Cut at 259 bytes.
+void RemotePathOfLocal(char (&out)[kTextSize], const char* localBase, const char* remoteBase, const char* localPath);
+
+/// `folder` and `name` joined by one "/".
+void RemoteJoin(char (&out)[kTextSize], const char* folder, const char* name);
+
+/// True if `name` is a single component, so that a server cannot lead a download out of its folder.
+bool RemoteNameIsPlain(const char* name);
+
+namespace PaneUtils {
+
+/// The folder above `path`; a path that ends in a separator loses one level more; `root` when nothing is left.
+void GetUpPath(const char* path, char (&out)[kTextSize], const char* root);
+inline int CompareFileSizes(const char* a, const char* b, bool ascending) {
+  return RemoteCompareFileSizes(a, b, ascending);
+}
+/// Makes the row of that name current and scrolls to it; nothing for an empty name or an absent row.
+void LVSetCurSelVisible(LMacWindow& window, int list, const char* name);
+void LVSetCurSelVisible(LMacWindow& window, int list, int row);
+
+}  // namespace PaneUtils

@@ -1,0 +1,22 @@
+#include "client/transfer_lists.h"
+
+namespace {
+
+template <typename Item, typename List>
+void AddInFront(List& list, LFileTransferProtocol* protocol, const char* local, const char* remote) {
+  auto* item = new Item();
+  item->file.protocol = protocol;
+  TextCopy(item->file.local, local);
+  TextCopy(item->file.remote, remote);
+  list.AddHead(item);
+}
+
+}  // namespace
+
+void FtpDownloadFileList::AddFile(const char* local, const char* remote) {
+  AddInFront<LXfrDownloadItem>(files, protocol, local, remote);
+}
+
+void FtpUploadFileList::AddFile(const char* local, const char* remote) {
+  AddInFront<LXfrUploadItem>(files, protocol, local, remote);
+}

@@ -1,0 +1,160 @@
+// RETR: one file from the server.
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include "ftp/commands.h"
+#include "ftp/file_transfer.h"
+#include "ftp/queries.h"
+#include "ftp/timeouts.h"
+#include "ftp/transfer.h"
+#include "platform/file_io.h"
+#include "support/files.h"
+#include "support/log.h"
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;
+
+class FileDownload : public FtpFileTransfer {
+ public:
+  FileDownload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote,
+               const char* local, char (*errorText)[kTextSize])
+      : FtpFileTransfer(process, session, errorText), szRemote(remote), szLocal(local) {
+    TextCopy(szName, remote);
+  }
+
+  LProcessResult Run();
+
+ private:
+  /// How the flow of data came to its end.
+  enum class End {
+    kOfStream,       ///< Or a failure: the closing reply tells the two apart.
+    kStopped,        ///< While data were awaited.
+    kStoppedInNoop,  ///< While a NOOP was exchanged.
+  };
+
+  bool OpenLocalFile();
+  LProcessResult Request();
+  End ReceiveData();
+  void CountPiece(size_t size);
+  void WritePiece(const char* bytes, size_t size);
+  void AbortTransfer();
+  LProcessResult Finish();
+
+  const char* szRemote;
+  const char* szLocal;
+};
+
+/// Emptied only under the lock: another copy of the program may be writing to it.
+bool FileDownload::OpenLocalFile() {
+  iFile = platform::FileOpen(szLocal, O_RDWR | O_CREAT | O_CLOEXEC, kNewFileMode);
+  if (flocktimed(iFile, LOCK_EX | LOCK_NB, gFtpTimeouts.fileLockMs) != 0) return false;
+  // Whatever is left behind the new end shows in a size that differs; the transfer does not look at it.
+  (void)platform::FileTruncate(iFile, 0);
+  return true;
+}
+
+LProcessResult FileDownload::Request() {
+  char command[kFtpLongCommand];
+  FtpFormatCommand(command, "RETR %s\r\n", szRemote);
+  const LProcessResult sent = ProcessFtpSendCommand(*pProcess, *pSession, command, gFtpTimeouts.sendDirectMs);
+  if (sent != LProcessResultOk) return sent;
+  unsigned short code;
+  char text[kTextSize];
+  const LProcessResult read = ReadReply(code, text);
+  if (read == LProcessResultOk && FtpReplyIsPreliminary(code)) return LProcessResultOk;
+  KeepError(text);
+  return read == LProcessResultOk ? LProcessResultFailed : read;
+}
+
+void FileDownload::WritePiece(const char* bytes, size_t size) {
+  while (size > 0) {
+    const ssize_t written = platform::FileWrite(iFile, bytes, size);
+    // A full disk goes unnoticed here, as the transfer's result is the server's word alone.
+    if (written <= 0) return;
+    bytes += written;
+    size -= static_cast<size_t>(written);
+  }
+}
+
+void FileDownload::CountPiece(size_t size) {
+  while (size > 0) {
+    const size_t block = std::min(size, FtpTransferProgress::kBlockSize);
+    if (progress.CountBlock(block)) ShowProgress();
+    size -= block;
+  }
+}
+
+FileDownload::End FileDownload::ReceiveData() {
+  StartNoopClock();
+  ShowProgress();
+  char* const piece = data.Piece();
+  for (;;) {
+    unsigned short code;
+    if (IsNoopDue() && ExchangeNoop(code) == LProcessResultStopped) return End::kStoppedInNoop;
+    size_t received = 0;
+    const LProcessResult result =
+        data.Receive(*pProcess, piece, FtpDataConnection::kPieceSize, received, gFtpTimeouts.receiveBlockMs);
+    if (result == LProcessResultStopped) return End::kStopped;
+    if (result != LProcessResultOk) return End::kOfStream;
+    WritePiece(piece, received);
+    CountPiece(received);
+  }
+}
+
+void FileDownload::AbortTransfer() {
+  unsigned short code;
+  char text[kTextSize];
+  const LProcessResult read = Abort(gFtpTimeouts.aborSendDownloadMs, code, text);
+  if (read != LProcessResultOk || !FtpReplyEndsTransfer(code)) KeepError(text);
+}
+
+/// The closing reply decides, also after a stop.
+LProcessResult FileDownload::Finish() {
+  unsigned short code;
+  char text[kTextSize];
+  const LProcessResult read = bLateReply ? ReadLateReplies(gFtpTimeouts.lateReplyDownloadMs, 0, code, text)
+                                         : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
+  if (read == LProcessResultOk && FtpReplyIsPositive(code)) return LProcessResultOk;
+  KeepError(text);
+  // What came is not to be taken for the file. There may be nothing to remove.
+  (void)platform::FileUnlink(szLocal);
+  return LProcessResultFailed;
+}
+
+LProcessResult FileDownload::Run() {
+  pProcess->SetStatus("ダウンロードの準備をしています...", 0);
+  pProcess->SetStatus(szRemote, 1);
+  if (!OpenLocalFile()) return LProcessResultFailed;
+  LProcessResult result = PrepareDataConnection();
+  if (result != LProcessResultOk) return result;
+
+  LProcessInterfaceVoid unstoppable;
+  uint64_t size = 0;
+  // Without a size there is just no percentage.
+  if (ProcessFtpGetFileSize(unstoppable, *pSession, szRemote, size) != LProcessResultOk) size = 0;
+  progress = FtpTransferProgress(FtpTransferProgress::kDownload, size);
+  result = Request();
+  if (result != LProcessResultOk) return result;
+  if (pSession->IsSecure()) data.FinishTls(*pProcess);
+
+  pProcess->SetStatus("ファイルをダウンロードしています...", 0);
+  const End end = ReceiveData();
+  if (end == End::kStopped) AbortTransfer();
+  CloseLocalFile();
+  if (end == End::kOfStream && data.WasCutOff()) {
+    LOGWARNF("データ接続がTLSの終了通知なしに閉じられました。ファイルが途中で切れている可能性があります：%s",
+             szRemote);
+  }
+  data.Close(*pProcess);
+  if (end == End::kStoppedInNoop) return LProcessResultStopped;
+  return Finish();
+}
+
+}  // namespace
+
+LProcessResult ProcessFtpDownload(LProcessInterface& process, LFileTransferProtocol& session,
+                                  const char* remote, const char* local, char (*errorText)[kTextSize]) {
+  return FileDownload(process, session, remote, local, errorText).Run();
+}

@@ -1,0 +1,3 @@
+#include "ftp/timeouts.h"
+
+FtpTimeouts gFtpTimeouts;

@@ -1,0 +1,255 @@
+// STOR and APPE: one file to the server.
+#include <algorithm>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "ftp/commands.h"
+#include "ftp/file_transfer.h"
+#include "ftp/queries.h"
+#include "ftp/timeouts.h"
+#include "ftp/transfer.h"
+#include "platform/clock.h"
+#include "platform/file_io.h"
+#include "support/files.h"
+#include "support/log.h"
+
+namespace {
+
+constexpr size_t kDatedCommand = 285;  ///< Bytes of a command with a date and a name.
+
+class FileUpload : public FtpFileTransfer {
+ public:
+  FileUpload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote,
+             const char* local, char (*errorText)[kTextSize], bool append)
+      : FtpFileTransfer(process, session, errorText), szRemote(remote), szLocal(local), bAppend(append) {
+    LFile::_GetFileFromPath(szName, local);
+  }
+
+  LProcessResult Run();
+
+ private:
+  /// How sending came to its end.
+  enum class End {
+    kOfFile,
+    kStopped,        ///< While a block was sent.
+    kStoppedInNoop,  ///< While a NOOP was exchanged.
+    kFailed,         ///< The connection broke or the server can store no more.
+  };
+
+  LProcessResult Request();
+  LProcessResult SendRequest(const char* verb, unsigned short& code);
+  LProcessResult RequestAgain();
+  LProcessResult ChooseStart();
+  End SendData();
+  End SendPiece(const char* bytes, size_t size);
+  End KeepAlive();
+  void CountBlocks(size_t from, size_t to);
+  LProcessResult AbortTransfer();
+  LProcessResult Finish(bool isStopped);
+  LProcessResult JudgeClosingReply(unsigned short code, const char* text);
+  LProcessResult CompareSizes();
+  void SetRemoteDate();
+
+  const char* szRemote;
+  const char* szLocal;
+  bool bAppend;
+  uint64_t iLocalSize = 0;
+  bool bShown = false;  ///< The first block is shown whatever the rule says.
+};
+
+/// 0 with the reply's code; a text for the user is kept.
+LProcessResult FileUpload::SendRequest(const char* verb, unsigned short& code) {
+  code = 0;
+  char command[kFtpLongCommand];
+  FtpFormatCommand(command, "%s %s\r\n", verb, szRemote);
+  if (!FtpCommandIsSendable(command)) {
+    return ProcessFtpSendCommand(*pProcess, *pSession, command, gFtpTimeouts.sendDirectMs);
+  }
+  const LProcessResult sent = ProcessFtpSendCommand(*pProcess, *pSession, command, gFtpTimeouts.sendDirectMs);
+  // Another failure shows in the reply that does not come.
+  if (sent == LProcessResultStopped) return sent;
+  char text[kTextSize];
+  const LProcessResult read = ReadReply(code, text);
+  if (read == LProcessResultOk && code >= 300) KeepError(text);
+  return read;
+}
+
+LProcessResult FileUpload::Request() {
+  unsigned short code;
+  const LProcessResult result = SendRequest(bAppend ? "APPE" : "STOR", code);
+  if (result != LProcessResultOk || FtpReplyIsPreliminary(code)) return result;
+  if (code != kFtpFileUnavailable && !bAppend) return LProcessResultFailed;
+  return RequestAgain();
+}
+
+/// Plainly, over a new connection: a server may refuse to append, or have lost the first connection.
+LProcessResult FileUpload::RequestAgain() {
+  char address[kTextSize];
+  LProcessResult result = ProcessFtpPassive(*pProcess, *pSession, address);
+  if (result != LProcessResultOk) return result;
+  result = data.Open(*pProcess, address);
+  if (result != LProcessResultOk) return result;
+  unsigned short code;
+  result = SendRequest("STOR", code);
+  bAppend = false;
+  if (result != LProcessResultOk) return result;
+  return FtpReplyIsPreliminary(code) ? LProcessResultOk : LProcessResultFailed;
+}
+
+/// Where to begin in the local file, and at which progress.
+LProcessResult FileUpload::ChooseStart() {
+  struct stat status = {};
+  if (platform::FileStatus(iFile, status) == 0) iLocalSize = static_cast<uint64_t>(status.st_size);
+  pProcess->SetProgress(0);
+  double start = 0;
+  if (bAppend) {
+    uint64_t remoteSize = 0;
+    const LProcessResult asked = ProcessFtpGetFileSize(*pProcess, *pSession, szRemote, remoteSize);
+    if (asked == LProcessResultStopped) return asked;
+    if (asked == LProcessResultOk) {
+      const uint64_t offset = std::min(remoteSize, iLocalSize);
+      if (platform::FileSeek(iFile, static_cast<off_t>(offset), SEEK_SET) < 0) return LProcessResultFailed;
+      if (offset < iLocalSize) start = static_cast<double>(offset) / static_cast<double>(iLocalSize);
+    }
+  }
+  progress = FtpTransferProgress(FtpTransferProgress::kUpload, iLocalSize, start);
+  return LProcessResultOk;
+}
+
+FileUpload::End FileUpload::KeepAlive() {
+  if (!IsNoopDue()) return End::kOfFile;
+  unsigned short code;
+  if (ExchangeNoop(code) == LProcessResultStopped) return End::kStoppedInNoop;
+  return code == kFtpLocalError ? End::kFailed : End::kOfFile;
+}
+
+/// The blocks of a piece that became whole when its sent part grew.
+void FileUpload::CountBlocks(size_t from, size_t to) {
+  while (from < to) {
+    const size_t block = std::min(to - from, FtpTransferProgress::kBlockSize);
+    if (progress.CountBlock(block) || !bShown) ShowProgress();
+    bShown = true;
+    from += block;
+  }
+}
+
+FileUpload::End FileUpload::SendPiece(const char* bytes, size_t size) {
+  size_t sent = 0;
+  size_t counted = 0;
+  int64_t blockStart = platform::ClockMonotonicMs();
+  while (sent < size) {
+    const End kept = KeepAlive();
+    if (kept != End::kOfFile) return kept;
+    // Each block has the whole time-out, however slow the line: a piece may take minutes.
+    const int64_t left = blockStart + gFtpTimeouts.sendBlockMs - platform::ClockMonotonicMs();
+    size_t moved = 0;
+    const LProcessResult result = data.Send(*pProcess, bytes + sent, size - sent, moved,
+                                            static_cast<unsigned>(std::max<int64_t>(left, 0)));
+    if (result == LProcessResultStopped) return End::kStopped;
+    if (result != LProcessResultOk) return End::kFailed;
+    sent += moved;
+    const size_t whole = sent == size ? sent : sent - sent % FtpTransferProgress::kBlockSize;
+    if (whole == counted) continue;
+    CountBlocks(counted, whole);
+    counted = whole;
+    blockStart = platform::ClockMonotonicMs();
+  }
+  return End::kOfFile;
+}
+
+FileUpload::End FileUpload::SendData() {
+  StartNoopClock();
+  char* const piece = data.Piece();
+  for (;;) {
+    const ssize_t size = platform::FileRead(iFile, piece, FtpDataConnection::kPieceSize);
+    if (size < 1) return End::kOfFile;
+    const End end = SendPiece(piece, static_cast<size_t>(size));
+    if (end != End::kOfFile) return end;
+  }
+}
+
+/// 1 when the server took the stop, 2 when it said something else.
+LProcessResult FileUpload::AbortTransfer() {
+  unsigned short code;
+  char text[kTextSize];
+  const LProcessResult read = Abort(gFtpTimeouts.aborSendUploadMs, code, text);
+  if (read == LProcessResultOk && FtpReplyEndsTransfer(code)) return LProcessResultStopped;
+  KeepError(text);
+  if (read != LProcessResultOk) return LProcessResultStopped;
+  // The reply to the transfer itself comes behind a 425; it is only taken off the connection.
+  if (code == kFtpCannotOpenData) (void)ReadClosingReply(gFtpTimeouts.aborExtraReplyMs, code, text);
+  return LProcessResultFailed;
+}
+
+/// Some servers break the transfer off although they have the whole file.
+LProcessResult FileUpload::CompareSizes() {
+  uint64_t remoteSize = 0;
+  const LProcessResult asked = ProcessFtpGetFileSize(*pProcess, *pSession, szRemote, remoteSize);
+  if (asked != LProcessResultOk) return asked;
+  return remoteSize == iLocalSize ? LProcessResultOk : LProcessResultFailed;
+}
+
+LProcessResult FileUpload::JudgeClosingReply(unsigned short code, const char* text) {
+  if (code >= 200 && code <= 399) return LProcessResultOk;
+  if (code == kFtpFileUnavailable || code == kFtpLocalError) {
+    LOGERRORF("サーバーへのアップロード中にエラーが発生しました：%s", text);
+    return LProcessResultFailed;
+  }
+  return code == kFtpTransferAborted ? CompareSizes() : LProcessResultFailed;
+}
+
+/// A server may refuse the date, or not know it: the file is there all the same.
+void FileUpload::SetRemoteDate() {
+  // Always 0; what it found stands in the session.
+  (void)ProcessFtpCheckFeatures(*pProcess, *pSession);
+  if (!pSession->Has(LFileTransferProtocol::bHasMfmt)) return;
+  struct stat status = {};
+  struct tm utc = {};
+  if (platform::FileStatus(iFile, status) != 0 || !gmtime_r(&status.st_mtime, &utc)) return;
+  char command[kDatedCommand];
+  FtpFormatCommand(command, "MFMT %04d%02d%02d%02d%02d%02d %s\r\n", utc.tm_year + 1900, utc.tm_mon + 1,
+                   utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec, szRemote);
+  (void)ProcessFtpSendAndWaitForReply(*pProcess, *pSession, command, nullptr, nullptr);
+}
+
+LProcessResult FileUpload::Finish(bool isStopped) {
+  unsigned short code;
+  char text[kTextSize];
+  const LProcessResult read =
+      bLateReply ? ReadLateReplies(gFtpTimeouts.lateReplyUploadMs, kFtpLocalError, code, text)
+                 : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
+  if (isStopped) return LProcessResultStopped;
+  // All data went out and the connection was closed in order: a server that says nothing more has the file.
+  const LProcessResult result = read == LProcessResultOk ? JudgeClosingReply(code, text) : LProcessResultOk;
+  if (result == LProcessResultOk) SetRemoteDate();
+  return result;
+}
+
+LProcessResult FileUpload::Run() {
+  pProcess->SetStatus("ファイルをアップロードしています...", 0);
+  pProcess->SetStatus(szName, 1);
+  iFile = platform::FileOpen(szLocal, O_RDONLY | O_CLOEXEC, 0);
+  if (iFile == -1) return LProcessResultFailed;
+  LProcessResult result = PrepareDataConnection();
+  if (result == LProcessResultOk) result = Request();
+  if (result == LProcessResultOk) result = ChooseStart();
+  if (result != LProcessResultOk) return result;
+  if (pSession->IsSecure()) data.FinishTls(*pProcess);
+
+  const End end = SendData();
+  if (end == End::kStoppedInNoop) return LProcessResultStopped;
+  if (end == End::kFailed) return LProcessResultFailed;
+  result = end == End::kStopped ? AbortTransfer() : LProcessResultOk;
+  data.Close(*pProcess);
+  if (result == LProcessResultFailed) return result;
+  return Finish(result == LProcessResultStopped);
+}
+
+}  // namespace
+
+LProcessResult ProcessFtpUpload(LProcessInterface& process, LFileTransferProtocol& session,
+                                const char* remote, const char* local, char (*errorText)[kTextSize],
+                                bool append) {
+  return FileUpload(process, session, remote, local, errorText, append).Run();
+}

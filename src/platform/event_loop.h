@@ -1,0 +1,36 @@
+// The one event loop of the main thread, and the pump that keeps the window system alive inside a long operation.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+namespace platform {
+
+/// Makes the application object: style, palette, fonts, translations. Once, first thing on the main thread.
+/// The argument vector must outlive the program.
+void ApplicationInit(int& argc, char** argv);
+/// Runs the event loop until ApplicationQuit; returns its exit status.
+int ApplicationRun();
+/// Ends ApplicationRun from a turn of the loop, never from a deep stack.
+void ApplicationQuit(int status);
+/// Called when the desktop ends the session or a signal asks the program to end; main thread, from the loop.
+void ApplicationOnQuitRequest(std::function<void()> handler);
+
+/// Handles everything that waits in the window system's queue, and returns. Main thread.
+void EventLoopPump();
+/// Runs the loop until one of `count` descriptors is readable, an event was handled, or `ms` have passed.
+/// Returns false when the time ran out. Main thread.
+bool EventLoopWait(const int* descriptors, size_t count, unsigned ms);
+/// Runs `call` on the main thread from the loop. Any thread.
+void EventLoopPost(std::function<void()> call);
+bool IsMainThread();
+
+struct Timer;
+/// A one-shot timer that calls once on the main thread. Owned by the caller until TimerDestroy, which also cancels.
+/// Main thread.
+Timer* TimerCreate(std::function<void()> call);
+/// Starts it, or moves its next firing.
+void TimerArm(Timer* timer, unsigned ms);
+void TimerDestroy(Timer* timer);
+
+}  // namespace platform

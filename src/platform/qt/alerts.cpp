@@ -1,0 +1,54 @@
+// Message boxes of platform/window_system.h.
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "platform/qt/native_window.h"
+#include "platform/qt/text.h"
+
+namespace platform {
+
+int AlertRun(Window* parent, Alert& alert) {
+  QMessageBox box(parent);
+  box.setWindowModality(Qt::ApplicationModal);
+  box.setIcon(alert.isError ? QMessageBox::Critical : QMessageBox::Information);
+  box.setWindowTitle(ShownText(alert.title));
+  box.setTextFormat(Qt::PlainText);  // A server's words are never markup.
+  box.setText(ShownText(alert.message, true));
+
+  QPushButton* buttons[3] = {};
+  for (int i = 0; i < 3; ++i) {
+    if (!alert.buttons[i] || !alert.buttons[i][0]) continue;
+    // The role of the first puts it at the right by the desktop's habit, the others left of it.
+    buttons[i] = box.addButton(QString::fromUtf8(alert.buttons[i]), i == 0 ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+  }
+  if (buttons[0]) box.setDefaultButton(buttons[0]);
+  if (buttons[1]) {
+    box.setEscapeButton(buttons[1]);
+  } else if (buttons[0]) {
+    box.setEscapeButton(buttons[0]);
+  }
+  QCheckBox* check = nullptr;
+  if (alert.checkBox) {
+    check = new QCheckBox(QString::fromUtf8(alert.checkBox), &box);
+    check->setChecked(alert.checked);
+    box.setCheckBox(check);
+  }
+  box.exec();
+  if (check) alert.checked = check->isChecked();
+  for (int i = 0; i < 3; ++i) {
+    if (buttons[i] && box.clickedButton() == buttons[i]) return i + 1;
+  }
+  return 2;
+}
+
+void CursorSetWaiting(bool waiting) {
+  if (waiting) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+}  // namespace platform

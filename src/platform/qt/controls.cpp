@@ -1,0 +1,268 @@
+// Making controls, and the operations on any control of platform/window_system.h.
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QToolButton>
+#include <QToolTip>
+
+#include "platform/qt/combo_control.h"
+#include "platform/qt/divider.h"
+#include "platform/qt/icons.h"
+#include "platform/qt/list_control.h"
+#include "platform/qt/log_control.h"
+#include "platform/qt/native_window.h"
+#include "platform/qt/text.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int kProgressSteps = 10000;
+
+/// A one-line text that is elided in the middle; its tool tip holds the whole.
+class ElidedLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (!pixmap().isNull()) return QLabel::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+    if (shown != text()) setToolTip(text());
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, shown);
+  }
+};
+
+QWidget* NewButton(Window* window, int id, ControlKind kind, const QString& text) {
+  QAbstractButton* button = nullptr;
+  if (kind == ControlKind::kIconButton || kind == ControlKind::kIconTextButton) {
+    auto* tool = new QToolButton(window->client);
+    tool->setToolButtonStyle(kind == ControlKind::kIconButton ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
+    tool->setFocusPolicy(Qt::TabFocus);
+    button = tool;
+  } else {
+    auto* push = new QPushButton(window->client);
+    push->setAutoDefault(false);
+    push->setDefault(kind == ControlKind::kDefaultButton);
+    button = push;
+  }
+  button->setText(text);
+  QObject::connect(button, &QAbstractButton::clicked, window, [window, id] {
+    const int bound = window->Bound(id, ControlEvent::kClick);
+    window->Send(bound ? bound : id);
+  });
+  return button;
+}
+
+QWidget* NewInput(Window* window, int id, bool isPassword) {
+  auto* input = new QLineEdit(window->client);
+  if (isPassword) input->setEchoMode(QLineEdit::Password);
+  QObject::connect(input, &QLineEdit::textEdited, window,
+                   [window, id] { window->SendBound(id, ControlEvent::kTextEdited); });
+  QObject::connect(input, &QLineEdit::editingFinished, window,
+                   [window, id] { window->SendBound(id, ControlEvent::kFocusLost); });
+  return input;
+}
+
+QWidget* NewCheck(Window* window, int id, QAbstractButton* button, const QString& text) {
+  button->setText(text);
+  QObject::connect(button, &QAbstractButton::clicked, window, [window, id] { window->Send(id); });
+  return button;
+}
+
+QWidget* NewLine(Window* window) {
+  auto* line = new QFrame(window->client);
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Sunken);
+  return line;
+}
+
+QWidget* NewProgressBar(Window* window) {
+  auto* bar = new QProgressBar(window->client);
+  bar->setTextVisible(false);
+  bar->setRange(0, kProgressSteps);
+  return bar;
+}
+
+QWidget* NewToolBar(Window* window) {
+  auto* bar = new QToolBar(window->client);
+  bar->setIconSize(QSize(20, 20));
+  bar->setMovable(false);
+  return bar;
+}
+
+QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& text) {
+  switch (kind) {
+    case ControlKind::kStatic: return new ElidedLabel(text, window->client);
+    case ControlKind::kIcon: return new QLabel(window->client);
+    case ControlKind::kInput: return NewInput(window, id, false);
+    case ControlKind::kPassword: return NewInput(window, id, true);
+    case ControlKind::kCheckBox: return NewCheck(window, id, new QCheckBox(window->client), text);
+    case ControlKind::kRadioButton: return NewCheck(window, id, new QRadioButton(window->client), text);
+    case ControlKind::kButton:
+    case ControlKind::kDefaultButton:
+    case ControlKind::kIconButton:
+    case ControlKind::kIconTextButton: return NewButton(window, id, kind, kind == ControlKind::kIconButton ? QString() : text);
+    case ControlKind::kComboBox: return new ComboControl(window, id, true);
+    case ControlKind::kPullDownList: return new ComboControl(window, id, false);
+    case ControlKind::kList: return new ListControl(window, id);
+    case ControlKind::kProgressBar: return NewProgressBar(window);
+    case ControlKind::kGroup: return new QGroupBox(text, window->client);
+    case ControlKind::kLine: return NewLine(window);
+    case ControlKind::kLog: return new LogControl(window->client);
+    case ControlKind::kToolBar: return NewToolBar(window);
+    case ControlKind::kDivider: return new Divider(window, id);
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+void ControlCreate(Window* window, int id, ControlKind kind, const char* text, const Rect& place) {
+  QWidget* control = NewControl(window, id, kind, ShownText(text));
+  if (!control) return;
+  if (text) control->setAccessibleName(ShownText(text));
+  control->setObjectName(QStringLiteral("control%1").arg(id));
+  delete window->controls.value(id);
+  window->controls.insert(id, control);
+  ControlMove(window, id, place);
+  control->show();
+}
+
+bool ControlExists(const Window* window, int id) { return window->controls.contains(id); }
+
+void ControlMove(Window* window, int id, const Rect& place) {
+  if (QWidget* control = window->Control(id)) {
+    control->setGeometry(place.x + window->Inset(), place.y, qMax(place.width, 0), qMax(place.height, 0));
+  }
+}
+
+Rect ControlGetPlace(const Window* window, int id) {
+  const QWidget* control = window->Control(id);
+  if (!control) return {0, 0, 0, 0};
+  return {control->x() - window->Inset(), control->y(), control->width(), control->height()};
+}
+
+void ControlEnable(Window* window, int id, bool enable) {
+  if (QWidget* control = window->Control(id)) control->setEnabled(enable);
+}
+
+bool ControlIsEnabled(const Window* window, int id) {
+  const QWidget* control = window->Control(id);
+  return control && control->isEnabled();
+}
+
+void ControlShow(Window* window, int id, bool show) {
+  if (QWidget* control = window->Control(id)) control->setVisible(show);
+}
+
+bool ControlIsShown(const Window* window, int id) {
+  const QWidget* control = window->Control(id);
+  return control && !control->isHidden();
+}
+
+void ControlFocus(Window* window, int id) {
+  if (QWidget* control = window->Control(id)) control->setFocus();
+}
+
+void ControlSetText(Window* window, int id, const char* text) {
+  if (auto* label = window->ControlAs<QLabel>(id)) {
+    label->setText(ShownText(text));
+    label->setToolTip(QString());
+  } else if (auto* input = window->ControlAs<QLineEdit>(id)) {
+    input->setText(QString::fromUtf8(text));
+  } else if (auto* combo = window->ControlAs<QComboBox>(id)) {
+    combo->setEditText(QString::fromUtf8(text));
+  } else if (auto* button = window->ControlAs<QAbstractButton>(id)) {
+    button->setText(ShownText(text));
+  }
+}
+
+void ControlGetText(const Window* window, int id, char (&text)[kFixedText]) {
+  QString found;
+  if (auto* label = window->ControlAs<QLabel>(id)) {
+    found = label->text();
+  } else if (auto* input = window->ControlAs<QLineEdit>(id)) {
+    found = input->text();
+  } else if (auto* combo = window->ControlAs<QComboBox>(id)) {
+    found = combo->currentText();
+  } else if (auto* button = window->ControlAs<QAbstractButton>(id)) {
+    found = button->text();
+  }
+  CopyToFixed(found, text);
+}
+
+void ControlSetTextLimit(Window* window, int id, int characters) {
+  if (auto* input = window->ControlAs<QLineEdit>(id)) input->setMaxLength(characters);
+  if (auto* combo = window->ControlAs<QComboBox>(id); combo && combo->lineEdit()) combo->lineEdit()->setMaxLength(characters);
+}
+
+void ControlSetPrompt(Window* window, int id, const char* text) {
+  const QString prompt = QString::fromUtf8(text);
+  if (auto* input = window->ControlAs<QLineEdit>(id)) input->setPlaceholderText(prompt);
+  if (auto* combo = window->ControlAs<QComboBox>(id); combo && combo->lineEdit()) combo->lineEdit()->setPlaceholderText(prompt);
+  if (ListControl* list = window->List(id)) list->SetPrompt(prompt);
+}
+
+void ControlSetToolTip(Window* window, int id, const char* text) {
+  if (QWidget* control = window->Control(id)) control->setToolTip(QString::fromUtf8(text));
+}
+
+void ControlSetIcon(Window* window, int id, Icon icon, int size) {
+  if (auto* label = window->ControlAs<QLabel>(id)) {
+    label->setPixmap(QIconOf(icon).pixmap(QSize(size, size), label->devicePixelRatioF()));
+  } else if (auto* button = window->ControlAs<QAbstractButton>(id)) {
+    button->setIcon(QIconOf(icon));
+    button->setIconSize(QSize(size, size));
+  }
+}
+
+void ControlSetCheck(Window* window, int id, bool check) {
+  if (auto* button = window->ControlAs<QAbstractButton>(id)) button->setChecked(check);
+}
+
+bool ControlGetCheck(const Window* window, int id) {
+  const auto* button = window->ControlAs<QAbstractButton>(id);
+  return button && button->isChecked();
+}
+
+void ControlSetProgress(Window* window, int id, double fraction) {
+  auto* bar = window->ControlAs<QProgressBar>(id);
+  if (!bar) return;
+  if (fraction < 0) {
+    bar->setRange(0, 0);
+  } else {
+    bar->setRange(0, kProgressSteps);
+    bar->setValue(static_cast<int>(qBound(0.0, fraction, 1.0) * kProgressSteps));
+  }
+}
+
+void ControlBubbleTip(Window* window, int id, const char* text) {
+  const QWidget* control = window->Control(id);
+  const QWidget* at = control && control->isVisible() ? control : window;
+  QToolTip::showText(at->mapToGlobal(QPoint(8, at->height())), ShownText(text, true), window);
+}
+
+void ControlSetColors(Window* window, int id, unsigned text, unsigned background) {
+  if (auto* log = dynamic_cast<LogControl*>(window->Control(id))) log->SetColors(text, background);
+}
+
+void LogSetText(Window* window, int id, const char* text) {
+  if (auto* log = dynamic_cast<LogControl*>(window->Control(id))) log->SetLog(text);
+}
+
+void ControlBindEvent(Window* window, int id, ControlEvent event, int command) {
+  window->bindings.insert({id, static_cast<int>(event)}, command);
+}
+
+}  // namespace platform

@@ -1,0 +1,266 @@
+#include "platform/qt/list_control.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+#include <numeric>
+
+#include "platform/qt/icons.h"
+#include "platform/qt/native_window.h"
+#include "platform/qt/text.h"
+
+namespace platform {
+
+// ListModel
+
+int ListModel::rowCount(const QModelIndex& parent) const {
+  if (parent.isValid()) return 0;
+  return holds > 0 ? shownRows : static_cast<int>(rows.size());
+}
+
+int ListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(columns.size());
+}
+
+QVariant ListModel::data(const QModelIndex& index, int role) const {
+  const ListRow* row = RowAt(index.row());
+  const auto column = static_cast<size_t>(index.column());
+  if (!row || column >= row->cells.size()) return {};
+  switch (role) {
+    case Qt::DisplayRole: return ShownText(row->cells[column]);
+    case Qt::ToolTipRole: return column == 0 ? QVariant(ShownText(row->cells[0])) : QVariant();
+    case Qt::EditRole: return QString::fromUtf8(row->cells[column]);
+    case Qt::DecorationRole: return column == 0 ? QVariant(QIconOf(row->icon)) : QVariant();
+    case Qt::TextAlignmentRole: {
+      static const Qt::Alignment sides[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+      const int side = std::clamp(columns[column].alignment, 0, 2);
+      return QVariant::fromValue(sides[side] | Qt::AlignVCenter);
+    }
+    default: return {};
+  }
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+  if (role == Qt::DisplayRole) return columns[static_cast<size_t>(section)].heading;
+  if (role == Qt::TextAlignmentRole) return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+  return {};
+}
+
+Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
+  Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+  const auto column = static_cast<size_t>(index.column());
+  if (column < columns.size() && columns[column].editable) flags |= Qt::ItemIsEditable;
+  return flags;
+}
+
+void ListModel::SetColumns(const ListColumn* source, size_t count) {
+  beginResetModel();
+  columns.clear();
+  for (size_t i = 0; i < count; ++i) {
+    columns.push_back({ShownText(source[i].heading), source[i].width, source[i].alignment, false});
+  }
+  endResetModel();
+}
+
+int ListModel::AddRow(const char* text, Icon icon, intptr_t data) {
+  ListRow row{std::vector<QByteArray>(std::max<size_t>(columns.size(), 1)), icon, data};
+  row.cells[0] = text;
+  const int at = static_cast<int>(rows.size());
+  if (holds == 0) beginInsertRows({}, at, at);
+  rows.push_back(std::move(row));
+  if (holds == 0) endInsertRows();
+  return at;
+}
+
+void ListModel::SetCell(int row, int column, const char* text) {
+  if (!RowAt(row) || column < 0 || column >= columnCount()) return;
+  rows[static_cast<size_t>(row)].cells[static_cast<size_t>(column)] = text;
+  if (holds == 0) emit dataChanged(index(row, column), index(row, column));
+}
+
+const ListRow* ListModel::RowAt(int row) const {
+  return row >= 0 && static_cast<size_t>(row) < rows.size() ? &rows[static_cast<size_t>(row)] : nullptr;
+}
+
+void ListModel::Clear() {
+  if (holds == 0) beginResetModel();
+  rows.clear();
+  if (holds == 0) endResetModel();
+}
+
+void ListModel::Hold(bool hold) {
+  if (hold) {
+    if (++holds > 1) return;
+    shownRows = 0;
+    --holds;  // The view still asks while the reset begins.
+    beginResetModel();
+    ++holds;
+  } else if (holds > 0 && --holds == 0) {
+    endResetModel();
+  }
+}
+
+template <typename Behind>
+void ListModel::Sort(Behind behind) {
+  std::vector<int> order(rows.size());
+  std::iota(order.begin(), order.end(), 0);
+  const auto before = [&](int a, int b) { return behind(rows[static_cast<size_t>(b)], rows[static_cast<size_t>(a)]); };
+  std::stable_sort(order.begin(), order.end(), before);
+
+  emit layoutAboutToBeChanged({}, VerticalSortHint);
+  std::vector<ListRow> sorted;
+  sorted.reserve(rows.size());
+  std::vector<int> placeOf(rows.size());
+  for (const int from : order) {
+    placeOf[static_cast<size_t>(from)] = static_cast<int>(sorted.size());
+    sorted.push_back(std::move(rows[static_cast<size_t>(from)]));
+  }
+  rows = std::move(sorted);
+  const QModelIndexList old = persistentIndexList();
+  QModelIndexList moved;
+  moved.reserve(old.size());
+  for (const QModelIndex& one : old) moved.append(index(placeOf[static_cast<size_t>(one.row())], one.column()));
+  changePersistentIndexList(old, moved);
+  emit layoutChanged({}, VerticalSortHint);
+}
+
+// ListControl
+
+ListControl::ListControl(Window* window, int id)
+    : QTreeView(window->client), owner(window), controlId(id), rowModel(new ListModel(this)) {
+  setModel(rowModel);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setTextElideMode(Qt::ElideMiddle);
+  setIconSize(QSize(18, 18));
+  setItemDelegate(new LabelDelegate(window, id, this));
+  header()->setSectionsClickable(true);
+  header()->setSortIndicatorShown(true);
+  header()->setSectionsMovable(false);
+  header()->setStretchLastSection(true);
+  header()->setContextMenuPolicy(Qt::CustomContextMenu);
+  ConnectEvents();
+}
+
+void ListControl::ConnectEvents() {
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { owner->SendBound(controlId, ControlEvent::kSelectionChange); });
+  connect(header(), &QHeaderView::customContextMenuRequested, this,
+          [this] { owner->SendBound(controlId, ControlEvent::kHeaderRightClick); });
+  connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
+    sortAscending = column == sortColumn ? !sortAscending : true;
+    sortColumn = column;
+    owner->WithOwner([this](WindowEvents& events) { events.OnSortRequested(controlId); });
+  });
+  connect(header(), &QHeaderView::sectionResized, this, [this] {
+    if (!applyingWidths && isVisible()) widthsAreUsers = true;
+  });
+}
+
+void ListControl::SetPrompt(const QString& text) {
+  prompt = text;
+  viewport()->update();
+}
+
+void ListControl::ApplyColumnWidths() {
+  if (widthsAreUsers || rowModel->columns.empty()) return;
+  int total = 0;
+  for (int i = 0; i < rowModel->columnCount(); ++i) {
+    if (!isColumnHidden(i)) total += rowModel->columns[static_cast<size_t>(i)].width;
+  }
+  if (total == 0) return;
+  applyingWidths = true;
+  for (int i = 0; i < rowModel->columnCount(); ++i) {
+    setColumnWidth(i, viewport()->width() * rowModel->columns[static_cast<size_t>(i)].width / total);
+  }
+  applyingWidths = false;
+}
+
+void ListControl::SortRows() {
+  header()->setSortIndicator(sortColumn, sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+  const auto column = static_cast<size_t>(sortColumn);
+  if (column >= rowModel->columns.size()) return;
+  rowModel->Sort([&](const ListRow& a, const ListRow& b) {
+    int order = 0;
+    if (owner->events) {
+      order = owner->events->OnCompareRows(controlId, a.cells[column].constData(), b.cells[column].constData(), a.data,
+                                           b.data, sortColumn, sortAscending);
+    }
+    return order > 0;
+  });
+}
+
+void ListControl::paintEvent(QPaintEvent* event) {
+  QTreeView::paintEvent(event);
+  if (!rowModel->rows.empty() || prompt.isEmpty()) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  painter.drawText(viewport()->rect().adjusted(16, 24, -16, -16), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, prompt);
+}
+
+void ListControl::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  ApplyColumnWidths();
+}
+
+void ListControl::mousePressEvent(QMouseEvent* event) {
+  QTreeView::mousePressEvent(event);
+  if (event->button() == Qt::LeftButton) owner->SendBound(controlId, ControlEvent::kClick);
+}
+
+void ListControl::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !indexAt(event->pos()).isValid()) return;
+  owner->SendBound(controlId, ControlEvent::kDoubleClick);
+}
+
+void ListControl::contextMenuEvent(QContextMenuEvent* event) {
+  const QModelIndex under = indexAt(event->pos());
+  if (event->reason() == QContextMenuEvent::Mouse && under.isValid() && !selectionModel()->isSelected(under)) {
+    selectionModel()->setCurrentIndex(under, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  }
+  owner->SendBound(controlId, ControlEvent::kRightClick);
+}
+
+void ListControl::focusOutEvent(QFocusEvent* event) {
+  QTreeView::focusOutEvent(event);
+  owner->SendBound(controlId, ControlEvent::kFocusLost);
+}
+
+void ListControl::keyPressEvent(QKeyEvent* event) {
+  const bool opens = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (opens && state() != EditingState && currentIndex().isValid()) {
+    owner->SendBound(controlId, ControlEvent::kDoubleClick);
+    return;
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+// LabelDelegate
+
+QWidget* LabelDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const {
+  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditBegin(list, index.row()); });
+  return new QLineEdit(parent);
+}
+
+void LabelDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  static_cast<QLineEdit*>(editor)->setText(index.data(Qt::EditRole).toString());
+}
+
+void LabelDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const {
+  const QByteArray text = static_cast<QLineEdit*>(editor)->text().toUtf8();
+  const int row = index.row();
+  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(list, row, text.constData()); });
+}
+
+}  // namespace platform

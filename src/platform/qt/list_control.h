@@ -1,0 +1,105 @@
+// A list view: rows of UTF-8 cells in a model, shown by a tree view without a tree.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QByteArray>
+#include <QStyledItemDelegate>
+#include <QTreeView>
+#include <vector>
+
+#include "platform/window_system.h"
+
+namespace platform {
+
+struct ListRow {
+  std::vector<QByteArray> cells;
+  Icon icon;
+  intptr_t data;
+};
+
+/// Holds the bytes as they came; they become text only for the rows that are shown.
+class ListModel : public QAbstractTableModel {
+  Q_OBJECT
+ public:
+  using QAbstractTableModel::QAbstractTableModel;
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+  void SetColumns(const ListColumn* source, size_t count);
+  int AddRow(const char* text, Icon icon, intptr_t data);
+  void SetCell(int row, int column, const char* text);
+  const ListRow* RowAt(int row) const;
+  void Clear();
+  /// While held, rows are added without telling the view, which is told once at the end.
+  void Hold(bool hold);
+  /// Orders the rows; `behind(a, b)` is true if row `a` belongs behind row `b`. Stable.
+  template <typename Behind>
+  void Sort(Behind behind);
+  void ShowCount(int visibleRows) { shownRows = visibleRows; }
+
+  struct Column {
+    QString heading;
+    int width;
+    int alignment;
+    bool editable;
+  };
+  std::vector<Column> columns;
+  std::vector<ListRow> rows;
+
+ private:
+  int holds = 0;
+  int shownRows = 0;  ///< Rows that the view knows of while drawing is held back.
+};
+
+class ListControl : public QTreeView {
+  Q_OBJECT
+ public:
+  ListControl(struct Window* window, int id);
+
+  ListModel& Rows() { return *rowModel; }
+  const ListModel& Rows() const { return *rowModel; }
+  void SetPrompt(const QString& text);
+  void ApplyColumnWidths();
+  void SortRows();
+
+  int sortColumn = 0;
+  bool sortAscending = true;
+
+ protected:
+  void paintEvent(QPaintEvent*) override;
+  void resizeEvent(QResizeEvent*) override;
+  void mousePressEvent(QMouseEvent*) override;
+  void mouseDoubleClickEvent(QMouseEvent*) override;
+  void contextMenuEvent(QContextMenuEvent*) override;
+  void focusOutEvent(QFocusEvent*) override;
+  void keyPressEvent(QKeyEvent*) override;
+
+ private:
+  void ConnectEvents();
+
+  struct Window* owner;
+  int controlId;
+  ListModel* rowModel;  ///< Owned by the view.
+  QString prompt;
+  bool widthsAreUsers = false;  ///< The user has set a width: no more sharing out by the table.
+  bool applyingWidths = false;
+};
+
+/// In-place editing of a name: the text goes to the owner, the row changes only when the owner changes it.
+class LabelDelegate : public QStyledItemDelegate {
+  Q_OBJECT
+ public:
+  LabelDelegate(struct Window* window, int id, QObject* parent) : QStyledItemDelegate(parent), owner(window), list(id) {}
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+  void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+
+ private:
+  struct Window* owner;
+  int list;
+};
+
+}  // namespace platform

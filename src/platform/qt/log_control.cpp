@@ -1,0 +1,49 @@
+#include "platform/qt/log_control.h"
+
+#include <QScrollBar>
+
+#include "platform/qt/text.h"
+
+namespace platform {
+
+namespace {
+constexpr int kShowAfterMs = 30;
+}
+
+LogControl::LogControl(QWidget* parent) : QPlainTextEdit(parent) {
+  setReadOnly(true);
+  setUndoRedoEnabled(false);
+  setFrameShape(QFrame::NoFrame);
+  setTabChangesFocus(true);
+  document()->setDocumentMargin(8);
+  setTabStopDistance(fontMetrics().horizontalAdvance(QStringLiteral("00:00:00  ")));
+  timer.setSingleShot(true);
+  timer.setInterval(kShowAfterMs);
+  connect(&timer, &QTimer::timeout, this, [this] { ShowNow(); });
+}
+
+void LogControl::SetLog(const QByteArray& utf8) {
+  waiting = utf8;
+  if (!timer.isActive()) timer.start();
+}
+
+void LogControl::SetColors(unsigned text, unsigned background) {
+  textColor = text;
+  backgroundColor = background;
+  if (!timer.isActive()) timer.start();
+}
+
+void LogControl::ShowNow() {
+  const QColor background(static_cast<QRgb>(0xFF000000u | backgroundColor));
+  const QColor text(static_cast<QRgb>(0xFF000000u | textColor));
+  QPalette colors = palette();
+  if (colors.color(QPalette::Text) != text || colors.color(QPalette::Base) != background) {
+    colors.setColor(QPalette::Base, background);
+    colors.setColor(QPalette::Text, text);
+    setPalette(colors);
+  }
+  setPlainText(ShownText(waiting, true));
+  verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+}  // namespace platform

@@ -1,0 +1,24 @@
+// A read-only text that follows its end. Texts that arrive faster than the screen are shown once.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QTimer>
+
+namespace platform {
+
+class LogControl : public QPlainTextEdit {
+ public:
+  explicit LogControl(QWidget* parent);
+  void SetLog(const QByteArray& utf8);
+  void SetColors(unsigned text, unsigned background);
+
+ private:
+  void ShowNow();
+
+  QByteArray waiting;
+  unsigned textColor = 0;
+  unsigned backgroundColor = 0xFFFFFF;
+  QTimer timer;
+};
+
+}  // namespace platform

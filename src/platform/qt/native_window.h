@@ -1,0 +1,76 @@
+// A native window: the map from control id to widget, and the way of events to the owner.
+#pragma once
+
+#include <QEventLoop>
+#include <QHash>
+#include <QMenuBar>
+#include <QPointer>
+#include <QToolBar>
+#include <QWidget>
+
+#include "platform/window_system.h"
+
+namespace platform {
+
+class ListControl;
+class StatusBarWidget;
+
+/// Controls lie in `client`, which is inset from the window's border so that nothing touches it.
+struct Window : public QWidget {
+  Window(WindowEvents& owner, WindowKind windowKind, Window* parentWindow);
+  ~Window() override;
+
+  /// Hands an event to the owner, which may do anything meanwhile, also give this window back.
+  void Send(int command, intptr_t value = 0);
+  /// Runs `call` with the owner, under the same care.
+  template <typename Call>
+  void WithOwner(Call call);
+
+  QWidget* Control(int id) const { return controls.value(id); }
+  template <typename T>
+  T* ControlAs(int id) const {
+    return qobject_cast<T*>(controls.value(id));
+  }
+  ListControl* List(int id) const;
+  QToolBar* ToolBar(int id) const;
+  /// The command that an event of a control is bound to; 0 for none.
+  int Bound(int id, ControlEvent event) const { return bindings.value({id, static_cast<int>(event)}); }
+  void SendBound(int id, ControlEvent event);
+
+  WindowEvents* events;  ///< Null once the window was given back.
+  WindowKind kind;
+  int callDepth = 0;  ///< Calls into the owner that are on the stack.
+  QWidget* client;
+  QMenuBar* menuBar = nullptr;
+  QToolBar* mainToolBar = nullptr;
+  StatusBarWidget* statusBar = nullptr;
+  QHash<int, QWidget*> controls;
+  QHash<QPair<int, int>, int> bindings;  ///< (id, event) to command.
+  QHash<int, QAction*> menuItems;
+  QHash<int, bool> menuItemEnabled;  ///< The items' own state while the whole bar is off.
+  bool menuIsOff = false;
+
+  /// Space between the window's border and the controls at left and right.
+  int Inset() const { return kind == WindowKind::kMain ? 8 : 0; }
+  void PlaceBars();
+
+ protected:
+  void resizeEvent(QResizeEvent*) override;
+  void closeEvent(QCloseEvent*) override;
+  void keyPressEvent(QKeyEvent*) override;
+  void showEvent(QShowEvent*) override;
+  void hideEvent(QHideEvent*) override;
+  void changeEvent(QEvent*) override;
+  bool eventFilter(QObject*, QEvent*) override;
+};
+
+template <typename Call>
+void Window::WithOwner(Call call) {
+  if (!events) return;
+  const QPointer<Window> self(this);
+  ++callDepth;
+  call(*events);
+  if (self) --callDepth;
+}
+
+}  // namespace platform

@@ -1,0 +1,504 @@
+// The text of paths, the wildcard rule, sizes, handles and whole files of text.
+#include "support/files.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <sys/file.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+#include <vector>
+
+#include "support/file_handles.h"
+#include "support/scratch_folder.h"
+#include "support/settable_clock.h"
+
+namespace {
+
+using Text = char[kTextSize];
+using std::string;
+
+constexpr size_t kBoundaries[] = {0, 258, 259, 260, 261};
+
+TEST(FilePaths, Join) {
+  const struct {
+    const char* folder;
+    const char* name;
+    const char* ext;
+    const char* path;
+  } rows[] = {
+      {"/a", "b", ".c", "/a/b.c"}, {"/a/", "b", "", "/a/b"}, {"a\\", "b", "", "a\\b"},
+      {"", "b", ".c", "b.c"},      {"/", "b", "", "/b"},     {"/a", "", "", "/a/"},
+  };
+  for (const auto& row : rows) {
+    Text out;
+    LFile::_MakeFilePath(out, row.folder, row.name, row.ext);
+    EXPECT_STREQ(out, row.path);
+    TextCopy(out, row.folder);
+    LFile::_MakeFilePath(out, out, row.name, row.ext);
+    EXPECT_STREQ(out, row.path) << "into the folder's own text";
+  }
+}
+
+TEST(FilePaths, JoinCutsTheFolderAndTheWhole) {
+  for (const size_t length : kBoundaries) {
+    const string folder(length, 'f');
+    Text out;
+    LFile::_MakeFilePath(out, folder.c_str(), "name", ".ext");
+    const string expected = length == 0 ? "name.ext" : folder.substr(0, 258) + "/";
+    EXPECT_EQ(out, expected) << length;
+    LFile::_MakeFilePath(out, "/top", folder.c_str(), ".ext");
+    EXPECT_EQ(out, ("/top/" + folder + ".ext").substr(0, 259)) << length;
+    LFile::_MakeFilePath(out, "/top", "name", folder.c_str());
+    EXPECT_EQ(out, ("/top/name" + folder).substr(0, 259)) << length;
+  }
+}
+
+TEST(FilePaths, TakenApart) {
+  const struct {
+    const char* path;
+    const char* folder;
+    const char* base;
+    const char* file;
+    const char* name;
+    const char* ext;
+  } rows[] = {
+      {"/home/hana/a.txt", "/home/hana", "/home", "a.txt", "a", ".txt"},
+      {"/home/hana/a.tar.gz", "/home/hana", "/home", "a.tar.gz", "a.tar", ".gz"},
+      {"/home/.profile", "/home", "/home", ".profile", ".profile", ".profile"},
+      {"/home/.a.b", "/home", "/home", ".a.b", ".a", ".b"},
+      {"/home.d/readme", "/home.d", "/home.d", "readme", "readme", ""},
+      {"/home/", "/home", "/home", "", "", ""},
+      {"/home", "/", "/home", "home", "home", ""},
+      {"/", "/", "/", "", "", ""},
+      {"//a", "/", "//a", "a", "a", ""},
+      {"/a/b", "/a", "/a", "b", "b", ""},
+      {"a.txt", "", "a.txt", "a.txt", "a", ".txt"},
+      {"dir\\a.txt", "dir", "dir", "a.txt", "a", ".txt"},
+      {"\\a", "/", "\\a", "a", "a", ""},
+      {"a.", "", "a.", "a.", "a", "."},
+      {"", "", "", "", "", ""},
+  };
+  for (const auto& row : rows) {
+    Text out;
+    LFile::_GetFolderFromPath(out, row.path);
+    EXPECT_STREQ(out, row.folder) << row.path;
+    LFile::_GetBaseFolderFromPath(out, row.path);
+    EXPECT_STREQ(out, row.base) << row.path;
+    LFile::_GetFileFromPath(out, row.path);
+    EXPECT_STREQ(out, row.file) << row.path;
+    LFile::_GetFileNameFromPath(out, row.path);
+    EXPECT_STREQ(out, row.name) << row.path;
+    LFile::_GetFileExtensionFromPath(out, row.path);
+    EXPECT_STREQ(out, row.ext) << row.path;
+  }
+}
+
+TEST(FilePaths, PartsAreCutAndMayReplaceTheirPath) {
+  for (const size_t length : kBoundaries) {
+    const string part(length, 'p');
+    const string cut = part.substr(0, 259);
+    Text out;
+    LFile::_GetFolderFromPath(out, (part + "/x").c_str());
+    EXPECT_EQ(out, length == 0 ? "/" : cut) << length;
+    LFile::_GetFileFromPath(out, ("/" + part).c_str());
+    EXPECT_EQ(out, cut) << length;
+    LFile::_GetFileNameFromPath(out, ("/" + part + ".e").c_str());
+    EXPECT_EQ(out, length == 0 ? ".e" : cut) << length;
+    LFile::_GetFileExtensionFromPath(out, ("/x." + part).c_str());
+    EXPECT_EQ(out, ("." + part).substr(0, 259)) << length;
+    LFile::_GetBaseFolderFromPath(out, ("/" + part + "/x").c_str());
+    EXPECT_EQ(out, length == 0 ? "//x" : ("/" + part).substr(0, 259)) << length;
+  }
+  Text path = "/home/hana/a.txt";
+  LFile::_GetFolderFromPath(path, path);
+  EXPECT_STREQ(path, "/home/hana");
+  LFile::_GetFileFromPath(path, path);
+  EXPECT_STREQ(path, "hana");
+}
+
+TEST(FilePaths, TheWayBetweenFolders) {
+  const struct {
+    const char* from;
+    const char* to;
+    const char* way;
+  } rows[] = {
+      {"/a/b", "/a/c", "../c"}, {"/a/b/", "/a/b/c", "c"},
+      {"/a/b", "/a/b", "../"},  {"/a/b/c", "/a", "../../../"},
+      {"/a", "/b", "../b"},     {"/a/b", "/x/y", "../../x/y"},
+      {"", "/x", "x"},          {"/a/bc", "/a/bd", "../d"},  // Common bytes, not common components.
+      {"a", "/x", "../x"},
+  };
+  for (const auto& row : rows) {
+    Text out;
+    LFile::MakeRelativeFolder(out, row.from, row.to);
+    EXPECT_STREQ(out, row.way) << row.from << " to " << row.to;
+  }
+  for (const size_t length : kBoundaries) {
+    Text out;
+    LFile::MakeRelativeFolder(out, string(length, '/').c_str(), string(length, 'x').c_str());
+    EXPECT_EQ(string(out).size(), length == 0 ? 3u : 259u) << length;
+  }
+}
+
+TEST(FilePaths, AFreeNameIsNumberedFromZero) {
+  const ScratchFolder scratch;
+  const auto freeName = [&scratch](const char* name, const char* ext) {
+    Text out;
+    LFile::MakeUniqueOrderedFilePath(out, scratch.Path().c_str(), name, ext);
+    return string(out);
+  };
+  EXPECT_EQ(freeName("a", ".txt"), scratch.Path("a.txt"));
+  scratch.Write("a.txt", "");
+  EXPECT_EQ(freeName("a", ".txt"), scratch.Path("a_0.txt"));
+  scratch.Write("a_0.txt", "");
+  EXPECT_EQ(freeName("a", ".txt"), scratch.Path("a_1.txt"));
+  ASSERT_EQ(symlink("nowhere", scratch.Path("a_1.txt").c_str()), 0);
+  EXPECT_EQ(freeName("a", ".txt"), scratch.Path("a_2.txt"));
+}
+
+TEST(FilePaths, NoFreeNameIsLookedForWhereItsNumberWouldBeCut) {
+  const ScratchFolder scratch;
+  const string folder = scratch.MakeFolder(string(110, 'd'));
+  const string name(259 - folder.size() - 1, 'n');
+  scratch.Write(string(110, 'd') + "/" + name, "");
+  Text out;
+  LFile::MakeUniqueOrderedFilePath(out, folder.c_str(), name.c_str(), "");
+  EXPECT_STREQ(out, "");
+}
+
+TEST(FileMatch, Wildcards) {
+  const struct {
+    const char* pattern;
+    const char* name;
+    bool match;
+  } rows[] = {
+      {"", "", true},           {"", "a", false},        {"a", "", false},
+      {"?", "", false},         {"*", "", true},         {"**", "", true},
+      {"*?", "", false},        {"a*", "a", true},       {"*c", "abc", true},
+      {"*c", "abcd", false},    {"a*c", "abc", true},    {"a*c", "ac", true},
+      {"a*c", "abcbc", true},   {"?bc", "abc", true},    {"?bc", "bc", false},
+      {"a?", "a", false},       {"abc", "abcd", false},  {"abcd", "abc", false},
+      {"*.txt", "a.txt", true}, {"*.txt", ".txt", true}, {"*.TXT", "a.txt", false},
+      {"*b*", "abc", true},     {"*?", "a", true},       {"*??", "a", false},
+      {"a**", "a", true},       {"あ*", "あいう", true}, {"??", "あ", false},
+      {"???", "あ", true},      {"a*b", "a*xb", false},  // The star meets the byte like itself and stands for
+                                                         // it alone.
+      {"a*b", "a*b", true},     {"*a*c", "a*bac", true}, {"*", "*x", false},
+      {"**x", "*yx", true},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(LFile::IsMatch(row.pattern, row.name), row.match) << row.pattern << " | " << row.name;
+  }
+}
+
+/// The rule word by word, at any cost.
+bool PlainMatch(const char* pattern, const char* name) {
+  if (!*name) return *(pattern + strspn(pattern, "*")) == 0;
+  if (!*pattern) return false;
+  if (*pattern == '?' || *pattern == *name) return PlainMatch(pattern + 1, name + 1);
+  if (*pattern != '*') return false;
+  if (!pattern[1]) return true;
+  for (; *name; ++name) {
+    if (PlainMatch(pattern + 1, name)) return true;
+  }
+  return false;
+}
+
+TEST(FileMatch, AgreesWithThePlainRule) {
+  std::mt19937 random(7);
+  const auto text = [&random](const char* alphabet, size_t most) {
+    string made(random() % (most + 1), ' ');
+    for (char& c : made) c = alphabet[random() % strlen(alphabet)];
+    return made;
+  };
+  int matches = 0;
+  for (int i = 0; i < 200000; ++i) {
+    const string pattern = text("ab*?*", 8), name = text("aab*", 10);
+    const bool match = LFile::IsMatch(pattern.c_str(), name.c_str());
+    ASSERT_EQ(match, PlainMatch(pattern.c_str(), name.c_str())) << pattern << " | " << name;
+    matches += match;
+  }
+  EXPECT_GT(matches, 1000);
+}
+
+TEST(FileMatch, ManyStarsTakeNoTime) {
+  string pattern;
+  for (int i = 0; i < 100; ++i) pattern += "*a";
+  EXPECT_FALSE(LFile::IsMatch((pattern + "b").c_str(), string(255, 'a').c_str()));
+}
+
+TEST(FileSizes, WholeUnits) {
+  const struct {
+    uint64_t size;
+    const char* text;
+  } rows[] = {
+      {0, "0 Bytes"},       {1023, "1023 Bytes"},       {1024, "1 KB"},       {1536, "1 KB"},
+      {1048575, "1023 KB"}, {1048576, "1 MB"},          {1ull << 30, "1 GB"}, {(1ull << 40) - 1, "1023 GB"},
+      {1ull << 40, "1 TB"}, {UINT64_MAX, "16777215 TB"}};
+  for (const auto& row : rows) {
+    Text out;
+    LFile::GetSizeFormattedBytes(row.size, out);
+    EXPECT_STREQ(out, row.text);
+  }
+}
+
+TEST(FileSizes, RoundedUpWithCommas) {
+  const struct {
+    uint64_t size;
+    int unit;
+    const char* text;
+  } rows[] = {{0, 0, "0 B"},
+              {0, 1, "0 KB"},
+              {1, 1, "1 KB"},
+              {1024, 1, "1 KB"},
+              {1536, 1, "2 KB"},
+              {999, 0, "999 B"},
+              {1000, 0, "1,000 B"},
+              {1234567, 0, "1,234,567 B"},
+              {1048577, 2, "2 MB"},
+              {123456, 0, "123,456 B"},
+              {UINT64_MAX, 0, "18,446,744,073,709,551,615 B"},
+              {UINT64_MAX, 1, "18,014,398,509,481,984 KB"}};
+  for (const auto& row : rows) {
+    Text out;
+    FormatFileSize(out, row.size, row.unit);
+    EXPECT_STREQ(out, row.text);
+  }
+}
+
+TEST(FileLocks, TriesAreSpreadOverTheLimit) {
+  const ScratchFolder scratch;
+  const string path = scratch.Write("a", "");
+  const int holder = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  const int other = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(holder, LOCK_EX), 0);
+  const struct {
+    unsigned limit;
+    std::vector<unsigned> sleeps;
+  } rows[] = {{500, {16, 32, 64, 128, 256}},
+              {1000, {32, 64, 128, 256, 512}},
+              {0, {}},
+              {1, {}},
+              {64, {3, 6, 12, 24, 48}}};
+  for (const auto& row : rows) {
+    const SettableClock clock(0);
+    EXPECT_EQ(flocktimed(other, LOCK_EX | LOCK_NB, row.limit), -1);
+    EXPECT_EQ(clock.Sleeps(), row.sleeps) << row.limit;
+  }
+  {
+    const SettableClock clock(0);
+    EXPECT_EQ(flocktimed(-1, LOCK_EX | LOCK_NB, 500), -1);
+    EXPECT_TRUE(clock.Sleeps().empty());
+  }
+  close(holder);
+  EXPECT_EQ(flocktimed(other, LOCK_EX | LOCK_NB, 0), 0);
+  close(other);
+}
+
+enum class Reader { kRef, kRefString, kBuffered };
+
+/// The lines that a reader gives.
+std::vector<string> LinesOf(const string& path, Reader kind, size_t size) {
+  std::vector<string> lines;
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  LReadFileRef ref(file);
+  LReadFileBuffered buffered(file);
+  std::vector<char> line(size);
+  LStringLongTemplate<char> growing;
+  for (;;) {
+    if (kind == Reader::kRefString) {
+      if (!ref.ReadLine(growing)) break;
+      lines.push_back(growing.Text());
+    } else {
+      if (!(kind == Reader::kRef ? ref.ReadLine(line.data(), size) : buffered.ReadLine(line.data(), size)))
+        break;
+      lines.push_back(line.data());
+    }
+  }
+  close(file);
+  return lines;
+}
+
+TEST(FileHandles, LinesEndByEachRule) {
+  const ScratchFolder scratch;
+  const struct {
+    const char* content;
+    std::vector<string> byBytes;
+    std::vector<string> buffered;
+  } rows[] = {
+      {"", {}, {}},
+      {"a", {"a"}, {"a"}},
+      {"a\nb\n", {"a", "b"}, {"a", "b"}},
+      {"a\r\nb\r\n", {"a", "b"}, {"a", "b"}},
+      {"a\rb\r", {"a", "b"}, {"a", "b"}},
+      {"a\n\rb", {"a", "b"}, {"a", "", "b"}},
+      {"\n", {""}, {""}},
+      {"\n\n", {"", ""}, {"", ""}},
+      {"\r\r\n\n", {"", "", ""}, {"", "", ""}},
+      {"a\r\n\r\nb", {"a", "", "b"}, {"a", "", "b"}},
+  };
+  for (const auto& row : rows) {
+    const string path = scratch.Write("lines", row.content);
+    EXPECT_EQ(LinesOf(path, Reader::kRef, 260), row.byBytes) << row.content;
+    EXPECT_EQ(LinesOf(path, Reader::kRefString, 260), row.byBytes) << row.content;
+    EXPECT_EQ(LinesOf(path, Reader::kBuffered, 260), row.buffered) << row.content;
+  }
+}
+
+TEST(FileHandles, LongLinesAreCutToTheBufferAndCrossTheReadersOwn) {
+  const ScratchFolder scratch;
+  for (const size_t length : {0u, 258u, 259u, 260u, 261u, 8191u, 8192u, 8193u}) {
+    const string line(length, 'x');
+    const string path = scratch.Write("lines", line + "\r\nnext");
+    const std::vector<string> cut = {line.substr(0, 259), "next"}, whole = {line, "next"};
+    EXPECT_EQ(LinesOf(path, Reader::kRef, 260), cut) << length;
+    EXPECT_EQ(LinesOf(path, Reader::kBuffered, 260), cut) << length;
+    EXPECT_EQ(LinesOf(path, Reader::kRefString, 0), whole) << length;
+  }
+}
+
+TEST(FileHandles, AReaderByBytesLeavesThePositionBehindItsLine) {
+  const ScratchFolder scratch;
+  const int file = open(scratch.Write("lines", "ab\ncd").c_str(), O_RDONLY | O_CLOEXEC);
+  char line[8];
+  ASSERT_TRUE(LReadFileRef(file).ReadLine(line, sizeof line));
+  EXPECT_EQ(lseek(file, 0, SEEK_CUR), 3);
+  close(file);
+}
+
+TEST(FileHandles, AWriterEmptiesTheFileOnceItIsLocked) {
+  const ScratchFolder scratch;
+  const string path = scratch.Write("a", "old content");
+  {
+    LWriteFile file(path.c_str(), 100);
+    ASSERT_NE(file.descriptor, -1);
+    EXPECT_NE(fcntl(file.descriptor, F_GETFD) & FD_CLOEXEC, 0);
+    EXPECT_TRUE(file.WriteString("new"));
+    LWriteFile second(path.c_str(), 1);
+    EXPECT_EQ(second.descriptor, -1);
+    EXPECT_FALSE(second.WriteString("x"));
+    EXPECT_TRUE(second.WriteString(""));
+  }
+  EXPECT_EQ(scratch.Read("a"), "new");
+  EXPECT_EQ(LWriteFile(scratch.Path("no/such/folder").c_str(), 100).descriptor, -1);
+}
+
+TEST(FileText, LoadsByTheByteOrderMark) {
+  const ScratchFolder scratch;
+  const struct {
+    const char* name;
+    string content;
+    string text;
+  } rows[] = {
+      {"empty", "", ""},
+      {"one byte", "\xFF", "\xFF"},
+      {"no mark", "あ", "あ"},
+      {"UTF-8 mark",
+       "\xEF\xBB\xBF"
+       "あ",
+       "あ"},
+      {"only the UTF-8 mark", "\xEF\xBB\xBF", ""},
+      {"two bytes of the UTF-8 mark", "\xEF\xBB", "\xEF\xBB"},
+      {"little endian",
+       string("\xFF\xFE"
+              "a\0"
+              "\x42\x30"
+              "\xE9\0",
+              8),
+       "aあé"},
+      {"big endian",
+       string("\xFE\xFF"
+              "\0a"
+              "\x30\x42",
+              6),
+       "aあ"},
+      {"pair",
+       string("\xFF\xFE"
+              "\x3D\xD8\x00\xDE",
+              6),
+       "😀"},
+      {"odd byte at the end",
+       string("\xFF\xFE"
+              "a\0b",
+              5),
+       "a"},
+      {"mark and one byte",
+       "\xFF\xFE"
+       "a",
+       ""},
+      {"half a pair at the end",
+       string("\xFF\xFE"
+              "a\0\x3D\xD8",
+              6),
+       "a\xEF\xBF\xBD"},
+      {"ends at a zero unit",
+       string("\xFF\xFE"
+              "a\0\0\0b\0",
+              8),
+       "a"},
+  };
+  for (const auto& row : rows) {
+    const string path = scratch.Write("text", row.content);
+    LStringLongTemplate<char> raw, text;
+    ASSERT_TRUE(LLoadText(path.c_str(), raw)) << row.name;
+    EXPECT_EQ(string(raw.Text(), raw.length), row.content) << row.name;
+    ASSERT_TRUE(LLoadTextAutoChar(path.c_str(), text)) << row.name;
+    EXPECT_EQ(string(text.Text(), text.length), row.text) << row.name;
+  }
+}
+
+TEST(FileText, AFailedLoadLeavesTheTextAsItWas) {
+  const ScratchFolder scratch;
+  LStringLongTemplate<char> text("kept");
+  EXPECT_FALSE(LLoadText(scratch.Path("none").c_str(), text));
+  EXPECT_FALSE(LLoadText(scratch.Path().c_str(), text));
+  const string large = scratch.Write("large", "");
+  ASSERT_EQ(truncate(large.c_str(), 3000000001), 0);
+  EXPECT_FALSE(LLoadText(large.c_str(), text));
+  EXPECT_FALSE(LLoadTextAutoChar(large.c_str(), text));
+
+  const string locked = scratch.Write("locked", "x");
+  const int holder = open(locked.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(holder, LOCK_EX), 0);
+  const SettableClock clock(0);
+  EXPECT_FALSE(LLoadText(locked.c_str(), text));
+  ASSERT_EQ(flock(holder, LOCK_SH), 0);
+  EXPECT_STREQ(text, "kept");
+  EXPECT_TRUE(LLoadText(locked.c_str(), text)) << "other readers do not hinder";
+  close(holder);
+}
+
+string EncodingMark(const string& path) {
+  char value[64];
+  const ssize_t length = getxattr(path.c_str(), "user.com.apple.TextEncoding", value, sizeof value);
+  return length < 0 ? "" : string(value, static_cast<size_t>(length));
+}
+
+TEST(FileText, SavesAndMarksAsUtf8) {
+  const ScratchFolder scratch;
+  const string path = scratch.Write("text", "something longer than the new text");
+  EXPECT_TRUE(LSaveText(path.c_str(), "履歴"));
+  EXPECT_EQ(scratch.Read("text"), "履歴");
+  const bool marks = setxattr(path.c_str(), "user.probe", "", 0, 0) == 0;
+  if (marks) {
+    EXPECT_EQ(EncodingMark(path), "utf-8;134217984");
+  }
+  EXPECT_TRUE(LSaveTextAsUTF8(scratch.Path("new").c_str(), LStringLongTemplate<char>("新")));
+  EXPECT_EQ(scratch.Read("new"), "新");
+  EXPECT_FALSE(LSaveText(scratch.Path("no/folder").c_str(), "x"));
+
+  const string locked = scratch.Write("locked", "old");
+  const int holder = open(locked.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(holder, LOCK_SH), 0);
+  const SettableClock clock(0);
+  EXPECT_FALSE(LSaveText(locked.c_str(), "new"));
+  EXPECT_EQ(scratch.Read("locked"), "old");
+  if (marks) {
+    EXPECT_EQ(EncodingMark(locked), "utf-8;134217984") << "marked although not written";
+  }
+  close(holder);
+}
+
+}  // namespace

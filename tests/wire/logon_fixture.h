@@ -1,0 +1,35 @@
+// What the tests of the logon share.
+#pragma once
+
+#include "ftp/logon.h"
+#include "ftp/proxy_settings.h"
+#include "wire/wire_fixture.h"
+
+constexpr char kLogonRefused[] =
+    "ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。";
+constexpr char kHasLineEnd[] = "コマンドの途中に改行があるか、または行末がないため送信しませんでした。";
+constexpr char kCommandTooLong[] = "コマンドが長すぎるため送信しませんでした。";
+
+enum Security { kPlain, kExplicit, kImplicit };
+
+class LogonTest : public WireTest {
+ protected:
+  LogonTest() { LNetSetFtpProxySettings("", "", "", kFtpProxyNone); }
+
+  LProcessResult LogOn(Security security = kPlain) { return LogOnTo(server.Address(), security); }
+  LProcessResult LogOnTo(const std::string& address, Security security = kPlain) {
+    return ProcessFtpLogOnServer(process, session, address.c_str(), user.c_str(), password.c_str(),
+                                 security != kPlain, security == kImplicit);
+  }
+  /// A message that names the scripted server: `before`, the host and the port, `after`.
+  std::string Message(const std::string& before, const std::string& after) const {
+    return before + "127.0.0.1（ポート" + std::to_string(server.Port()) + "）" + after;
+  }
+  /// Half of the messages tell the user to look at the address.
+  std::string MessageToCheckAddress(const std::string& before, const std::string& what) const {
+    return Message(before, what + "正しいサーバーアドレスとポートが入力されていることを確認してください。");
+  }
+
+  std::string user = "anna";
+  std::string password = "secret";
+};

@@ -1,0 +1,208 @@
+#include "sites/store/settings.h"
+#include "wire/logon_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kServer[] = "ftp.example:2121";
+
+class LogonProxy : public LogonTest {
+ protected:
+  void Use(int type) {
+    LNetSetFtpProxySettings(server.Address().c_str(), proxy_user.c_str(), proxy_password.c_str(),
+                            static_cast<LFtpProxyType>(type));
+  }
+  LProcessResult LogOnThroughProxy(Security security = kPlain) { return LogOnTo(kServer, security); }
+
+  std::string proxy_user = "pia";
+  std::string proxy_password = "proxypass";
+};
+WIRE_SUITE(LogonProxy);
+
+TEST_P(LogonProxy, SettingsComeBackAsTheyWere) {
+  LNetSetFtpProxySettings("proxy:8021", "pia", "パスワード", kFtpProxyLoginUserAtSite);
+  char host[kTextSize], name[kTextSize], word[kTextSize];
+  LFtpProxyType type;
+  LNetGetFtpProxySettings(host, name, word, type);
+  EXPECT_STREQ(host, "proxy:8021");
+  EXPECT_STREQ(name, "pia");
+  EXPECT_STREQ(word, "パスワード");
+  EXPECT_EQ(type, 4);
+  char stored[kTextSize];
+  EXPECT_TRUE(_LUserSettingGetString("Settings", "FtpProxyType", "", stored));
+  EXPECT_STREQ(stored, "4");
+  EXPECT_TRUE(LUserSettingDeleteItem("Settings", "FtpProxyType"));
+  LNetGetFtpProxySettings(host, name, word, type);
+  EXPECT_EQ(type, kFtpProxyNone);
+}
+
+TEST_P(LogonProxy, OfNoTypeIsIgnored) {
+  LNetSetFtpProxySettings("127.0.0.1:1", "pia", "x", kFtpProxyNone);
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Reply("230 In");
+  EXPECT_EQ(LogOn(), LProcessResultOk);
+}
+
+struct OrderRow {
+  int type;
+  std::vector<std::pair<const char*, const char*>> exchanges;  ///< Command and reply.
+};
+
+TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
+  const OrderRow rows[] = {
+      {1,
+       {{"USER pia", "331 Password"},
+        {"PASS proxypass", "230 In"},
+        {"SITE ftp.example:2121", "220 Ready"},
+        {"USER anna", "331 Password"},
+        {"PASS secret", "230 In"}}},
+      {1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", "220 Ready"}, {"USER anna", "230 In"}}},
+      {1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", "331 Password"}, {"PASS secret", "230 In"}}},
+      {2,
+       {{"OPEN ftp.example:2121", "220 Ready"}, {"USER anna", "331 Password"}, {"PASS secret", "230 In"}}},
+      {3, {{"USER anna@ftp.example:2121", "331 Password"}, {"PASS secret", "230 In"}}},
+      {3,
+       {{"USER anna@ftp.example:2121", "220 Ready"},
+        {"USER anna", "331 Password"},
+        {"PASS secret", "230 In"}}},
+      {4,
+       {{"USER pia", "331 Password"},
+        {"PASS proxypass", "230 In"},
+        {"USER anna@ftp.example:2121", "331 Password"},
+        {"PASS secret", "230 In"}}},
+  };
+  for (const OrderRow& row : rows) {
+    SCOPED_TRACE(row.type);
+    Use(row.type);
+    server.Greet("220 Proxy");
+    for (const auto& [command, reply] : row.exchanges) server.Expect(command).Reply(reply);
+    EXPECT_EQ(LogOnThroughProxy(), LProcessResultOk);
+  }
+  EXPECT_THAT(history.Messages(), IsEmpty());
+  for (const std::string& line : history.Lines()) EXPECT_EQ(line.find("proxypass"), std::string::npos);
+}
+
+TEST_P(LogonProxy, MustGreetWithExactly220) {
+  Use(2);
+  for (const char* greeting : {"230 x", "221 x", "120 x", "331 x", "hello"}) {
+    const HistoryCapture messages;
+    server.Greet(greeting);
+    EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed) << greeting;
+    EXPECT_THAT(messages.Messages(),
+                ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
+  }
+}
+
+TEST_P(LogonProxy, OfAnUnknownTypeFailsAfterTheGreeting) {
+  for (const int type : {5, 99, -1}) {
+    Use(type);
+    server.Greet("220 Proxy");
+    EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
+  }
+  EXPECT_THAT(server.Commands(), IsEmpty());
+  EXPECT_THAT(history.Messages(), IsEmpty());
+}
+
+TEST_P(LogonProxy, TellsWhichProxyCannotBeReached) {
+  LNetSetFtpProxySettings("255.255.255.255", "", "", kFtpProxyOpen);
+  EXPECT_EQ(LogOnThroughProxy(kImplicit), LProcessResultFailed);
+  EXPECT_THAT(history.Messages(),
+              ElementsAre("サーバ255.255.255.255（ポート990）に接続できませんでした。正しいサーバーアドレスとポートが"
+                          "入力されていることを確認してください。"));
+  Use(2);
+  gFtpTimeouts.greetingMs = kShortMs;
+  server.Accept().Silence();
+  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
+  EXPECT_EQ(history.Messages().back(), MessageToCheckAddress("サーバー", "の応答がありません。"));
+}
+
+struct FailureRow {
+  const char* name;
+  int type;
+  std::vector<std::pair<const char*, const char*>> exchanges;  ///< A null reply is a closed connection.
+  std::string before;  ///< The message around host and port; both empty where a refused logon is told.
+  std::string after;
+};
+
+TEST_P(LogonProxy, TellsOfEachStepThatFails) {
+  const std::string check = "接続を確認してください。";
+  const FailureRow rows[] = {
+      {"no answer to the proxy's user", 1, {{"USER pia", nullptr}}, "ユーザー名に対してサーバー",
+       "からの応答がありません。" + check},
+      {"no answer to the proxy's password", 4, {{"USER pia", "331 x"}, {"PASS proxypass", nullptr}},
+       "パスワードに対してサーバー", "からの応答がありません。" + check},
+      {"the proxy's user refused", 1, {{"USER pia", "530 No"}}, "", ""},
+      {"the proxy's user not understood", 4, {{"USER pia", "500 What"}}, "", ""},
+      {"the proxy's password refused", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "530 No"}}, "", ""},
+      {"the proxy wants an account", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "332 x"}}, "", ""},
+      {"no answer to SITE", 1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}}, "サーバー",
+       "からの応答がありません。" + check},
+      {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", "からの応答が不明です。"},
+      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", "からの応答が不明です。"},
+      {"no answer to the server's user", 2, {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}},
+       "サーバー", "からの応答がありません。" + check},
+  };
+  for (const FailureRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    const HistoryCapture messages;
+    Use(row.type);
+    server.Greet("220 Proxy");
+    for (const auto& [command, reply] : row.exchanges) {
+      ScriptedServer::Step& step = server.Expect(command);
+      if (reply) {
+        step.Reply(reply);
+      } else {
+        step.Close();
+      }
+    }
+    EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
+    const std::string expected = row.before.empty() ? kLogonRefused : Message(row.before, row.after);
+    EXPECT_THAT(messages.Messages(), ElementsAre(expected));
+  }
+}
+
+TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
+  proxy_user = "pia\r\nDELE a";
+  Use(1);
+  server.Greet("220 Proxy");
+  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
+  EXPECT_THAT(history.Messages(),
+              ElementsAre(kHasLineEnd,
+                          Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
+
+  proxy_user = "pia";
+  proxy_password = "word\nDELE a";
+  Use(4);
+  server.Greet("220 Proxy");
+  server.Expect("USER pia").Reply("331 x");
+  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
+  EXPECT_EQ(history.Messages().back(),
+            Message("サーバー", "にパスワードを送信できませんでした。接続を確認してください。"));
+
+  const std::string notRouted =
+      Message("サーバー", "へサイトコマンドを送信できませんでした。接続を確認してください。");
+  Use(2);
+  server.Greet("220 Proxy");
+  EXPECT_EQ(LogOnTo("ftp.example\r\nDELE a"), LProcessResultFailed);
+  EXPECT_EQ(history.Messages().back(), notRouted);
+  Use(3);
+  user = std::string(250, 'u');
+  server.Greet("220 Proxy");
+  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
+  const std::vector<std::string> all = history.Messages();
+  EXPECT_THAT(std::vector<std::string>(all.end() - 2, all.end()),
+              ElementsAre(kCommandTooLong, notRouted));
+}
+
+TEST_P(LogonProxy, GetsNoExplicitTls) {
+  Use(2);
+  server.Greet("220 Proxy");
+  server.Expect("OPEN ftp.example:2121").Reply("220 Ready");
+  server.Expect("USER anna").Reply("230 In");
+  EXPECT_EQ(LogOnThroughProxy(kExplicit), LProcessResultOk);
+  EXPECT_FALSE(session.IsSecure());
+}
+
+}  // namespace

@@ -1,0 +1,281 @@
+#include "wire/logon_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+class Logon : public LogonTest {};
+WIRE_SUITE(Logon);
+
+TEST_P(Logon, SendsUserAndPassword) {
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Reply("331 Password please");
+  server.Expect("PASS secret").ReplyLines({"230-Welcome", "230 In"});
+  EXPECT_EQ(LogOn(), LProcessResultOk);
+  EXPECT_TRUE(session.IsValid());
+  EXPECT_FALSE(session.IsSecure());
+  EXPECT_THAT(history.Lines(),
+              ElementsAre("応答:  220 Ready", "コマンド: USER anna", "応答:  331 Password please", "コマンド: ******",
+                          "応答:  230 In"));
+  EXPECT_THAT(process.Errors(), IsEmpty());
+}
+
+TEST_P(Logon, ForgetsTheFormerConnection) {
+  for (int round = 0; round < 2; ++round) {
+    server.Greet("220 Ready");
+    server.Expect("USER anna").Reply("230 In");
+  }
+  EXPECT_EQ(LogOn(), LProcessResultOk);
+  session.uCapabilities = 0xFFFFFFFFu;
+  EXPECT_EQ(LogOn(), LProcessResultOk);
+  EXPECT_EQ(session.uCapabilities, 0u);
+}
+
+TEST_P(Logon, TakesAGreetingFrom200To399) {
+  for (const int greeting : {200, 220, 331, 399}) {
+    server.Greet(std::to_string(greeting) + " hello");
+    server.Expect("USER anna").Reply("230 In");
+    EXPECT_EQ(LogOn(), LProcessResultOk) << greeting;
+  }
+  for (const char* greeting : {"120 later", "199 x", "400 x", "421 too many", "SSH-2.0-x"}) {
+    const HistoryCapture messages;
+    server.Greet(greeting);
+    EXPECT_EQ(LogOn(), LProcessResultFailed) << greeting;
+    EXPECT_THAT(messages.Messages(),
+                ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
+  }
+}
+
+TEST_P(Logon, TellsOfAServerThatCannotBeReached) {
+  const int port = ScriptedServer().Port();  // Gone again.
+  EXPECT_EQ(LogOnTo("127.0.0.1:" + std::to_string(port)), LProcessResultFailed);
+  EXPECT_EQ(LogOnTo("255.255.255.255:21"), LProcessResultFailed);
+  EXPECT_THAT(
+      history.Messages(),
+      ElementsAre("サーバ127.0.0.1（ポート" + std::to_string(port) +
+                      "）に接続できませんでした。正しいサーバーアドレスとポートが入力されていることを確認してください。",
+                  "サーバ255.255.255.255（ポート21）に接続できませんでした。正しいサーバーアドレスとポートが入力さ"
+                  "れていることを確認してください。"));
+}
+
+TEST_P(Logon, TellsOfAMissingGreeting) {
+  gFtpTimeouts.greetingMs = kShortMs;
+  server.Accept().Silence();
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  server.Accept().Raw("220-Wel").Reset();
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  const std::string message = MessageToCheckAddress("サーバー", "からの応答がありません。");
+  EXPECT_THAT(history.Messages(), ElementsAre(message, message));
+}
+
+struct AnswerRow {
+  const char* name;
+  const char* toUser;
+  const char* toPassword;  ///< Null where no password is to be sent.
+  LProcessResult result;
+  std::vector<std::string> messages;
+};
+
+TEST_P(Logon, GoesByTheAnswersToUserAndPassword) {
+  const AnswerRow rows[] = {
+      {"no password wanted", "230 In", nullptr, LProcessResultOk, {}},
+      {"user refused", "530 No", nullptr, LProcessResultFailed, {kLogonRefused}},
+      {"user not understood", "500 What", "230 In", LProcessResultOk, {}},
+      {"another success", "232 In", "202 Superfluous", LProcessResultOk, {}},
+      {"account wanted", "331 Please", "332 Account", LProcessResultOk, {}},
+      {"password refused", "331 Please", "530 No", LProcessResultFailed, {kLogonRefused}},
+      {"password not understood", "331 Please", "500 What", LProcessResultFailed,
+       {"Reply Gave Unexpected Response: 500"}},
+      {"free text", "hello", "421 Bye", LProcessResultFailed, {"Reply Gave Unexpected Response: 421"}},
+  };
+  for (const AnswerRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    const HistoryCapture messages;
+    server.Greet("220 Ready");
+    server.Expect("USER anna").Reply(row.toUser);
+    if (row.toPassword) server.Expect("PASS secret").Reply(row.toPassword);
+    EXPECT_EQ(LogOn(), row.result);
+    EXPECT_EQ(messages.Messages(), row.messages);
+  }
+}
+
+TEST_P(Logon, TellsOfMissingAnswers) {
+  const std::string noReply = Message("サーバー", "からの応答がありません。接続を確認してください。");
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Close();
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  gFtpTimeouts.replyMs = kShortMs;
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Silence();
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  EXPECT_THAT(history.Messages(), ElementsAre(noReply, noReply));
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Reply("331 Please");
+  server.Expect("PASS secret").Silence();
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  EXPECT_EQ(history.Messages().size(), 2u);
+}
+
+TEST_P(Logon, SendsNoNameOrPasswordThatIsMoreThanOne) {
+  const std::string notSent = Message("サーバー", "へのユーザー名送信に失敗しました。接続を確認しています。");
+  server.Greet("220 Ready");
+  user = "anna\r\nDELE a";
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  server.Greet("220 Ready");
+  user = std::string(kTextSize - strlen("USER \r\n"), 'u');
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  EXPECT_THAT(history.Messages(), ElementsAre(kHasLineEnd, notSent, kCommandTooLong, notSent));
+
+  user.pop_back();
+  password = "secret\nDELE a";
+  server.Greet("220 Ready");
+  server.Expect("USER " + user).Reply("331 Please");
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  EXPECT_EQ(history.Messages().back(), kHasLineEnd);
+  for (const std::string& line : history.Lines()) EXPECT_EQ(line.find("secret"), std::string::npos);
+}
+
+TEST_P(Logon, SaysNothingWhenStopped) {
+  bool isDone = false;
+  for (int n = 1; !isDone && n < 100; ++n) {
+    SCOPED_TRACE(n);
+    ScriptedServer stopped;
+    stopped.AllowUnusedSteps();
+    stopped.Greet("220 Ready");
+    stopped.Expect("USER anna").Reply("331 Please");
+    stopped.Expect("PASS secret").Reply("230 In");
+    RecordingInterface stopping(n);
+    const LProcessResult result = ProcessFtpLogOnServer(stopping, session, stopped.Address().c_str(), "anna",
+                                                        "secret", false, false);
+    isDone = result == LProcessResultOk;
+    const std::vector<std::string> commands = stopped.Commands();
+    const bool atPassword = !history.Lines().empty() && history.Lines().back() == "コマンド: ******";
+    // A stop in the exchange of the password counts as a failure.
+    if (!isDone && !atPassword) EXPECT_NE(result, LProcessResultOk);
+    if (commands.empty() && !isDone) EXPECT_EQ(result, LProcessResultStopped);
+    if (!isDone && atPassword) EXPECT_EQ(result, LProcessResultFailed);
+    EXPECT_THAT(history.Messages(), IsEmpty());
+  }
+  EXPECT_TRUE(isDone);
+}
+
+TEST_P(Logon, LeavesASessionThatCanLogOnAgain) {
+  server.Greet("421 Busy");
+  EXPECT_EQ(LogOn(), LProcessResultFailed);
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Reply("230 In");
+  EXPECT_EQ(LogOn(), LProcessResultOk);
+}
+
+TEST(ErrorReportAddress, NamesTheHostAndThePort) {
+  const struct {
+    const char* address;
+    bool secure;
+    bool implicit;
+    const char* host;
+    int port;
+  } rows[] = {
+      {"server", false, false, "server", 21},    {"server", true, false, "server", 21},
+      {"server", false, true, "server", 21},     {"server", true, true, "server", 990},
+      {"server:2121", true, true, "server", 2121}, {"server:", false, false, "server", 0},
+      {"server:70000", false, false, "server", 70000}, {"a:b:7", false, false, "a", 0},
+  };
+  for (const auto& row : rows) {
+    char host[kTextSize];
+    int port = -1;
+    GetErrorReportAddressAndPort(row.address, row.secure, row.implicit, host, port);
+    EXPECT_STREQ(host, row.host) << row.address;
+    EXPECT_EQ(port, row.port) << row.address;
+  }
+}
+
+class ConnectProcess : public LogonTest {
+ protected:
+  LProcessResult Run(const std::string& address) {
+    LProcessSecureFtpConnect connect = {&session, address.c_str(), "anna", "secret", false, false};
+    return Process(process, connect);
+  }
+};
+WIRE_SUITE(ConnectProcess);
+
+TEST_P(ConnectProcess, ShowsItsSteps) {
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Reply("230 In");
+  EXPECT_EQ(Run(server.Address()), LProcessResultOk);
+  EXPECT_THAT(process.Statuses(), ElementsAre(Pair(0, "接続中..."), Pair(1, "接続中..."), Pair(1, "ログイン...")));
+  EXPECT_THAT(process.Progress(), ElementsAre(0.1, 0.33, 0.66, 0.1));
+  EXPECT_THAT(process.Errors(), IsEmpty());
+}
+
+TEST_P(ConnectProcess, TellsOfARefusedLogon) {
+  server.Greet("220 Ready");
+  server.Expect("USER anna").Reply("530 No");
+  EXPECT_EQ(Run(server.Address()), LProcessResultFailed);
+  EXPECT_THAT(process.Errors(), ElementsAre("サーバーにログインできません。"));
+  EXPECT_THAT(process.Progress(), ElementsAre(0.1, 0.33, 0.66));
+}
+
+TEST_P(ConnectProcess, TellsOfANameWithoutAnAddress) {
+  for (const char* address : {"0.0.0.0", "0.0.0.0:2121", ""}) {
+    RecordingInterface fresh;
+    LProcessSecureFtpConnect connect = {&session, address, "anna", "secret", false, false};
+    EXPECT_EQ(Process(fresh, connect), LProcessResultFailed);
+    EXPECT_THAT(fresh.Errors(), ElementsAre("サーバーに接続できません"));
+    EXPECT_THAT(fresh.Progress(), ElementsAre(0.1, 0.33));
+  }
+  EXPECT_THAT(history.Lines(), IsEmpty());
+}
+
+TEST_P(ConnectProcess, SaysNothingWhenStopped) {
+  process.StopNow();
+  EXPECT_EQ(Run(server.Address()), LProcessResultStopped);
+  EXPECT_THAT(process.Errors(), IsEmpty());
+  EXPECT_THAT(process.Progress(), ElementsAre(0.1, 0.33, 0.66, 0.1));
+}
+
+class ChangeDirectory : public WireTest {
+ protected:
+  LProcessResult Go(const char* to) {
+    TextCopy(directory, to);
+    LProcessSecureFtpChangeDirectory change = {&session, &directory};
+    return Process(process, change);
+  }
+
+  char directory[kTextSize];
+};
+WIRE_SUITE(ChangeDirectory);
+
+TEST_P(ChangeDirectory, GivesTheDirectoryThatTheServerTells) {
+  Connect();
+  server.Expect("CWD a b").Reply("250 ok");
+  server.Expect("PWD").Reply("257 \"/x/a b\" is it");
+  EXPECT_EQ(Go("a b"), LProcessResultOk);
+  EXPECT_STREQ(directory, "/x/a b");
+  EXPECT_THAT(process.Statuses(), ElementsAre(Pair(0, "a bへディレクトリを変更しています")));
+  server.Expect("PWD").Reply("257 nothing in quotes");
+  EXPECT_EQ(Go(""), LProcessResultOk);
+  EXPECT_STREQ(directory, "");
+  EXPECT_THAT(server.Commands(), ElementsAre("CWD a b", "PWD", "PWD"));
+}
+
+TEST_P(ChangeDirectory, KeepsTheCallersTextOnAFailure) {
+  Connect();
+  session.Set(LFileTransferProtocol::bFeaturesKnown);
+  server.Expect("CWD a").Reply("550 No");
+  EXPECT_EQ(Go("a"), LProcessResultFailed);
+  EXPECT_STREQ(directory, "a");
+  server.Expect("CWD a").Reply("250 ok");
+  server.Expect("PWD").Reply("300 \"/a\"");
+  EXPECT_EQ(Go("a"), LProcessResultFailed);
+  EXPECT_STREQ(directory, "a");
+  server.Expect("CWD a").Reply("250 ok");
+  server.Expect("PWD").Close();
+  EXPECT_EQ(Go("a"), LProcessResultFailed);
+  EXPECT_EQ(Go("a\r\nDELE b"), LProcessResultFailed);
+  process.StopNow();
+  EXPECT_EQ(Go("a"), LProcessResultStopped);
+}
+
+}  // namespace
