@@ -12,11 +12,8 @@
 #include <vector>
 
 #include "stoppable.h"
-#include "support/log.h"
+#include "support/history_capture.h"
 #include "support/tls_test_server.h"
-
-// The history is of no interest here; a program that has it uses its own.
-__attribute__((weak)) void LOGFTPCOMMAND(const char*) {}
 
 namespace {
 
@@ -494,6 +491,22 @@ TYPED_TEST(Sockets, SendStringLeavesOutTheTerminator) {
   EXPECT_EQ(ProcessSendString(this->process, used, "NOOP\r\n", kEnough), LProcessResultOk);
   this->EndServer();
   EXPECT_EQ(got, "NOOP\r\n");
+}
+
+TEST(SocketsSend, CommandsOfTheEngineReachTheHistory) {
+  TlsTestServer server([](TlsTestPeer& peer) { peer.ReceiveToEnd(); });
+  HistoryCapture history;
+  Stoppable process;
+  LSSLSocketTCP engine;
+  ASSERT_EQ(EngineKind::Connect(process, engine, server.Port(), kEnough), LProcessResultOk);
+  EXPECT_EQ(ProcessSendString(process, engine, "PASS abc\r\n", kEnough), LProcessResultOk);
+  ASSERT_EQ(history.Lines().size(), 1u);
+  EXPECT_EQ(history.Lines()[0].find("abc"), std::string::npos);
+  engine.CloseSocket();
+  LIPSocketTCP plain;
+  ASSERT_EQ(PlainKind::Connect(process, plain, server.Port(), kEnough), LProcessResultOk);
+  EXPECT_EQ(ProcessSendString(process, plain.Ref(), "GET / HTTP/1.1\r\n", kEnough), LProcessResultOk);
+  EXPECT_EQ(history.Lines().size(), 1u);
 }
 
 /// Plain kinds only: what TLS has taken over is pushed out without a limit of time.
