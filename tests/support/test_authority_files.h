@@ -1,0 +1,16 @@
+// Certificates as files, for servers that are programs of their own, made by the openssl command under an
+// authority of this process. From the first use on, this process trusts that authority and no other.
+#pragma once
+
+#include <string>
+
+struct CertificateFiles {
+  std::string certificate;  ///< PEM.
+  std::string key;          ///< PEM.
+  std::string both;         ///< One PEM file, certificate first. Readable by the user alone, as is `key`.
+};
+
+/// For the address 127.0.0.1 and the name localhost. The files live as long as the process.
+const CertificateFiles& TrustedCertificate();
+/// The same, signed by an authority that nobody trusts.
+const CertificateFiles& UnknownCertificate();
