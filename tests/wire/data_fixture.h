@@ -26,6 +26,8 @@ class DataTest : public WireTest {
       *limit = kAmpleMs;
     }
     table.dataCloseMs = kShortMs;
+    // A stop in the middle of a reply leaves its end, behind which nothing comes.
+    table.drainReplyMs = 500;
     server.UseTls(TestServerContext(TestCertificate::kGood));
   }
 
@@ -76,6 +78,10 @@ class DataTest : public WireTest {
     });
   }
   std::vector<std::string> Commands() const { return server.Commands(); }
+  std::string LastCommand() const {
+    const std::vector<std::string> commands = server.Commands();
+    return commands.empty() ? "" : commands.back();
+  }
   std::vector<std::string> StatusesAt(int level) const {
     std::vector<std::string> texts;
     for (const auto& [at, status] : process.Statuses()) {

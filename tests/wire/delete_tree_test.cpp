@@ -73,7 +73,7 @@ TEST_P(DeleteTree, EndsAtTheFirstEntryThatStays) {
   server.Expect("DELE b").Reply("550 Busy");
   EXPECT_EQ(Run(), LProcessResultFailed);
   // No way back: the session is left in the folder.
-  EXPECT_EQ(Commands().back(), "DELE b");
+  EXPECT_EQ(LastCommand(), "DELE b");
 }
 
 TEST_P(DeleteTree, ReturnsWhatTheRemovalGave) {
@@ -92,7 +92,7 @@ TEST_P(DeleteTree, StopsBetweenTwoEntries) {
   server.Expect("DELE a").Reply("250 ok");
   StopWhen([this] { return process.Progress().size() == 1; });
   EXPECT_EQ(Run(), LProcessResultStopped);
-  EXPECT_EQ(Commands().back(), "DELE a");
+  EXPECT_EQ(LastCommand(), "DELE a");
 }
 
 TEST_P(DeleteTree, AsksForATypeThatIsNotKnown) {

@@ -235,8 +235,7 @@ TEST_P(Queries, TakeTheTimeFromAListing) {
       ExpectListing(row.command, row.lines);
     }
     EXPECT_EQ(AskTime(), row.result);
-    if (row.time != 0) EXPECT_EQ(time, row.time);
-    if (row.time == 0) EXPECT_TRUE(IsNow());
+    EXPECT_TRUE(row.time == 0 ? IsNow() : time == row.time);
     // The system is asked once.
     ExpectListing(row.command, kFileLine);
     EXPECT_EQ(AskTime(), LProcessResultOk);
@@ -344,7 +343,6 @@ TEST_P(Queries, TakeTheLastOfTwoEntriesOfOneName) {
 }
 
 TEST_P(Queries, TakeAttributesOwnerAndGroup) {
-  char text[kTextSize] = "untouched";
   Begin();
   ExpectListing("LIST", kFileLine);
   EXPECT_EQ(ProcessFtpGetFileAttribute(process, session, "f.txt", text), LProcessResultOk);

@@ -28,8 +28,9 @@ class Upload : public DataTest {
   /// The server stands still until it has been sent a NOOP. Later ones are put off.
   Step& ExpectNoopInTheMiddle() {
     gFtpTimeouts.noopPeriodMs = 100;
-    StopWhen([this] {
-      if (Commands().back() == "NOOP") gFtpTimeouts.noopPeriodMs = 60000;
+    const size_t before = Commands().size();
+    StopWhen([this, before] {
+      if (Commands().size() > before && LastCommand() == "NOOP") gFtpTimeouts.noopPeriodMs = 60000;
       return false;
     });
     ExpectPassive("I");
@@ -145,7 +146,9 @@ TEST_P(Upload, IsWhatTheClosingReplySays) {
     }
     EXPECT_EQ(Run(), row.result);
     EXPECT_EQ(history.Messages().size(), messages + (row.message ? 1 : 0));
-    if (row.message) EXPECT_EQ(history.Messages().back(), row.message);
+    if (row.message) {
+      EXPECT_EQ(history.Messages().back(), row.message);
+    }
     ExpectInStep();
   }
 }
@@ -266,7 +269,7 @@ TEST_P(Upload, StoppedInANoopEndsAtOnce) {
   Begin();
   WriteLocal(Content(kMoreThanBuffers));
   ExpectNoopInTheMiddle().Silence();
-  StopWhen([this] { return Commands().back() == "NOOP"; });
+  StopWhen([this] { return LastCommand() == "NOOP"; });
   EXPECT_EQ(Run(), LProcessResultStopped);
 }
 
@@ -286,10 +289,10 @@ TEST_P(Upload, GathersRepliesThatComeLate) {
     SCOPED_TRACE(row.name);
     session.CloseSocket();
     gFtpTimeouts.noopReplyMs = kShortMs;
-    gFtpTimeouts.lateReplyUploadMs = 400;
+    gFtpTimeouts.lateReplyUploadMs = kShortMs;
     Begin(Session::bHasSize);
     WriteLocal(Content(kMoreThanBuffers));
-    ExpectNoopInTheMiddle().Delay(500).DataReceive().ReplyLines(row.replies);
+    ExpectNoopInTheMiddle().Delay(300).DataReceive().ReplyLines(row.replies);
     if (row.result != LProcessResultOk) {
       server.Expect("TYPE I").Reply("200 ok");
       server.Expect("SIZE r.bin").Reply("213 1");
@@ -329,7 +332,7 @@ TEST_P(Upload, StoppedWhileDataGoIsAborted) {
       StopWhen([this, shown] { return process.Progress().size() > shown + 1; });
       EXPECT_EQ(Run(), row.result);
       EXPECT_STREQ(error, row.error);
-      EXPECT_EQ(Commands().back(), "ABOR");
+      EXPECT_EQ(LastCommand(), "ABOR");
     }
   }
 }

@@ -67,9 +67,13 @@ TEST_F(ListingRules, ReadFactsLines) {
     EXPECT_EQ(item.isDirectory, row.directory);
     EXPECT_EQ(item.isSymbolicLink, row.link);
     EXPECT_EQ(item.sizeKnown, row.size != -1);
-    if (item.sizeKnown) EXPECT_EQ(item.size, static_cast<uint64_t>(row.size));
+    if (row.size != -1) {
+      EXPECT_EQ(item.size, static_cast<uint64_t>(row.size));
+    }
     EXPECT_EQ(item.modifiedKnown, row.modified);
-    if (row.modified) EXPECT_EQ(item.modified, Utc(2020, 1, 2, 3, 4, 5));
+    if (row.modified) {
+      EXPECT_EQ(item.modified, Utc(2020, 1, 2, 3, 4, 5));
+    }
     EXPECT_STREQ(item.attributes, row.attributes);
     EXPECT_TRUE(item.attributesKnown && item.ownerKnown && item.groupKnown);
   }
