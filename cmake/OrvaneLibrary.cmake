@@ -17,6 +17,10 @@ if(ORVANE_SANITIZE)
   target_link_options(orvane_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(ORVANE_FUZZ)
+  target_compile_options(orvane_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 function(orvane_library name)
   cmake_parse_arguments(arg "" "" "USES;FOREIGN" ${ARGN})
   set(sources "")

@@ -10,7 +10,9 @@
 /// Pumps a modal session. `IsToStop` pumps once; the waits run the event loop.
 class LMacProcessInterfaceModal : public LProcessInterface {
  public:
-  explicit LMacProcessInterfaceModal(LMacWindow& window) : pSessionWindow(&window) {}
+  explicit LMacProcessInterfaceModal(LMacWindow* window) : pSessionWindow(window) {}
+  LMacProcessInterfaceModal(const LMacProcessInterfaceModal&) = delete;
+  LMacProcessInterfaceModal& operator=(const LMacProcessInterfaceModal&) = delete;
   ~LMacProcessInterfaceModal() override;
 
   bool IsToStop() override;
@@ -35,7 +37,7 @@ class LMacProcessInterfaceModal : public LProcessInterface {
 
 class LProgressDialog : public LDialog, public LMacProcessInterfaceModal {
  public:
-  explicit LProgressDialog(const char* caption) : LMacProcessInterfaceModal(*this), szCaption(caption) {}
+  explicit LProgressDialog(const char* caption) : LMacProcessInterfaceModal(this), szCaption(caption) {}
   ~LProgressDialog() override { CloseModalWindow(); }
 
   /// Runs MainFunction inside the session. False, with nothing run, if the parent window is not open.

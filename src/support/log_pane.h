@@ -3,13 +3,14 @@
 
 #include <mutex>
 
+#include "support/log.h"
 #include "support/text.h"
 #include "support/window/timers.h"
 #include "support/window/window.h"
 
 /// Keeps the last lines in a buffer of 4096 bytes and shows them in a log control. Any thread may display; the
 /// control changes on the main thread only.
-class LStatusWindow : public LThreadQueuedNotify {
+class LStatusWindow : public LThreadQueuedNotify, public LLogPane {
  public:
   static constexpr size_t kBufferSize = 4096;
 
@@ -17,7 +18,7 @@ class LStatusWindow : public LThreadQueuedNotify {
   void Init(LMacWindow& window, int control);
   void Detach() { pWindow = nullptr; }
   /// Appends one line, cut at 259 bytes; the whole pane takes the colour of the newest line's level.
-  void DisplayStatus(const char* time, const char* text, unsigned char level);
+  void DisplayStatus(const char* time, const char* text, unsigned char level) override;
   void EvNotify() override;
   const char* Text() const { return szText; }
 

@@ -133,8 +133,8 @@ void ListModel::Sort(Behind behind) {
 // ListControl
 
 ListControl::ListControl(Window* window, int id)
-    : QTreeView(window->client), owner(window), controlId(id), model(new ListModel(this)) {
-  setModel(model);
+    : QTreeView(window->client), owner(window), controlId(id), rowModel(new ListModel(this)) {
+  setModel(rowModel);
   setRootIsDecorated(false);
   setItemsExpandable(false);
   setUniformRowHeights(true);
@@ -174,15 +174,15 @@ void ListControl::SetPrompt(const QString& text) {
 }
 
 void ListControl::ApplyColumnWidths() {
-  if (widthsAreUsers || model->columns.empty()) return;
+  if (widthsAreUsers || rowModel->columns.empty()) return;
   int total = 0;
-  for (int i = 0; i < model->columnCount(); ++i) {
-    if (!isColumnHidden(i)) total += model->columns[static_cast<size_t>(i)].width;
+  for (int i = 0; i < rowModel->columnCount(); ++i) {
+    if (!isColumnHidden(i)) total += rowModel->columns[static_cast<size_t>(i)].width;
   }
   if (total == 0) return;
   applyingWidths = true;
-  for (int i = 0; i < model->columnCount(); ++i) {
-    setColumnWidth(i, viewport()->width() * model->columns[static_cast<size_t>(i)].width / total);
+  for (int i = 0; i < rowModel->columnCount(); ++i) {
+    setColumnWidth(i, viewport()->width() * rowModel->columns[static_cast<size_t>(i)].width / total);
   }
   applyingWidths = false;
 }
@@ -190,8 +190,8 @@ void ListControl::ApplyColumnWidths() {
 void ListControl::SortRows() {
   header()->setSortIndicator(sortColumn, sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
   const auto column = static_cast<size_t>(sortColumn);
-  if (column >= model->columns.size()) return;
-  model->Sort([&](const ListRow& a, const ListRow& b) {
+  if (column >= rowModel->columns.size()) return;
+  rowModel->Sort([&](const ListRow& a, const ListRow& b) {
     int order = 0;
     if (owner->events) {
       order = owner->events->OnCompareRows(controlId, a.cells[column].constData(), b.cells[column].constData(), a.data,
@@ -203,7 +203,7 @@ void ListControl::SortRows() {
 
 void ListControl::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
-  if (!model->rows.empty() || prompt.isEmpty()) return;
+  if (!rowModel->rows.empty() || prompt.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
   painter.drawText(viewport()->rect().adjusted(16, 24, -16, -16), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, prompt);

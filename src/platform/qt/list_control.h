@@ -59,8 +59,8 @@ class ListControl : public QTreeView {
  public:
   ListControl(struct Window* window, int id);
 
-  ListModel& Rows() { return *model; }
-  const ListModel& Rows() const { return *model; }
+  ListModel& Rows() { return *rowModel; }
+  const ListModel& Rows() const { return *rowModel; }
   void SetPrompt(const QString& text);
   void ApplyColumnWidths();
   void SortRows();
@@ -82,7 +82,7 @@ class ListControl : public QTreeView {
 
   struct Window* owner;
   int controlId;
-  ListModel* model;
+  ListModel* rowModel;  ///< Owned by the view.
   QString prompt;
   bool widthsAreUsers = false;  ///< The user has set a width: no more sharing out by the table.
   bool applyingWidths = false;

@@ -66,8 +66,8 @@ Window::Window(WindowEvents& owner, WindowKind windowKind, Window* parentWindow)
 
 Window::~Window() = default;
 
-void Window::Send(int command, intptr_t data) {
-  WithOwner([=](WindowEvents& owner) { owner.OnCommand(command, data); });
+void Window::Send(int command, intptr_t value) {
+  WithOwner([=](WindowEvents& owner) { owner.OnCommand(command, value); });
 }
 
 void Window::SendBound(int id, ControlEvent event) {

@@ -21,7 +21,7 @@ struct Window : public QWidget {
   ~Window() override;
 
   /// Hands an event to the owner, which may do anything meanwhile, also give this window back.
-  void Send(int command, intptr_t data = 0);
+  void Send(int command, intptr_t value = 0);
   /// Runs `call` with the owner, under the same care.
   template <typename Call>
   void WithOwner(Call call);
