@@ -87,6 +87,10 @@ TEST_P(ServerListing, ByFacts) {
   (void)ProcessFtpCheckFeatures(process, session);
   // ProFTPD and pyftpdlib know the command, but their FEAT speaks of MLST alone; vsftpd knows neither.
   EXPECT_EQ(GetParam().kind == ServerKind::kPureFtpd, session.Has(LFileTransferProtocol::bHasMlsd));
+  if (GetParam().kind == ServerKind::kPyftpdlib && GetParam().security != ServerSecurity::kPlain) {
+    GTEST_SKIP()
+        << "breaks off a data connection on which TLS begins before the command, as it does for MLSD";
+  }
   session.Set(LFileTransferProtocol::bHasMlsd);
   const bool answers = GetParam().kind != ServerKind::kVsftpd;
   const int64_t listed = AsListed(recent);
