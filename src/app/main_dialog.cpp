@@ -21,6 +21,7 @@ void MainDialog::InitDialog() {
   char migrated[kTextSize];
   _LUserSettingGetString("Settings", "MigratedAccounts3", "", migrated);
   if (!LSettingIsOn(migrated)) {
+    const LSettingsBatch batch;  // All or nothing: a rewrite that ran twice would take more labels away.
     AccountsRewriteOldLayout();
     LUserSettingSetString("Settings", "MigratedAccounts3", "1");
   }

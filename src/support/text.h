@@ -16,9 +16,8 @@ constexpr size_t kTextSize = 260;
 /// A null `text` counts as empty. For arrays use TextCopy.
 inline void TextCopyBounded(char* out, size_t size, const char* text) {
   if (size == 0) return;
-  // Not strnlen: given a short literal, the compiler objects to a bound that is the output's.
-  size_t length = 0;
-  while (text && length < size - 1 && text[length]) ++length;
+  size_t length = text ? strlen(text) : 0;
+  if (length > size - 1) length = size - 1;
   if (length != 0) memmove(out, text, length);
   out[length] = 0;
 }

@@ -1,5 +1,9 @@
 #include "platform/sqlite/database.h"
 
+#include <fcntl.h>
+
+#include "platform/file_io.h"
+
 namespace platform {
 
 namespace {
@@ -14,16 +18,20 @@ constexpr const char* kConnectionSettings =
     "PRAGMA trusted_schema=OFF; PRAGMA cell_size_check=ON; PRAGMA journal_mode=TRUNCATE; PRAGMA "
     "synchronous=FULL";
 
+/// A value that stands already touches no page, so that its commit costs no write to the disk.
+constexpr const char* kPutSql =
+    "INSERT INTO preferences VALUES(?1,?2,?3) ON CONFLICT DO UPDATE SET value=excluded.value"
+    " WHERE value IS NOT excluded.value";
+
 /// In the order of Database::Statement.
 constexpr const char* kSql[] = {
     "PRAGMA data_version",
     "SELECT key FROM preferences WHERE domain=?1",
     "SELECT value FROM preferences WHERE domain=?1 AND key=?2",
-    // A value that stands already touches no page, so that its commit costs no write to the disk.
-    "INSERT INTO preferences VALUES(?1,?2,?3) ON CONFLICT DO UPDATE SET value=excluded.value"
-    " WHERE value IS NOT excluded.value",
+    kPutSql,
     "DELETE FROM preferences WHERE domain=?1 AND key=?2",
     "BEGIN IMMEDIATE",
+    "BEGIN",
     "COMMIT",
     "ROLLBACK",
 };
@@ -55,6 +63,9 @@ void Database::Close() {
   }
   sqlite3_close(pHandle);
   pHandle = nullptr;
+  if (counterFile >= 0) FileClose(counterFile);
+  counterFile = -1;
+  isVersionKnown = false;
 }
 
 int Database::Execute(const char* sql) {
@@ -97,6 +108,7 @@ int Database::Open() {
   path = StoreFilePath();
   if (!StoreFilePrepare(path) || !StoreFileIdentify(path, identity)) return SQLITE_CANTOPEN;
   ++opening;
+  counterFile = FileOpen(path.c_str(), O_RDONLY, 0);
   // A file without write permission is opened for reading alone.
   int result = sqlite3_open_v2(path.c_str(), &pHandle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   if (result == SQLITE_OK) result = SetUp();
@@ -107,6 +119,9 @@ int Database::SetUp() {
   sqlite3_busy_timeout(pHandle, kBusyTimeoutMs);
   int result = Execute(kConnectionSettings);
   if (result == SQLITE_OK) result = CheckIntegrity();
+  // A writable file that the library will only read has a header that no version ever wrote.
+  const bool isReadOnly = result == SQLITE_OK && sqlite3_db_readonly(pHandle, "main") == 1;
+  if (isReadOnly && StoreFileMayBeWritten(path)) result = SQLITE_CORRUPT;
   if (result == SQLITE_OK) result = Execute(kTable);
   for (int i = 0; result == SQLITE_OK && i < kStatementCount; ++i) {
     result = sqlite3_prepare_v3(pHandle, kSql[i], -1, SQLITE_PREPARE_PERSISTENT, &statements[i], nullptr);
@@ -150,13 +165,30 @@ bool Database::IsWritable() {
 }
 
 bool Database::ReadVersion(DataVersion& version) {
-  return WithRetry([&] {
-    version.opening = opening;
-    const int result = Step(kVersion);
-    if (result == SQLITE_ROW) version.commits = sqlite3_column_int64(statements[kVersion], 0);
-    const int end = StepToEnd(kVersion);
-    return result == SQLITE_ROW ? SQLITE_OK : end;
-  });
+  const bool isRead = (EnsureOpen() && IsUnchanged()) || WithRetry([this] { return ReadVersionLocked(); });
+  if (isRead) version = knownVersion;
+  return isRead;
+}
+
+bool Database::IsUnchanged() const {
+  uint32_t present;
+  return isVersionKnown && StoreFileReadCounter(counterFile, present) && present == counter;
+}
+
+/// The counter counts only when it is read under the same lock as the version: at other times it may belong
+/// to a commit that is never completed.
+int Database::ReadVersionLocked() {
+  isVersionKnown = false;
+  int result = StepToEnd(kBeginRead);
+  if (result != SQLITE_OK) return result;
+  result = Step(kVersion);
+  if (result == SQLITE_ROW) {
+    knownVersion = {opening, sqlite3_column_int64(statements[kVersion], 0)};
+    isVersionKnown = StoreFileReadCounter(counterFile, counter);
+  }
+  const int end = StepToEnd(kVersion);
+  StepToEnd(kEnd);
+  return result == SQLITE_ROW ? SQLITE_OK : end;
 }
 
 bool Database::ReadKeys(const char* domain, std::vector<std::string>& keys) {

@@ -54,9 +54,11 @@ class Database {
   std::string damagedFile;
 
  private:
-  enum Statement { kVersion, kKeys, kGet, kPut, kRemove, kBegin, kEnd, kCancel, kStatementCount };
+  enum Statement { kVersion, kKeys, kGet, kPut, kRemove, kBegin, kBeginRead, kEnd, kCancel, kStatementCount };
 
   bool EnsureOpen();
+  bool IsUnchanged() const;
+  int ReadVersionLocked();
   int Open();
   int SetUp();
   int CheckIntegrity();
@@ -73,6 +75,14 @@ class Database {
   std::string path;
   FileIdentity identity;
   uint64_t opening = 0;
+
+  // What was last read under the library's lock. While the counter in the file is the same, so is the
+  // version: one look at the file instead of a transaction, which a walk over many keys would begin for each
+  // name.
+  int counterFile = -1;  ///< Open as long as the database.
+  bool isVersionKnown = false;
+  uint32_t counter = 0;
+  DataVersion knownVersion;
 };
 
 }  // namespace platform

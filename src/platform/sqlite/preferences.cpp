@@ -1,6 +1,7 @@
 #include "platform/preferences.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -48,6 +49,8 @@ void ApplyToIndex(KeyIndex& index, const std::string& key, bool isPresent) {
 /// The index to be changed: a copy of its own if a visit still reads the present one.
 KeyIndex& IndexToWrite(Domain& domain) {
   if (domain.index.use_count() > 1) domain.index = std::make_shared<KeyIndex>(*domain.index);
+  std::atomic_thread_fence(
+      std::memory_order_acquire);  // The last visitor, on another thread, has read to its end.
   return *domain.index;
 }
 

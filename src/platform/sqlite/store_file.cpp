@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/clock.h"
 #include "platform/file_io.h"
@@ -54,6 +55,17 @@ std::string FreeNameFor(const std::string& path) {
   return name;
 }
 
+/// An empty one, which is what a finished commit leaves, is of no more use.
+void MoveJournal(const std::string& from, const std::string& to) {
+  struct stat status;
+  if (stat(from.c_str(), &status) != 0) return;
+  if (status.st_size == 0) {
+    FileUnlink(from.c_str());
+  } else {
+    FileRename(from.c_str(), to.c_str());
+  }
+}
+
 }  // namespace
 
 std::string StoreFilePath() {
@@ -78,11 +90,21 @@ bool StoreFilePrepare(const std::string& path) {
   return true;
 }
 
+bool StoreFileMayBeWritten(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
 bool StoreFileIdentify(const std::string& path, FileIdentity& identity) {
   struct stat status;
   if (path.empty() || stat(path.c_str(), &status) != 0) return false;
   identity = {status.st_dev, status.st_ino};
   return true;
+}
+
+bool StoreFileReadCounter(int file, uint32_t& counter) {
+  constexpr off_t kPlaceInHeader = 24;
+  return FileSeek(file, kPlaceInHeader, SEEK_SET) == kPlaceInHeader &&
+         FileRead(file, &counter, sizeof counter) == ssize_t{sizeof counter};
 }
 
 std::string StoreFileKeepAside(const std::string& path, const FileIdentity& damaged) {
@@ -95,7 +117,7 @@ std::string StoreFileKeepAside(const std::string& path, const FileIdentity& dama
   if (FileLock(file, LOCK_EX) == 0 && StoreFileIdentify(path, present) && present == damaged) {
     const std::string name = FreeNameFor(path);
     // The journal first: one left beside a fresh file would be played back into it.
-    FileRename((path + "-journal").c_str(), (name + "-journal").c_str());
+    MoveJournal(path + "-journal", name + "-journal");
     if (FileRename(path.c_str(), name.c_str()) == 0) kept = name;
   }
   FileClose(file);

@@ -1,6 +1,7 @@
 // Where the preference file lies, with the modes that keep it private, and how a damaged one is kept aside.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <sys/types.h>
 
@@ -18,8 +19,14 @@ std::string StoreFilePath();
 /// Makes the folders (0700) and an empty file (0600) where there are none, and takes other users' rights away
 /// from what is there. False if there is no file afterwards.
 bool StoreFilePrepare(const std::string& path);
+/// By its permissions and the disk's.
+bool StoreFileMayBeWritten(const std::string& path);
 /// False if nothing is there.
 bool StoreFileIdentify(const std::string& path, FileIdentity& identity);
+/// The database's own counter of commits, from the file's header. Every commit changes it before it is
+/// complete. The descriptor must not be closed while a database is open on the file: that would take the
+/// database's locks away.
+bool StoreFileReadCounter(int file, uint32_t& counter);
 /// Renames the file and its journal; returns the file's new path, empty if it is still in its place. Does
 /// nothing when the path leads to another file than `damaged`: another process was quicker. No database may
 /// be open on it.

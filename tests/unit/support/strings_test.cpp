@@ -223,11 +223,11 @@ TEST(Formatting, KeepsAnOverlongSpecificationWithinItsBuffers) {
   EXPECT_EQ(text.sprintf("%0259d", uint64_t{7}), 259u);
   EXPECT_EQ(text.sprintf("%0260d", uint64_t{7}), 259u) << "the local buffer cuts";
   // 257 zeros are kept and the width behind them is dropped.
-  text.sprintf(("%" + std::string(257, '0') + "9d").c_str(), uint64_t{7});
+  text.sprintf((std::string("%") + std::string(257, '0') + "9d").c_str(), uint64_t{7});
   EXPECT_STREQ(text.Text(), "7");
-  text.sprintf(("%" + std::string(256, '0') + "9d").c_str(), uint64_t{7});
+  text.sprintf((std::string("%") + std::string(256, '0') + "9d").c_str(), uint64_t{7});
   EXPECT_STREQ(text.Text(), "000000007");
-  text.sprintf(("[%" + std::string(400, '9') + "d]").c_str(), uint64_t{7});
+  text.sprintf((std::string("[%") + std::string(400, '9') + "d]").c_str(), uint64_t{7});
   EXPECT_STREQ(text.Text(), "[]") << "a width beyond an int is refused by the C library";
 }
 

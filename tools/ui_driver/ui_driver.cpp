@@ -1,0 +1,202 @@
+#include "ui_driver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+#include <QtTest/QTest>
+
+#include "platform/qt/list_control.h"
+#include "platform/qt/native_window.h"
+
+namespace ui {
+
+void Pump(int ms) { QTest::qWait(ms); }
+
+bool WaitUntil(const std::function<bool()>& condition, int ms) {
+  QElapsedTimer clock;
+  clock.start();
+  while (!condition()) {
+    if (clock.elapsed() > ms) return false;
+    QTest::qWait(5);
+  }
+  return true;
+}
+
+bool Press(platform::Window* window, int id) {
+  QWidget* control = window->Control(id);
+  if (!control || !control->isVisible() || !control->isEnabled()) return false;
+  QTest::mouseClick(control, Qt::LeftButton);
+  return true;
+}
+
+bool PressTool(platform::Window* window, int bar, int command) {
+  QToolBar* tools = window->ToolBar(bar);
+  if (!tools) return false;
+  for (QToolButton* button : tools->findChildren<QToolButton*>()) {
+    const QAction* action = button->defaultAction();
+    if (!action || action->data().toInt() != command || !button->isEnabled()) continue;
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+    return true;
+  }
+  return false;
+}
+
+namespace {
+
+QPoint PlaceOfRow(platform::ListControl* list, const char* name) {
+  for (int row = 0; row < list->model()->rowCount(); ++row) {
+    const platform::ListRow* found = list->Rows().RowAt(row);
+    if (!found || found->cells[0] != name) continue;
+    const QModelIndex index = list->model()->index(row, 0);
+    list->scrollTo(index);
+    return list->visualRect(index).center();
+  }
+  return {-1, -1};
+}
+
+}  // namespace
+
+bool SelectRows(platform::Window* window, int list, std::initializer_list<const char*> names) {
+  platform::ListControl* control = window->List(list);
+  if (!control) return false;
+  Qt::KeyboardModifiers held = Qt::NoModifier;
+  for (const char* name : names) {
+    const QPoint place = PlaceOfRow(control, name);
+    if (place.x() < 0) return false;
+    QTest::mouseClick(control->viewport(), Qt::LeftButton, held, place);
+    held = Qt::ControlModifier;
+  }
+  return true;
+}
+
+bool DoubleClickRow(platform::Window* window, int list, const char* name) {
+  platform::ListControl* control = window->List(list);
+  if (!control) return false;
+  const QPoint place = PlaceOfRow(control, name);
+  if (place.x() < 0) return false;
+  QTest::mouseClick(control->viewport(), Qt::LeftButton, {}, place);
+  QTest::mouseDClick(control->viewport(), Qt::LeftButton, {}, place);
+  return true;
+}
+
+bool TypeAndReturn(platform::Window* window, int id, const char* text) {
+  auto* combo = window->ControlAs<QComboBox>(id);
+  QLineEdit* field = combo ? combo->lineEdit() : window->ControlAs<QLineEdit>(id);
+  if (!field || !field->isVisible() || !field->isEnabled()) return false;
+  QTest::mouseClick(field, Qt::LeftButton);
+  field->selectAll();
+  QTest::keyClicks(field, QString::fromUtf8(text));
+  QTest::keyClick(field, Qt::Key_Return);
+  return true;
+}
+
+void Key(platform::Window* window, int key, int modifiers) {
+  QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window;
+  QTest::keyClick(target, static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifier>(modifiers));
+}
+
+void ChooseFromNextMenu(const char* text) {
+  const QString wanted = QString::fromUtf8(text);
+  auto* look = new QTimer(qApp);
+  QObject::connect(look, &QTimer::timeout, look, [look, wanted] {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (!menu) return;
+    look->stop();
+    look->deleteLater();
+    for (QAction* action : menu->actions()) {
+      if (!action->text().contains(wanted)) continue;
+      QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+      return;
+    }
+    menu->close();
+  });
+  look->start(10);
+}
+
+std::string Text(platform::Window* window, int id) {
+  char text[platform::kFixedText];
+  platform::ControlGetText(window, id, text);
+  return text;
+}
+
+std::string LogText(platform::Window* window, int id) {
+  Pump(60);  // The pane shows what has come since its last picture.
+  auto* log = qobject_cast<QPlainTextEdit*>(window->Control(id));
+  return log ? log->toPlainText().toStdString() : std::string();
+}
+
+std::vector<std::string> Column(platform::Window* window, int list, int column) {
+  std::vector<std::string> cells;
+  for (int row = 0; row < platform::ListCount(window, list); ++row) {
+    char text[platform::kFixedText];
+    platform::ListGetCell(window, list, row, column, text);
+    cells.emplace_back(text);
+  }
+  return cells;
+}
+
+bool Grab(platform::Window* window, const char* path) {
+  return window->grab().save(QString::fromUtf8(path), "PNG");
+}
+
+platform::Window* ModalWindow() { return dynamic_cast<platform::Window*>(QApplication::activeModalWidget()); }
+
+// Alerts
+
+struct Alerts::Timer {
+  QTimer timer;
+};
+
+Alerts::Alerts() : timer(new Timer) {
+  QObject::connect(&timer->timer, &QTimer::timeout, &timer->timer, [this] { Look(); });
+  timer->timer.start(5);
+}
+
+Alerts::~Alerts() { delete timer; }
+
+void Alerts::Expect(const char* text, const char* button, int check) { queue.push_back({text, button, check}); }
+
+std::string Alerts::Complaints() const {
+  std::string all = complaints;
+  for (const Expected& one : queue) all += "an alert did not come: " + one.text + "\n";
+  return all;
+}
+
+void Alerts::Look() {
+  if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+    if (box->isVisible()) Answer(*box);
+  }
+}
+
+void Alerts::Answer(QMessageBox& box) {
+  if (queue.empty()) {
+    complaints += "an alert was not expected: " + box.text().toStdString() + "\n";
+    box.reject();
+    return;
+  }
+  const Expected expected = queue.front();
+  queue.erase(queue.begin());
+  if (!box.text().contains(QString::fromStdString(expected.text))) {
+    complaints += "an alert says \"" + box.text().toStdString() + "\" in place of \"" + expected.text + "\"\n";
+  }
+  if (expected.check >= 0 && box.checkBox()) box.checkBox()->setChecked(expected.check != 0);
+  for (QAbstractButton* button : box.buttons()) {
+    if (button->text() != QString::fromStdString(expected.button)) continue;
+    button->click();
+    return;
+  }
+  complaints += "an alert has no button \"" + expected.button + "\"\n";
+  box.reject();
+}
+
+}  // namespace ui

@@ -1,0 +1,69 @@
+// Drives the real windows as a user would: clicks, keys and choices go through the window system's own events.
+// For the tests of the windows and for the demo's walk. Main thread only.
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "platform/window_system.h"
+
+class QMessageBox;
+
+namespace ui {
+
+/// Handles events for `ms`.
+void Pump(int ms);
+/// Handles events until `condition` holds; false when `ms` have passed first.
+bool WaitUntil(const std::function<bool()>& condition, int ms = 10000);
+
+/// Clicks a control with the left button. False if it is hidden or off.
+bool Press(platform::Window* window, int id);
+/// Clicks a button of a tool bar.
+bool PressTool(platform::Window* window, int bar, int command);
+/// Clicks the first row of that name, the others with Control held. False if one is not there.
+bool SelectRows(platform::Window* window, int list, std::initializer_list<const char*> names);
+bool DoubleClickRow(platform::Window* window, int list, const char* name);
+/// Replaces a field's text by typing, and presses Return.
+bool TypeAndReturn(platform::Window* window, int id, const char* text);
+void Key(platform::Window* window, int key, int modifiers = 0);
+/// Chooses the row of an open context menu that holds `text`, as soon as there is one.
+void ChooseFromNextMenu(const char* text);
+
+std::string Text(platform::Window* window, int id);
+std::string LogText(platform::Window* window, int id);
+/// The cells of one column, top to bottom.
+std::vector<std::string> Column(platform::Window* window, int list, int column);
+/// Saves a picture of the window as PNG.
+bool Grab(platform::Window* window, const char* path);
+/// The top modal window of the program's own, or null.
+platform::Window* ModalWindow();
+
+/// Answers alerts from a queue while it lives. An alert that is not expected, or whose text does not hold what was
+/// expected, is recorded and cancelled.
+class Alerts {
+ public:
+  Alerts();
+  ~Alerts();
+  Alerts(const Alerts&) = delete;
+  Alerts& operator=(const Alerts&) = delete;
+  /// The next alert holds `text` and is answered by the button labelled `button`. Check box as given: -1 leaves it.
+  void Expect(const char* text, const char* button, int check = -1);
+  /// What went wrong so far, including expected alerts that have not come; empty if nothing did.
+  std::string Complaints() const;
+
+ private:
+  struct Expected {
+    std::string text, button;
+    int check;
+  };
+  void Look();
+  void Answer(QMessageBox& box);
+  std::vector<Expected> queue;
+  std::string complaints;
+  struct Timer;
+  Timer* timer;
+};
+
+}  // namespace ui
