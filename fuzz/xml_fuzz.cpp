@@ -1,6 +1,7 @@
 // XML: any bytes are read and saved, what was saved is read and saved again as the same text, and any text
 // comes back from an attribute.
 #include <string>
+#include <strings.h>
 #include <vector>
 
 #include "fuzz_target.h"
@@ -57,8 +58,9 @@ bool HasPlainAttributes(const LXMLElement& element) {
     if (!IsPlainName(name) || strchr("!?", name[0])) return false;
     // A question mark before the end of a tag is taken for a declaration's.
     if (length != 0 && value[length - 1] == '?') return false;
-    // The version is written as it stands.
-    if (isDeclaration && strcmp(name, "version") == 0 && strpbrk(value, "\"&")) return false;
+    // The version is written as it stands, and only if it says something; its other spellings are not.
+    const bool isVersion = isDeclaration && strcasecmp(name, "version") == 0;
+    if (isVersion && (strcmp(name, "version") != 0 || !value[0] || strpbrk(value, "\"&"))) return false;
   }
   return true;
 }
