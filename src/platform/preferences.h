@@ -7,7 +7,9 @@
 // one name is together.
 //
 // A store that cannot be opened reads as empty; writing to it reports false. Writes that could not be made
-// durable are dropped, and the old values stand. A file that is damaged is kept aside and a fresh one begun.
+// durable are dropped, and the old values stand; only a disk that fails when all is written, and merely the
+// last synchronising is missing, leaves the new ones. A file that is damaged is kept aside and a fresh one
+// begun.
 //
 // A visitor may call back into the store; it sees the keys as they were when the call began.
 #pragma once

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include "support/recording_interface.h"
+#include "support/scratch_folder.h"
+#include "support/xml.h"
+#include "support/xml_text.h"
+
+namespace {
+
+class XmlFile : public testing::Test {
+ protected:
+  LProcessResult Load(const std::string& path) { return document.LoadFromFile(process, path.c_str(), error); }
+
+  ScratchFolder folder;
+  RecordingInterface process;
+  LXMLDocument document;
+  char error[kTextSize] = "old";
+};
+
+TEST_F(XmlFile, IsReadInTheEncodingOfItsMark) {
+  struct {
+    std::string content;
+    const char* tree;
+  } rows[] = {
+      {"<a>あ</a>", "a['あ']"},
+      {"\xEF\xBB\xBF<a>あ</a>", "a['あ']"},
+      {std::string("\xFF\xFE<\0a\0/\0>\0", 10), "a"},
+      {std::string("\xFE\xFF\0<\0a\0/\0>", 10), "a"},
+      {std::string("<a/>\0<b/>", 9), "a"},
+      {"", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Load(folder.Write("a.xml", row.content)), LProcessResultOk);
+    EXPECT_STREQ(error, "");
+    EXPECT_EQ(XmlTree(document), row.tree);
+  }
+}
+
+TEST_F(XmlFile, WithASyntaxErrorIsDoneWithATextInTheError) {
+  EXPECT_EQ(Load(folder.Write("a.xml", "<a/>\n</b>")), LProcessResultOk);
+  EXPECT_STREQ(error, "Ln 2, Col 5: Misplaced </b> which does not match a <b>.");
+  EXPECT_EQ(XmlTree(document), "a");
+}
+
+TEST_F(XmlFile, ThatIsNotThereOrNoFileFails) {
+  const std::string path = folder.Path("none.xml");
+  EXPECT_EQ(Load(path), LProcessResultFailed);
+  EXPECT_EQ(error, "ファイル" + path + "がありません");
+  // A folder can be opened, but not read.
+  EXPECT_EQ(Load(folder.Path()), LProcessResultFailed);
+  EXPECT_EQ(error, "xmlファイル" + folder.Path() + "を開くことができません");
+  EXPECT_EQ(process.Questions(), 1) << "of the folder, before it is opened";
+}
+
+TEST_F(XmlFile, ThatIsTooLargeForTheMemoryFails) {
+  // A hole costs no disk; its size counts.
+  const std::string path = folder.Write("a.xml", "");
+  std::filesystem::resize_file(path, uint64_t{1} << 42);
+  EXPECT_EQ(Load(path), LProcessResultFailed);
+  EXPECT_EQ(error, path + "を読み込むには容量が不足しています");
+  EXPECT_EQ(process.Questions(), 0);
+}
+
+TEST_F(XmlFile, CanBeStoppedBeforeAndWhileItIsRead) {
+  // Five blocks of 512 bytes behind the opening tag's first: questions 3 to 7, and one behind the parse.
+  const std::string path = folder.Write("a.xml", "<a/>" + std::string(5 * 512, 'x'));
+  EXPECT_EQ(Load(path), LProcessResultOk);
+  EXPECT_EQ(process.Questions(), 2 + 5 + 1);
+  const std::string whole = XmlTree(document);
+
+  for (int question = 1; question <= 8; ++question) {
+    RecordingInterface stopping(question);
+    LXMLDocument part;
+    char text[kTextSize] = "old";
+    EXPECT_EQ(part.LoadFromFile(stopping, path.c_str(), text), LProcessResultStopped);
+    EXPECT_STREQ(text, question < 3 ? "old" : "");
+    EXPECT_EQ(XmlTree(part), question < 3 ? "" : question < 8 ? "a" : whole);
+    EXPECT_LE(stopping.Questions(), question + 1);
+  }
+}
+
+TEST_F(XmlFile, IsAskedAboutInsideItsElementsToo) {
+  std::string text;
+  for (int i = 0; i < 100; ++i) text += "<a><b>0123456789</b>";
+  RecordingInterface stopping(3);
+  LXMLDocument part;
+  EXPECT_EQ(part.LoadFromFile(stopping, folder.Write("a.xml", text).c_str(), error), LProcessResultStopped);
+  EXPECT_STREQ(error, "") << "a stop is no end of the text";
+  EXPECT_LT(XmlTree(part).size(), 1000u);
+}
+
+}  // namespace
