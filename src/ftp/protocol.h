@@ -42,8 +42,9 @@ class LFileTransferProtocol : public LSSLSocketTCP {
   [[nodiscard]] bool GetCurrentDirectory(char (&path)[kTextSize]);
   /// True also for a folder that exists already.
   [[nodiscard]] bool CreateDirectory(const char* path);
-  /// Seconds on the wall-clock scale of listings; 0 if the question failed.
+  /// Seconds on the wall-clock scale of listings; now on that scale if the server gives no answer.
   int64_t GetFileDate(const char* name);
+  /// 0 if the server gives no answer.
   uint64_t GetFileSizeBytes64(const char* name);
   /// Whether the current directory holds an entry of exactly that name, of any type.
   [[nodiscard]] bool ContainDirectory(const char* name);

@@ -92,13 +92,13 @@ TEST_P(DataConnection, MovesLargePiecesWithFewQuestions) {
 TEST_P(DataConnection, ClosesAtOnceWhereNothingWasMoved) {
   Open().AcceptData().Delay(500);
   Begin();
-  gFtpTimeouts.dataCloseMs = kAmpleMs;
   EXPECT_LT(MillisecondsOf([this] { data.Close(process); }), 200);
 }
 
 TEST_P(DataConnection, ClosesWithinItsBoundWhenTheServerGoesOnSending) {
   Open().DataPart(Content(4u << 20)).Delay(200).DataPart(Content(4u << 20)).DataClose();
   Begin();
+  gFtpTimeouts.dataCloseMs = kShortMs;
   size_t count = 0;
   ASSERT_EQ(data.Receive(process, data.Piece(), 1, count, kAmpleMs), LProcessResultOk);
   StopWhen([] { return true; });  // A stop does not cut the order short, nor make it longer.

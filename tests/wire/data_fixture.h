@@ -16,16 +16,18 @@ class DataTest : public WireTest {
   using Step = ScriptedServer::Step;
   using Statuses = std::vector<std::pair<int, std::string>>;
 
+  /// A reply that comes so late does not get ahead of the question that stops.
+  static constexpr int kOverASliceMs = 300;
+
   DataTest() {
     FtpTimeouts& table = gFtpTimeouts;
     for (unsigned* limit :
          {&table.dataConnectMs, &table.dataHandshakeMs, &table.dataReplyLineMs, &table.listingLineMs,
-          &table.closingReplyMs, &table.receiveBlockMs, &table.sendBlockMs, &table.noopSendMs,
-          &table.noopReplyMs, &table.lateReplyUploadMs, &table.aborSendDownloadMs, &table.aborSendUploadMs,
-          &table.aborReplyMs}) {
+          &table.closingReplyMs, &table.dataCloseMs, &table.receiveBlockMs, &table.sendBlockMs,
+          &table.noopSendMs, &table.noopReplyMs, &table.lateReplyUploadMs, &table.aborSendDownloadMs,
+          &table.aborSendUploadMs, &table.aborReplyMs}) {
       *limit = kAmpleMs;
     }
-    table.dataCloseMs = kShortMs;
     // A stop in the middle of a reply leaves its end, behind which nothing comes.
     table.drainReplyMs = 500;
     server.UseTls(TestServerContext(TestCertificate::kGood));

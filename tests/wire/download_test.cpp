@@ -191,7 +191,7 @@ TEST_P(Download, OfAConnectionThatBreaksIsDecidedByTheClosingReply) {
 }
 
 TEST_P(Download, EndsWhenNoDataCome) {
-  gFtpTimeouts.receiveBlockMs = kShortMs;
+  gFtpTimeouts.receiveBlockMs = gFtpTimeouts.dataCloseMs = kShortMs;
   Begin(Session::bHasSize);
   ExpectStart(5 * kBlock);
   ExpectData("RETR r.bin").DataPart(Content(kBlock)).Delay(600).Reply("426 You left");
@@ -243,7 +243,7 @@ TEST_P(Download, GathersRepliesThatComeLate) {
   };
   gFtpTimeouts.noopPeriodMs = kNoopMs;
   gFtpTimeouts.noopReplyMs = kShortMs;
-  gFtpTimeouts.lateReplyDownloadMs = kShortMs;
+  gFtpTimeouts.lateReplyDownloadMs = 500;
   Begin(Session::bHasSize);
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
@@ -296,6 +296,7 @@ TEST_P(Download, StoppedWhileDataComeIsAborted) {
 }
 
 TEST_P(Download, StoppedInANoopKeepsWhatCame) {
+  gFtpTimeouts.dataCloseMs = kShortMs;
   gFtpTimeouts.noopPeriodMs = kNoopMs;
   Begin(Session::bHasSize);
   ExpectStart(9 * kBlock);
@@ -326,7 +327,7 @@ TEST_P(Download, StoppedBeforeItBegan) {
         server.Expect(command).ReplyPassive();
       } else {
         server.Expect(command)
-            .Delay(command == row.after ? 100 : 0)
+            .Delay(command == row.after ? kOverASliceMs : 0)
             .Reply(command[0] == 'S' ? "213 5" : "200 ok");
       }
     }

@@ -205,7 +205,7 @@ TEST_P(Listing, ThatBreaksOffKeepsWhatCame) {
   EXPECT_EQ(Load(), LProcessResultOk);
   EXPECT_EQ(iterator.Count(), 2u);
 
-  gFtpTimeouts.listingLineMs = kShortMs;
+  gFtpTimeouts.listingLineMs = gFtpTimeouts.dataCloseMs = kShortMs;
   ExpectPassive("A");
   ExpectData("LIST").DataPart(kLines).Delay(600).Reply("226 Done");
   EXPECT_EQ(Load(), LProcessResultOk);
@@ -219,6 +219,7 @@ TEST_P(Listing, ThatBreaksOffKeepsWhatCame) {
 }
 
 TEST_P(Listing, StoppedWhileLinesComeKeepsThem) {
+  gFtpTimeouts.dataCloseMs = kShortMs;
   Begin();
   ExpectPassive("A");
   ExpectData("LIST").DataPart(kLines);
@@ -229,7 +230,7 @@ TEST_P(Listing, StoppedWhileLinesComeKeepsThem) {
 
 TEST_P(Listing, StoppedBeforeItBegan) {
   Begin();
-  server.Expect("TYPE A").Delay(100).Reply("200 ok");
+  server.Expect("TYPE A").Delay(kOverASliceMs).Reply("200 ok");
   StopAfterCommands(1);
   Session::DirIteratorAllFiles stopped(process, session);
   EXPECT_TRUE(stopped.IsStopped());
@@ -281,7 +282,7 @@ TEST_P(Listing, AsksForATypeThatIsNotKnownOnce) {
   EXPECT_TRUE(all.IsSymbolicLink());
   EXPECT_FALSE(all.IsDirectory());
   all.Next();
-  server.Expect("MLST c").Delay(100).Reply("250 ok");
+  server.Expect("MLST c").Delay(kOverASliceMs).Reply("250 ok");
   StopAfterCommands(Commands().size() + 1);
   EXPECT_FALSE(all.IsDirectory());
   EXPECT_TRUE(all.IsStopped());

@@ -166,7 +166,7 @@ TEST_P(Queries, OfTheSizeEndWithAStop) {
     const size_t before = Commands().size();
     for (size_t i = 0; i < stopped; ++i) {
       server.Expect(ladder[i])
-          .Delay(i + 1 == stopped ? 100 : 0)
+          .Delay(i + 1 == stopped ? kOverASliceMs : 0)
           .Reply(ladder[i] == "TYPE I" ? "200 ok" : "500 What");
     }
     StopAfterCommands(before + stopped);
@@ -269,7 +269,7 @@ TEST_P(Queries, OfTheTimeEndWithAStop) {
     const size_t before = Commands().size();
     for (size_t i = 0; i < stopped; ++i) {
       server.Expect(ladder[i])
-          .Delay(i + 1 == stopped ? 100 : 0)
+          .Delay(i + 1 == stopped ? kOverASliceMs : 0)
           .Reply(ladder[i] == "SYST" ? "215 Windows_NT" : "501 What");
     }
     StopAfterCommands(before + stopped);
@@ -404,6 +404,7 @@ TEST_P(Queries, ReadAnAnswerThatComesAsData) {
 }
 
 TEST_P(Queries, EndAnAnswerThatComesAsDataWithAStop) {
+  gFtpTimeouts.dataCloseMs = kShortMs;
   LStringListTemplate<char> lines;
   Begin();
   ExpectPassive("A");

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 constexpr size_t kBlock = FtpTransferProgress::kBlockSize;
 /// More than the kernel holds for both ends of a connection.
-constexpr size_t kMoreThanBuffers = 16u << 20;
+constexpr size_t kMoreThanBuffers = 10u << 20;
 
 class Upload : public DataTest {
  protected:
@@ -101,6 +101,7 @@ TEST_P(Upload, ArrivesWholeHoweverLateTheServerReads) {
 }
 
 TEST_P(Upload, DoesNotWaitLongForAServerThatKeepsTheConnectionOpen) {
+  gFtpTimeouts.dataCloseMs = kShortMs;
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
     session.CloseSocket();
@@ -289,7 +290,7 @@ TEST_P(Upload, GathersRepliesThatComeLate) {
     SCOPED_TRACE(row.name);
     session.CloseSocket();
     gFtpTimeouts.noopReplyMs = kShortMs;
-    gFtpTimeouts.lateReplyUploadMs = kShortMs;
+    gFtpTimeouts.lateReplyUploadMs = 500;
     Begin(Session::bHasSize);
     WriteLocal(Content(kMoreThanBuffers));
     ExpectNoopInTheMiddle().Delay(300).DataReceive().ReplyLines(row.replies);
@@ -352,7 +353,7 @@ TEST_P(Upload, StoppedBeforeItBegan) {
     const size_t before = Commands().size();
     for (const std::string& command : row.commands) {
       Step& step = server.Expect(command);
-      if (command == row.commands.back()) step.Delay(100);
+      if (command == row.commands.back()) step.Delay(kOverASliceMs);
       command == "PASV" ? step.ReplyPassive() : step.Reply("200 ok");
     }
     StopAfterCommands(before + row.commands.size());
