@@ -27,6 +27,7 @@ function(orvane_library name)
   foreach(folder IN LISTS arg_UNPARSED_ARGUMENTS)
     file(GLOB found CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp" "${PROJECT_SOURCE_DIR}/src/${folder}/*.h")
     list(APPEND sources ${found})
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")  # A program's entry belongs to the program.
   endforeach()
   if(NOT sources)
     add_library(${name} INTERFACE)

@@ -112,7 +112,8 @@ void LExplorerFolderControl::ListView_OpenFolderPath(const char* path) {
     ShowItem(*item);
   }
   pWindow->LVHoldDrawing(iControl, false);
-  LVSorterSort();
+  // Folders stand first until the user chooses a column to order by.
+  if (IsSortChosen()) LVSorterSort();
   pWindow->LVSetCurSel(iControl, 0);
   TextCopy(szFolder, opened);
   if (bKeepHistory) history.Add(opened);

@@ -1,6 +1,6 @@
 // Bringing the selected files of the remote pane down into a local folder.
+#include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/time.h>
 
 #include "client/remote_pane.h"
 #include "client/remote_paths.h"
@@ -90,8 +90,11 @@ void KeepServerDate(const DownloadFile& file) {
   const int64_t modified = file.protocol->GetFileDate(file.remote);
   struct stat status;
   if (modified == 0 || stat(file.local, &status) != 0) return;
-  const timeval times[2] = {{status.st_atim.tv_sec, status.st_atim.tv_nsec / 1000}, {modified, 0}};
-  utimes(file.local, times);
+  const int fd = platform::FileOpen(file.local, O_WRONLY, 0);
+  if (fd < 0) return;
+  const timespec times[2] = {status.st_atim, {modified, 0}};
+  platform::FileSetTimes(fd, times);
+  platform::FileClose(fd);
 }
 
 /// After the run, whatever its result: errors to the history and their files away, the others get the server's date.

@@ -4,6 +4,7 @@
 
 #include "platform/clock.h"
 #include "platform/event_loop.h"
+#include "platform/net.h"
 #include "support/window/alert.h"
 #include "support/window/menus.h"
 
@@ -83,7 +84,7 @@ LProcessResult LMacProcessInterfaceModal::ProcessWaitSignalObjectGroup(LSignalOb
   while (true) {
     if (bStop) return LProcessResultStopped;
     platform::EventLoopPump();
-    if (group.count != 0 && poll(group.entries, group.count, 0) > 0) return LProcessResultOk;
+    if (group.count != 0 && platform::NetPoll(group.entries, group.count, 0) > 0) return LProcessResultOk;
     const unsigned left = TimeLeft(start, ms);
     if (left == 0) return LProcessResultFailed;
     if (!platform::EventLoopWait(descriptors, group.count, left) && !bStop) return LProcessResultFailed;

@@ -33,7 +33,7 @@ const char* ReadDirective(const char* cursor, Directive& directive) {
   return *cursor ? cursor + 1 : cursor;
 }
 
-/// The specification without its length letters: the length is chosen again for the type that is passed.
+/// The flags without its length letters: the length is chosen again for the type that is passed.
 void CopyWithoutLengths(char (&out)[kSpecificationLimit + 1], const char* specification) {
   char* end = out;
   for (; *specification; ++specification) {

@@ -2,9 +2,9 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QSessionManager>
 #include <QSocketNotifier>
-#include <QStyleFactory>
 #include <QTimer>
 #include <csignal>
 #include <cstdlib>
@@ -20,6 +20,16 @@ namespace {
 QApplication* gApplication = nullptr;
 std::function<void()> gQuitRequest;
 int gSignalPipe[2] = {-1, -1};
+
+/// Fusion with air around the texts of cells and headings, so that columns of different sides stay apart.
+class RoomyStyle : public QProxyStyle {
+ public:
+  using QProxyStyle::QProxyStyle;
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    if (metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin) return 6;
+    return QProxyStyle::pixelMetric(metric, option, widget);
+  }
+};
 
 QPalette LightPalette() {
   QPalette colors;
@@ -89,7 +99,7 @@ void ApplicationInit(int& argc, char** argv) {
   QApplication::setApplicationDisplayName(QString());
   QApplication::setDesktopFileName(QStringLiteral("orvaneftp"));
   QApplication::setQuitOnLastWindowClosed(false);
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new RoomyStyle(QStringLiteral("Fusion")));
   QApplication::setPalette(LightPalette());
   QApplication::setFont(JapaneseFont());
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/orvaneftp.svg")));

@@ -42,6 +42,7 @@ class DropDownButton : public QToolButton {
 
 QAction* NewAction(Window* window, const ToolBarItem& item, QToolBar* bar) {
   auto* action = new QAction(QIconOf(IconFromResource(item.icon)), QString::fromUtf8(item.label), bar);
+  action->setIconText(QString::fromUtf8(item.label));  // Left to itself it loses a trailing "...".
   action->setData(item.command);
   action->setToolTip(QString::fromUtf8(item.toolTip ? item.toolTip : item.label));
   const int command = item.command;

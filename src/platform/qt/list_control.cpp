@@ -1,5 +1,6 @@
 #include "platform/qt/list_control.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -15,6 +16,15 @@
 #include "platform/qt/text.h"
 
 namespace platform {
+
+namespace {
+
+QVariant AlignmentOf(int code) {
+  static const Qt::Alignment sides[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+  return QVariant::fromValue(sides[std::clamp(code, 0, 2)] | Qt::AlignVCenter);
+}
+
+}  // namespace
 
 // ListModel
 
@@ -36,11 +46,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole: return column == 0 ? QVariant(ShownText(row->cells[0])) : QVariant();
     case Qt::EditRole: return QString::fromUtf8(row->cells[column]);
     case Qt::DecorationRole: return column == 0 ? QVariant(QIconOf(row->icon)) : QVariant();
-    case Qt::TextAlignmentRole: {
-      static const Qt::Alignment sides[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
-      const int side = std::clamp(columns[column].alignment, 0, 2);
-      return QVariant::fromValue(sides[side] | Qt::AlignVCenter);
-    }
+    case Qt::TextAlignmentRole: return AlignmentOf(columns[column].alignment);
     default: return {};
   }
 }
@@ -48,7 +54,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   if (role == Qt::DisplayRole) return columns[static_cast<size_t>(section)].heading;
-  if (role == Qt::TextAlignmentRole) return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+  if (role == Qt::TextAlignmentRole) return AlignmentOf(columns[static_cast<size_t>(section)].alignment);
   return {};
 }
 
@@ -164,7 +170,10 @@ void ListControl::ConnectEvents() {
     owner->WithOwner([this](WindowEvents& events) { events.OnSortRequested(controlId); });
   });
   connect(header(), &QHeaderView::sectionResized, this, [this] {
-    if (!applyingWidths && isVisible()) widthsAreUsers = true;
+    // The header also resizes its sections by itself, whenever the view does.
+    if (!applyingWidths && (QApplication::mouseButtons() & Qt::LeftButton) && header()->underMouse()) {
+      widthsAreUsers = true;
+    }
   });
 }
 

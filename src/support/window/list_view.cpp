@@ -164,6 +164,7 @@ void LListViewSorter::LVSorterInit(LMacWindow& window, int control, const char* 
   TextFormat(szSortSection, "ListSort/%s", key);
   iSortColumn = WindowStateGet(szSortSection, "Column", iSortColumn);
   bAscending = WindowStateGet(szSortSection, "Ascending", 1) != 0;
+  bSortChosen = WindowStateGet(szSortSection, "Column", -1) >= 0;
   if (window.Native()) platform::ListSetSort(window.Native(), control, iSortColumn, bAscending);
 }
 
@@ -178,6 +179,7 @@ void LListViewSorter::EvSortChosen() {
   if (!pSortWindow || !pSortWindow->Native()) return;
   iSortColumn = platform::ListSortColumn(pSortWindow->Native(), iSortControl);
   bAscending = platform::ListSortAscending(pSortWindow->Native(), iSortControl);
+  bSortChosen = true;
   WindowStateSet(szSortSection, "Column", iSortColumn);
   WindowStateSet(szSortSection, "Ascending", bAscending);
   WindowStateSynchronize();

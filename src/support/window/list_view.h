@@ -29,6 +29,8 @@ class LListViewSorter {
   void LVSorterSort();
   /// Takes the column and direction that the user chose in the heading, and keeps them.
   void EvSortChosen();
+  /// The user has chosen an order, now or in an earlier run.
+  bool IsSortChosen() const { return bSortChosen; }
 
   // Valid during a compare
   int GetSortColumn() const { return iSortColumn; }
@@ -42,6 +44,7 @@ class LListViewSorter {
   int iSortControl = 0;
   int iSortColumn;
   bool bAscending = true;
+  bool bSortChosen = false;
   char szSortSection[kTextSize] = {};  ///< Where the order is kept; empty before LVSorterInit.
   intptr_t iData1 = 0;
   intptr_t iData2 = 0;

@@ -191,7 +191,7 @@ TEST(Formatting, FollowsItsOwnRules) {
       {"so is an asterisk", "[%*d]", 7, "[d]"},
       {"so is h", "[%hd]", 7, "[d]"},
       {"nothing behind the percent sign", "cut%", 0, "cut"},
-      {"nothing behind the specification", "cut%05", 0, "cut"},
+      {"nothing behind the flags", "cut%05", 0, "cut"},
       {"what would store through the word shows nothing", "[%n]", 0, "[]"},
       {"an unknown conversion shows itself", "[%k]", 0, "[%k]"},
   };
