@@ -78,6 +78,9 @@ bool IsPlainTree(const LXMLDocument& document) {
     waiting.pop_back();
     if (!element.tagName) continue;
     if (!IsPlainName(element.tagName) || !HasPlainAttributes(element)) return false;
+    // In another spelling it is read to the first bracket, but closed as character data.
+    if (strcasecmp(element.tagName, "![CDATA[") == 0 && strcmp(element.tagName, "![CDATA[") != 0)
+      return false;
     // Nothing parts such a name from its closing mark.
     if (element.tagName[0] == '?' && element.attributes.IsEmpty()) return false;
     add(element);
