@@ -17,6 +17,7 @@ void LNetGetFtpProxySettings(char (&host)[kTextSize], char (&user)[kTextSize], c
 }
 
 void LNetSetFtpProxySettings(const char* host, const char* user, const char* password, LFtpProxyType type) {
+  const LSettingsBatch together;
   char number[kTextSize];
   TextFormat(number, "%d", static_cast<int>(type));
   // A store that cannot be written keeps the old values; the settings dialogs look at what it has then.

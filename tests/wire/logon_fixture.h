@@ -14,7 +14,15 @@ enum Security { kPlain, kExplicit, kImplicit };
 
 class LogonTest : public WireTest {
  protected:
-  LogonTest() { LNetSetFtpProxySettings("", "", "", kFtpProxyNone); }
+  /// Leaves no proxy to the next test.
+  ~LogonTest() override {
+    if (uses_proxy) LNetSetFtpProxySettings("", "", "", kFtpProxyNone);
+  }
+
+  void UseProxy(const std::string& host, const std::string& name, const std::string& word, int type) {
+    uses_proxy = true;
+    LNetSetFtpProxySettings(host.c_str(), name.c_str(), word.c_str(), static_cast<LFtpProxyType>(type));
+  }
 
   LProcessResult LogOn(Security security = kPlain) { return LogOnTo(server.Address(), security); }
   LProcessResult LogOnTo(const std::string& address, Security security = kPlain) {
@@ -30,6 +38,7 @@ class LogonTest : public WireTest {
     return Message(before, what + "正しいサーバーアドレスとポートが入力されていることを確認してください。");
   }
 
+  bool uses_proxy = false;
   std::string user = "anna";
   std::string password = "secret";
 };

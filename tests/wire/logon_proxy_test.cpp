@@ -10,10 +10,7 @@ constexpr char kServer[] = "ftp.example:2121";
 
 class LogonProxy : public LogonTest {
  protected:
-  void Use(int type) {
-    LNetSetFtpProxySettings(server.Address().c_str(), proxy_user.c_str(), proxy_password.c_str(),
-                            static_cast<LFtpProxyType>(type));
-  }
+  void Use(int type) { UseProxy(server.Address(), proxy_user, proxy_password, type); }
   LProcessResult LogOnThroughProxy(Security security = kPlain) { return LogOnTo(kServer, security); }
 
   std::string proxy_user = "pia";
@@ -22,7 +19,7 @@ class LogonProxy : public LogonTest {
 WIRE_SUITE(LogonProxy);
 
 TEST_P(LogonProxy, SettingsComeBackAsTheyWere) {
-  LNetSetFtpProxySettings("proxy:8021", "pia", "パスワード", kFtpProxyLoginUserAtSite);
+  UseProxy("proxy:8021", "pia", "パスワード", kFtpProxyLoginUserAtSite);
   char host[kTextSize], name[kTextSize], word[kTextSize];
   LFtpProxyType type;
   LNetGetFtpProxySettings(host, name, word, type);
@@ -39,7 +36,7 @@ TEST_P(LogonProxy, SettingsComeBackAsTheyWere) {
 }
 
 TEST_P(LogonProxy, OfNoTypeIsIgnored) {
-  LNetSetFtpProxySettings("127.0.0.1:1", "pia", "x", kFtpProxyNone);
+  UseProxy("127.0.0.1:1", "pia", "x", kFtpProxyNone);
   server.Greet("220 Ready");
   server.Expect("USER anna").Reply("230 In");
   EXPECT_EQ(LogOn(), LProcessResultOk);
@@ -105,7 +102,7 @@ TEST_P(LogonProxy, OfAnUnknownTypeFailsAfterTheGreeting) {
 }
 
 TEST_P(LogonProxy, TellsWhichProxyCannotBeReached) {
-  LNetSetFtpProxySettings("255.255.255.255", "", "", kFtpProxyOpen);
+  UseProxy("255.255.255.255", "", "", kFtpProxyOpen);
   EXPECT_EQ(LogOnThroughProxy(kImplicit), LProcessResultFailed);
   EXPECT_THAT(
       history.Messages(),

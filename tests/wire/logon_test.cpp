@@ -111,7 +111,7 @@ TEST_P(Logon, TellsOfMissingAnswers) {
   server.Greet("220 Ready");
   server.Expect("USER anna").Close();
   EXPECT_EQ(LogOn(), LProcessResultFailed);
-  gFtpTimeouts.replyMs = kShortMs;
+  gFtpTimeouts.replyMs = 2 * kShortMs;
   server.Greet("220 Ready");
   server.Expect("USER anna").Silence();
   EXPECT_EQ(LogOn(), LProcessResultFailed);

@@ -200,7 +200,7 @@ TEST_P(LogonTls, TakesTls12AndNothingOlder) {
 }
 
 TEST_P(LogonTls, ThroughAProxyIsImplicitOnly) {
-  LNetSetFtpProxySettings(server.Address().c_str(), "pia", "proxypass", kFtpProxySite);
+  UseProxy(server.Address(), "pia", "proxypass", kFtpProxySite);
   server.Accept().StartTls().Reply("220 Proxy");
   server.Expect("USER pia").Reply("331 Please");
   server.Expect("PASS proxypass").Reply("230 In");
