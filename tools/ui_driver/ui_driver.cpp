@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
@@ -89,13 +90,29 @@ bool DoubleClickRow(platform::Window* window, int list, const char* name) {
   return true;
 }
 
+namespace {
+
+/// Qt's own typing knows the keys of an ASCII keyboard only; other letters come as an input method sends them.
+void Type(QWidget* field, const QString& text) {
+  for (const QChar letter : text) {
+    if (letter.unicode() < 0x80) {
+      QTest::keyClick(field, letter.toLatin1());
+      continue;
+    }
+    QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(letter));
+    QApplication::sendEvent(field, &event);
+  }
+}
+
+}  // namespace
+
 bool TypeAndReturn(platform::Window* window, int id, const char* text) {
   auto* combo = window->ControlAs<QComboBox>(id);
   QLineEdit* field = combo ? combo->lineEdit() : window->ControlAs<QLineEdit>(id);
   if (!field || !field->isVisible() || !field->isEnabled()) return false;
   QTest::mouseClick(field, Qt::LeftButton);
   field->selectAll();
-  QTest::keyClicks(field, QString::fromUtf8(text));
+  Type(field, QString::fromUtf8(text));
   QTest::keyClick(field, Qt::Key_Return);
   return true;
 }
