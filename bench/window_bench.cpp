@@ -1,10 +1,12 @@
 // How alive the real window is while a file comes down: the longest time between two pumps of the window system, and
 // how long a cancel takes.
 //
-// Usage: window_bench HOST:PORT USER PASSWORD FILE, with XDG folders of its own. Downloads FILE through the main
-// window's button, then again with the Cancel button pressed after a third of a second.
+// Usage: window_bench HOST:PORT USER PASSWORD FOLDER FILE, with XDG folders of its own. Downloads FILE through the main
+// window's button, then again with the Cancel button pressed as soon as 64 MiB are there.
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 #include <cstdio>
 #include <string>
@@ -19,7 +21,7 @@
 
 namespace {
 
-constexpr int kCancelAfterMs = 333;
+constexpr qint64 kCancelFrom = 64 * 1024 * 1024;
 
 /// The gaps between two turns of the event dispatcher.
 class PumpClock {
@@ -52,17 +54,18 @@ void MeasurePumps(MainDialog& dialog) {
          pumps.longestMs);
 }
 
-void MeasureCancel(MainDialog& dialog, ui::Alerts& alerts) {
-  alerts.Expect("上書きしますか", "上書きする");
+void MeasureCancel(MainDialog& dialog, const char* name) {
+  const QString local = QString::fromUtf8(dialog.localPane.Folder()) + "/" + QString::fromUtf8(name);
+  QFile::remove(local);
   QElapsedTimer sinceCancel;
-  QObject context;
-  QTimer::singleShot(kCancelAfterMs, &context, [&] {
+  QTimer look;
+  QObject::connect(&look, &QTimer::timeout, &look, [&] {
     auto* progress = dynamic_cast<platform::Window*>(ui::ModalWindow());
-    if (progress) {
-      sinceCancel.start();
-      ui::Press(progress, kCommandCancel);
-    }
+    if (!progress || sinceCancel.isValid() || QFileInfo(local).size() < kCancelFrom) return;
+    sinceCancel.start();
+    ui::Press(progress, kCommandCancel);
   });
+  look.start(1);
   ui::Press(dialog.Native(), kDownloadButton);
   if (sinceCancel.isValid()) {
     printf("cancel: everything over, panes refreshed included, after %.0f ms\n", Seconds(sinceCancel) * 1000);
@@ -72,27 +75,27 @@ void MeasureCancel(MainDialog& dialog, ui::Alerts& alerts) {
 }
 
 void Run(MainDialog& dialog, char** argv) {
-  if (!dialog.remotePane.CmConnect(argv[1], argv[2], argv[3], "/", false, false, true)) {
+  if (!dialog.remotePane.CmConnect(argv[1], argv[2], argv[3], argv[4], false, false, true)) {
     printf("no connection\n");
     return;
   }
   dialog.InitStatus();
-  ui::Alerts alerts;
-  if (!ui::SelectRows(dialog.Native(), kRemoteList, {argv[4]})) {
-    printf("no such file: %s\n", argv[4]);
+  const ui::Alerts alerts;
+  if (!ui::SelectRows(dialog.Native(), kRemoteList, {argv[5]})) {
+    printf("no such file: %s among %zu rows\n", argv[5], ui::Column(dialog.Native(), kRemoteList, 0).size());
     return;
   }
   MeasurePumps(dialog);
-  ui::SelectRows(dialog.Native(), kRemoteList, {argv[4]});
-  MeasureCancel(dialog, alerts);
+  ui::SelectRows(dialog.Native(), kRemoteList, {argv[5]});
+  MeasureCancel(dialog, argv[5]);
   printf("%s", alerts.Complaints().c_str());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 5) {
-    fprintf(stderr, "usage: window_bench HOST:PORT USER PASSWORD FILE\n");
+  if (argc != 6) {
+    fprintf(stderr, "usage: window_bench HOST:PORT USER PASSWORD FOLDER FILE\n");
     return 2;
   }
   LUnixAppInitCommon(argc, argv);

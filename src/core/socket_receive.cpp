@@ -24,15 +24,18 @@ bool IsConnectedTls(const LSSLSocketTCP& socket) {
   return socket.IsSecure() && platform::TlsGetState(socket.pContext) == platform::TlsState::kConnected;
 }
 
-/// The stream has ended inside the TLS layer, where no poll of the descriptor can see it.
-bool HasTlsEnded(const LSSLSocketTCP& socket) {
+/// Whether a read of a TLS socket would not have to wait. Neither decrypted data nor an end that the TLS
+/// layer has seen shows in a poll of the descriptor; and what does show there need not be data.
+bool HasTlsDataOrEnd(LSSLSocketTCP& socket) {
   if (!socket.IsSecure()) return false;
+  if (socket.GetBytesReady() > 0) return true;
   const platform::TlsState state = platform::TlsGetState(socket.pContext);
   return state == platform::TlsState::kClosed || state == platform::TlsState::kAborted;
 }
 
-/// Waits on the descriptor alone. `fd` is read anew for each slice: an event inside IsToStop may close it.
-LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, unsigned int ms) {
+/// Waits on the descriptor alone, and takes the slices off `ms`. `fd` is read anew for each slice: an event
+/// inside IsToStop may close it.
+LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, unsigned int& ms) {
   if (process.IsToStop()) return LProcessResultStopped;
   for (;;) {
     if (!LIPSocketTCPRef{fd}.IsValid()) return LProcessResultFailed;
@@ -82,8 +85,11 @@ LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, u
 
 LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LSSLSocketTCP& socket, unsigned int ms) {
   if (!socket.IsValid()) return LProcessResultFailed;
-  if (socket.IsSecure() && (socket.GetBytesReady() > 0 || HasTlsEnded(socket))) return LProcessResultOk;
-  return WaitForDescriptor(process, socket.fd, ms);
+  if (HasTlsDataOrEnd(socket)) return LProcessResultOk;
+  for (;;) {
+    const LProcessResult waited = WaitForDescriptor(process, socket.fd, ms);
+    if (waited != LProcessResultOk || !IsConnectedTls(socket) || HasTlsDataOrEnd(socket)) return waited;
+  }
 }
 
 LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LIPSocketTCPRef socket,

@@ -79,7 +79,7 @@ class LSSLSocketTCP {
   [[nodiscard]] bool Handshake(unsigned int ms);
   /// InitSSL and Handshake within `ms` (kWaitForever: without limit).
   [[nodiscard]] bool ConvertSocketToSSLTimeOut(unsigned int ms);
-  /// What can be read now, bytes: what the TLS layer holds decrypted, else what waits on the descriptor.
+  /// What can be read now, bytes: on TLS decrypted ones, else what waits on the descriptor.
   [[nodiscard]] size_t GetBytesReady();
   /// TLS only: reads to the first byte that stands in `characters`, at most `size`. Negative if nothing came
   /// and the stream failed.

@@ -88,8 +88,13 @@ LSSLSocketTCP::~LSSLSocketTCP() {
 }
 
 void LSSLSocketTCP::CloseSocketAndContext() {
-  // One try: a peer that takes no more bytes gets no close notice.
-  if (pContext) (void)platform::TlsClose(pContext);
+  if (pContext) {
+    // Session tickets that nobody read would turn the close into a reset, and a reset takes back what the
+    // peer has not read yet: the end of an upload.
+    (void)platform::TlsFetchReadSize(pContext);
+    // One try: a peer that takes no more bytes gets no close notice.
+    (void)platform::TlsClose(pContext);
+  }
   if (IsValid()) platform::NetClose(fd);
   fd = -1;
   if (pContext) platform::TlsDestroy(pContext);
@@ -139,12 +144,10 @@ bool LSSLSocketTCP::ConvertSocketToSSLTimeOut(unsigned int ms) {
 }
 
 size_t LSSLSocketTCP::GetBytesReady() {
-  if (pContext) {
-    if (platform::TlsGetState(pContext) != TlsState::kConnected) return 0;
-    const size_t buffered = platform::TlsBufferedReadSize(pContext);
-    if (buffered > 0) return buffered;
-  }
-  return platform::NetBytesReady(fd);
+  if (!pContext) return platform::NetBytesReady(fd);
+  // Encrypted bytes on the descriptor need not be data: a server sends session tickets right after the
+  // handshake.
+  return platform::TlsGetState(pContext) == TlsState::kConnected ? platform::TlsFetchReadSize(pContext) : 0;
 }
 
 ssize_t LSSLSocketTCP::ReadToCharacter(char* buffer, size_t size, const char* characters) {

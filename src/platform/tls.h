@@ -50,8 +50,9 @@ TlsStatus TlsRead(TlsStream* stream, void* data, size_t size, size_t& moved);
 TlsStatus TlsWrite(TlsStream* stream, const void* data, size_t size, size_t& moved);
 /// Pushes out what a write left behind; kOk when nothing is left.
 TlsStatus TlsFlush(TlsStream* stream);
-/// Decrypted bytes that TlsRead would give without the transport.
-size_t TlsBufferedReadSize(TlsStream* stream);
+/// Takes in what the transport has and tells how many bytes TlsRead would now give without it. 0 when what
+/// came is no data: half a record, a session ticket, or the end of the stream, which then shows in the state.
+size_t TlsFetchReadSize(TlsStream* stream);
 TlsState TlsGetState(const TlsStream* stream);
 /// True when the peer ended the stream with its close notice, false when it just went.
 bool TlsPeerClosedCleanly(const TlsStream* stream);

@@ -4,6 +4,8 @@
 #include <sys/file.h>
 #include <time.h>
 
+#include <algorithm>
+
 #include "platform/clock.h"
 #include "platform/file_io.h"
 #include "support/files.h"
@@ -149,10 +151,10 @@ void LOGWARNF(const char* format, ...) {
 
 /// The label and an asterisk for each byte of the password; the command's own word is left out.
 static void MaskPassword(char (&out)[kWireSize], const char* command) {
-  TextCopy(out, kCommandLabel);
-  if (strlen(command) <= kPasswordAt) return;
-  size_t asterisks = strcspn(command + kPasswordAt, "\r\n");
-  for (; asterisks != 0 && strlen(out) < kWireSize - 1; --asterisks) TextAppend(out, "*");
+  const size_t asterisks = strlen(command) > kPasswordAt ? strcspn(command + kPasswordAt, "\r\n") : 0;
+  char stars[kWireSize];
+  memset(stars, '*', sizeof stars);
+  TextFormat(out, "%s%.*s", kCommandLabel, static_cast<int>(std::min(asterisks, sizeof stars)), stars);
 }
 
 void LOGFTPCOMMAND(const char* command) {

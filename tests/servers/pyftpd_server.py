@@ -27,7 +27,6 @@ def main():
     handler = {"plain": FTPHandler, "explicit": TLS_FTPHandler, "implicit": ImplicitTlsHandler}[security]
     handler.authorizer = authorizer
     handler.masquerade_address = "127.0.0.1"
-    handler.use_gmt_times = False
     if security != "plain":
         handler.certfile = sys.argv[6]
         handler.tls_control_required = True

@@ -1,65 +1,59 @@
-// Reads back what a test wrote to the history: sends the log to a folder of its own and gives the lines
-// without their time. Main thread; one at a time.
+// Reads back what a test wrote to the history. The daily file goes to a folder that is removed at the end.
+// Main thread; captures may be nested, and then the inner one gets the lines.
 #pragma once
 
-#include <dirent.h>
-#include <fstream>
+#include <filesystem>
 #include <stdlib.h>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "support/log.h"
 
-class HistoryCapture {
+class HistoryCapture : private LLogPane {
  public:
-  HistoryCapture() : former_folder_(gLLog.Folder()) {
+  struct Line {
+    unsigned char level;
+    std::string text;
+  };
+
+  HistoryCapture() : former_pane_(gLLog.Pane()), former_folder_(gLLog.Folder()) {
     char folder[] = "/tmp/orvane-history-XXXXXX";
     folder_ = mkdtemp(folder) ? folder : "";
     gLLog.SetFolder(folder_.c_str());
+    gLLog.SetPane(this);
   }
   HistoryCapture(const HistoryCapture&) = delete;
   HistoryCapture& operator=(const HistoryCapture&) = delete;
   ~HistoryCapture() {
+    gLLog.SetPane(former_pane_);
     gLLog.SetFolder(former_folder_.c_str());
-    for (const std::string& file : Files()) unlink(file.c_str());
-    rmdir(folder_.c_str());
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
   }
 
-  /// The texts of all lines so far, in order.
+  /// Everything so far, in order.
+  const std::vector<Line>& All() const { return lines_; }
   std::vector<std::string> Lines() const {
-    constexpr size_t kTimeSize = 9;  // "hh:mm:ss "
-    std::vector<std::string> lines;
-    for (const std::string& file : Files()) {
-      std::ifstream stream(file, std::ios::binary);
-      for (std::string line; std::getline(stream, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        lines.push_back(line.size() > kTimeSize ? line.substr(kTimeSize) : line);
-      }
-    }
-    return lines;
+    std::vector<std::string> texts;
+    for (const Line& line : lines_) texts.push_back(line.text);
+    return texts;
   }
-  /// Those that are neither a command nor a reply.
+  /// What is neither a command nor a reply.
   std::vector<std::string> Messages() const {
-    std::vector<std::string> messages;
-    for (const std::string& line : Lines()) {
-      if (line.rfind("コマンド: ", 0) != 0 && line.rfind("応答: ", 0) != 0) messages.push_back(line);
+    std::vector<std::string> texts;
+    for (const Line& line : lines_) {
+      if (line.level < kLogCommand) texts.push_back(line.text);
     }
-    return messages;
+    return texts;
   }
 
  private:
-  std::vector<std::string> Files() const {
-    std::vector<std::string> files;
-    DIR* directory = folder_.empty() ? nullptr : opendir(folder_.c_str());
-    if (!directory) return files;
-    while (const dirent* entry = readdir(directory)) {
-      if (entry->d_name[0] != '.') files.push_back(folder_ + "/" + entry->d_name);
-    }
-    closedir(directory);
-    return files;
+  void DisplayStatus(const char* /*time*/, const char* text, unsigned char level) override {
+    lines_.push_back({level, text});
   }
 
+  LLogPane* former_pane_;
   std::string former_folder_;
   std::string folder_;
+  std::vector<Line> lines_;
 };

@@ -75,7 +75,7 @@ RealServer::Launch RealServer::ConfigureVsftpd() const {
       "anonymous_enable=YES\nlocal_enable=NO\nsecure_email_list_enable=YES\n"
       "write_enable=YES\nanon_upload_enable=YES\nanon_mkdir_write_enable=YES\nanon_other_write_enable=YES\n"
       "anon_world_readable_only=NO\nanon_umask=022\nallow_writeable_chroot=YES\n"
-      "pasv_address=127.0.0.1\nconnect_from_port_20=NO\nuse_localtime=YES\n"
+      "pasv_address=127.0.0.1\nconnect_from_port_20=NO\n"
       "xferlog_enable=YES\nmax_login_fails=1\ndelay_failed_login=0\n";
   text += "listen_port=" + std::to_string(port_) + "\nftp_username=nobody\nanon_root=" + folder_ +
           "\nemail_password_file=" + Work("passwords") + "\nvsftpd_log_file=" + Work("log") +

@@ -1,8 +1,8 @@
 #include "support/scripted_server.h"
 
 #include <chrono>
-#include <csignal>
 #include <condition_variable>
+#include <csignal>
 #include <deque>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -52,8 +52,9 @@ class ScriptedServer::Conversation {
   ServerChannel data_;
   int passive_ = -1;  ///< The socket of the last 227.
   bool receive_meanwhile_ = false;
-  bool entry_open_ = false;  ///< The last text of `received_` belongs to the present data connection.
-  std::string input_;        ///< Bytes of the control connection that are no whole line yet.
+  bool ignore_input_ = false;  ///< Of the present client.
+  bool entry_open_ = false;    ///< The last text of `received_` belongs to the present data connection.
+  std::string input_;          ///< Bytes of the control connection that are no whole line yet.
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
@@ -117,6 +118,7 @@ void ScriptedServer::Conversation::AcceptControl() {
   if (fd == -1) return;
   control_.Take(fd);
   input_.clear();
+  ignore_input_ = false;
   std::unique_ptr<Step> step = TakeStep(true);
   if (!step) {
     Problem("a connection that the script does not await");
@@ -130,6 +132,7 @@ void ScriptedServer::Conversation::ReadControl() {
   ServerChannel::Status status;
   do {
     status = control_.ReadAvailable(input_);
+    if (ignore_input_) input_.clear();
     size_t end;
     while ((end = input_.find('\n')) != std::string::npos) {
       const std::string line = input_.substr(0, end + 1);
@@ -323,6 +326,10 @@ Step& Step::Delay(int ms) {
   return Then([ms](Conversation& server) { server.Pause(ms); });
 }
 
+Step& Step::IgnoreInput() {
+  return Then([](Conversation& server) { server.ignore_input_ = true; });
+}
+
 Step& Step::Close() {
   return Then([](Conversation& server) { server.control_.Close(); });
 }
@@ -333,6 +340,10 @@ Step& Step::Reset() {
 
 Step& Step::StartTls(bool succeeds) {
   return Then([succeeds](Conversation& server) { server.StartTls(succeeds); });
+}
+
+Step& Step::TryTls() {
+  return Then([](Conversation& server) { (void)server.control_.StartTls(server.tls_); });
 }
 
 Step& Step::ReplyPassive() {

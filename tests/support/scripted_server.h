@@ -41,10 +41,12 @@ class ScriptedServer {
     Step& Raw(const std::string& bytes);                         ///< As they are: half a line, garbage.
     Step& Delay(int ms);
     Step& Silence() { return *this; }
+    Step& IgnoreInput();  ///< What this client sends from here on is no command.
     Step& Close();
     Step& Reset();
     /// The server's side of the handshake; `succeeds` false where the story wants it to fail.
     Step& StartTls(bool succeeds = true);
+    Step& TryTls();  ///< The same, whatever comes of it.
 
     // On the data connection.
     Step& ReplyPassive();         ///< 227 with the address of a new listening socket.

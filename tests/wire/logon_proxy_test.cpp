@@ -60,8 +60,7 @@ TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
         {"PASS secret", "230 In"}}},
       {1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", "220 Ready"}, {"USER anna", "230 In"}}},
       {1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", "331 Password"}, {"PASS secret", "230 In"}}},
-      {2,
-       {{"OPEN ftp.example:2121", "220 Ready"}, {"USER anna", "331 Password"}, {"PASS secret", "230 In"}}},
+      {2, {{"OPEN ftp.example:2121", "220 Ready"}, {"USER anna", "331 Password"}, {"PASS secret", "230 In"}}},
       {3, {{"USER anna@ftp.example:2121", "331 Password"}, {"PASS secret", "230 In"}}},
       {3,
        {{"USER anna@ftp.example:2121", "220 Ready"},
@@ -108,9 +107,10 @@ TEST_P(LogonProxy, OfAnUnknownTypeFailsAfterTheGreeting) {
 TEST_P(LogonProxy, TellsWhichProxyCannotBeReached) {
   LNetSetFtpProxySettings("255.255.255.255", "", "", kFtpProxyOpen);
   EXPECT_EQ(LogOnThroughProxy(kImplicit), LProcessResultFailed);
-  EXPECT_THAT(history.Messages(),
-              ElementsAre("サーバ255.255.255.255（ポート990）に接続できませんでした。正しいサーバーアドレスとポートが"
-                          "入力されていることを確認してください。"));
+  EXPECT_THAT(
+      history.Messages(),
+      ElementsAre("サーバ255.255.255.255（ポート990）に接続できませんでした。正しいサーバーアドレスとポートが"
+                  "入力されていることを確認してください。"));
   Use(2);
   gFtpTimeouts.greetingMs = kShortMs;
   server.Accept().Silence();
@@ -129,20 +129,36 @@ struct FailureRow {
 TEST_P(LogonProxy, TellsOfEachStepThatFails) {
   const std::string check = "接続を確認してください。";
   const FailureRow rows[] = {
-      {"no answer to the proxy's user", 1, {{"USER pia", nullptr}}, "ユーザー名に対してサーバー",
+      {"no answer to the proxy's user",
+       1,
+       {{"USER pia", nullptr}},
+       "ユーザー名に対してサーバー",
        "からの応答がありません。" + check},
-      {"no answer to the proxy's password", 4, {{"USER pia", "331 x"}, {"PASS proxypass", nullptr}},
-       "パスワードに対してサーバー", "からの応答がありません。" + check},
+      {"no answer to the proxy's password",
+       4,
+       {{"USER pia", "331 x"}, {"PASS proxypass", nullptr}},
+       "パスワードに対してサーバー",
+       "からの応答がありません。" + check},
       {"the proxy's user refused", 1, {{"USER pia", "530 No"}}, "", ""},
       {"the proxy's user not understood", 4, {{"USER pia", "500 What"}}, "", ""},
       {"the proxy's password refused", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "530 No"}}, "", ""},
       {"the proxy wants an account", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "332 x"}}, "", ""},
-      {"no answer to SITE", 1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}}, "サーバー",
+      {"no answer to SITE",
+       1,
+       {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}},
+       "サーバー",
        "からの応答がありません。" + check},
       {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", "からの応答が不明です。"},
-      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", "からの応答が不明です。"},
-      {"no answer to the server's user", 2, {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}},
-       "サーバー", "からの応答がありません。" + check},
+      {"logged on at once",
+       3,
+       {{"USER anna@ftp.example:2121", "230 In"}},
+       "サーバー",
+       "からの応答が不明です。"},
+      {"no answer to the server's user",
+       2,
+       {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}},
+       "サーバー",
+       "からの応答がありません。" + check},
   };
   for (const FailureRow& row : rows) {
     SCOPED_TRACE(row.name);
@@ -168,9 +184,10 @@ TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
   Use(1);
   server.Greet("220 Proxy");
   EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  EXPECT_THAT(history.Messages(),
-              ElementsAre(kHasLineEnd,
-                          Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
+  EXPECT_THAT(
+      history.Messages(),
+      ElementsAre(kHasLineEnd,
+                  Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
 
   proxy_user = "pia";
   proxy_password = "word\nDELE a";
@@ -192,8 +209,7 @@ TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
   server.Greet("220 Proxy");
   EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
   const std::vector<std::string> all = history.Messages();
-  EXPECT_THAT(std::vector<std::string>(all.end() - 2, all.end()),
-              ElementsAre(kCommandTooLong, notRouted));
+  EXPECT_THAT(std::vector<std::string>(all.end() - 2, all.end()), ElementsAre(kCommandTooLong, notRouted));
 }
 
 TEST_P(LogonProxy, GetsNoExplicitTls) {

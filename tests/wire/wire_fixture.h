@@ -1,5 +1,5 @@
-// What all tests of the wire start from: a scripted server, a session, a process that records, the history, and
-// short time-outs. Every test runs twice: with replies as they are, and cut into segments of one byte.
+// What all tests of the wire start from: a scripted server, a session, a process that records, the history,
+// and short time-outs. Every test runs twice: with replies as they are, and cut into segments of one byte.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -58,7 +58,8 @@ class WireTest : public testing::TestWithParam<bool> {
     server.Expect("NOOP").Reply("200 In step");
     LProcessInterfaceVoid unstoppable;
     char reply[kTextSize];
-    EXPECT_EQ(ProcessFtpSendAndWaitForReply(unstoppable, session, "NOOP\r\n", nullptr, &reply), LProcessResultOk);
+    EXPECT_EQ(ProcessFtpSendAndWaitForReply(unstoppable, session, "NOOP\r\n", nullptr, &reply),
+              LProcessResultOk);
     EXPECT_STREQ(reply, "In step");
   }
 
@@ -72,7 +73,8 @@ class WireTest : public testing::TestWithParam<bool> {
   const FtpTimeouts former_timeouts;
 };
 
-#define WIRE_SUITE(name)                                                                              \
-  INSTANTIATE_TEST_SUITE_P(Segments, name, testing::Bool(), [](const testing::TestParamInfo<bool>& info) { \
-    return info.param ? "OneByte" : "Whole";                                                          \
-  })
+inline std::string SegmentsName(const testing::TestParamInfo<bool>& parameter) {
+  return parameter.param ? "OneByte" : "Whole";
+}
+
+#define WIRE_SUITE(name) INSTANTIATE_TEST_SUITE_P(Segments, name, testing::Bool(), SegmentsName)

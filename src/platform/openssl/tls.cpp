@@ -62,8 +62,7 @@ struct TlsStream {
   bool isBroken = false;
   bool isClosedByPeer = false;  ///< The peer's close notice has come.
   bool isCloseNoticeSent = false;
-  /// While false the BIO gives only what it holds: the transport is known to be empty, or is not to be
-  /// touched.
+  /// False for the rest of a step in which the transport has proved empty: spares a call that finds nothing.
   bool mayReadTransport = true;
   /// The transport's own end, kept until the bytes that came before it are used up.
   TlsStatus transportEnd = TlsStatus::kOk;
@@ -369,24 +368,19 @@ TlsStatus TlsFlush(TlsStream* stream) {
   return BreakByTransport(*stream, status);
 }
 
-size_t TlsBufferedReadSize(TlsStream* stream) {
-  if (stream->isBroken || stream->readEnd != TlsStatus::kOk || stream->state != TlsState::kConnected)
-    return 0;
+size_t TlsFetchReadSize(TlsStream* stream) {
+  if (stream->readEnd != TlsStatus::kOk || stream->state != TlsState::kConnected) return 0;
   const int pending = SSL_pending(stream->ssl);
   if (pending > 0) return static_cast<size_t>(pending);
-  // Nothing is decrypted; but whole records may lie in the queue, which no poll of the transport would tell
-  // of.
-  if (stream->incoming.Size() == 0 && stream->transportEnd == TlsStatus::kOk) return 0;
-  stream->mayReadTransport = false;
+  // A look at the next byte of data makes the library decrypt the record that it lies in.
+  stream->mayReadTransport = true;
   ERR_clear_error();
   char byte;
   size_t peeked = 0;
   const int result = SSL_peek_ex(stream->ssl, &byte, 1, &peeked);
-  if (result != 1) {
-    (void)StatusOfFailure(*stream, result);
-    return 0;
-  }
-  return static_cast<size_t>(std::max(SSL_pending(stream->ssl), 1));
+  if (result != 1) (void)StatusOfFailure(*stream, result);
+  (void)PushOutgoing(*stream);
+  return static_cast<size_t>(SSL_pending(stream->ssl));
 }
 
 TlsState TlsGetState(const TlsStream* stream) {

@@ -17,12 +17,12 @@ constexpr Parser::LocalDate kToday = {2021, 6, 15};
 std::string Describe(const Info& info) {
   const auto& date = info.lastModified;
   char when[80];
-  snprintf(when, sizeof when, "%d-%d-%d", date.year, date.month, date.day);
-  if (!date.dateKnown) strcat(when, "?");
-  if (date.timeKnown) snprintf(when + strlen(when), 24, " %02d:%02d", date.hour, date.minute);
+  snprintf(when, sizeof when, "%d-%d-%d%s", date.year, date.month, date.day, date.dateKnown ? "" : "?");
+  char clock[40] = "";
+  if (date.timeKnown) snprintf(clock, sizeof clock, " %02d:%02d", date.hour, date.minute);
   const char* kind = info.isDirectory ? "dir" : info.isSymbolicLink ? "link" : "file";
   return std::string(kind) + "|" + info.attributes + "|" + info.owner + "|" + info.group + "|" +
-         std::to_string(info.size) + "|" + when + "|" + info.name;
+         std::to_string(info.size) + "|" + when + clock + "|" + info.name;
 }
 
 struct Row {

@@ -1,0 +1,65 @@
+// Getting in, and being kept out.
+#include "servers/server_fixture.h"
+
+namespace {
+
+class ServerLogon : public ServerTest {};
+
+TEST_P(ServerLogon, LogsOn) {
+  LogOn();
+  EXPECT_EQ(GetParam().security != ServerSecurity::kPlain, session.IsSecure());
+  char directory[kTextSize];
+  ASSERT_TRUE(session.GetCurrentDirectory(directory));
+  // The servers that change their root say "/".
+  EXPECT_TRUE(directory == std::string("/") || directory == server.Folder()) << directory;
+  EXPECT_FALSE(HistoryHas(RealServer::Password())) << "the history shows the password";
+}
+
+TEST_P(ServerLogon, LogsOnAgainOnTheSameSession) {
+  LogOn();
+  LogOn();
+  EXPECT_TRUE(session.SetCurrentDirectory("."));
+}
+
+TEST_P(ServerLogon, WrongPassword) {
+  EXPECT_EQ(LProcessResultFailed, LogOnWith("wrong-word"));
+  EXPECT_TRUE(HistoryHas("530"));
+  EXPECT_FALSE(HistoryHas("wrong-word")) << "the history shows the password";
+  LogOn();
+}
+
+SERVER_SUITE(ServerLogon);
+
+/// Servers that show a certificate of an authority that nobody trusts.
+class UnknownServer : public ServerTest {
+ protected:
+  std::string Message(const char* before, const char* after) const {
+    const std::string address = server.Address();
+    return std::string(before) + "127.0.0.1（ポート" + address.substr(address.find(':') + 1) + "）" + after;
+  }
+};
+
+TEST_P(UnknownServer, IsToldNothing) {
+  EXPECT_EQ(LProcessResultFailed, LogOnWith(RealServer::Password()));
+  const bool isExplicit = GetParam().security == ServerSecurity::kExplicitTls;
+  const std::string message =
+      isExplicit
+          ? Message("サーバー", "でSSL/TSLを使うことができません。セキュリティ保護無しを試しています。")
+          : Message("サーバー",
+                    "からの応答がありません。正しいサーバーアドレスとポートが入力されていることを"
+                    "確認してください。");
+  EXPECT_TRUE(HistoryHas(message)) << message;
+  EXPECT_FALSE(HistoryHas("USER"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, UnknownServer, testing::ValuesIn([] {
+                           std::vector<ServerSetup> secure;
+                           for (ServerSetup setup : OfferedServers()) {
+                             setup.certificate = ServerCertificate::kUnknownAuthority;
+                             if (setup.security != ServerSecurity::kPlain) secure.push_back(setup);
+                           }
+                           return secure;
+                         }()),
+                         NameOfParameter);
+
+}  // namespace

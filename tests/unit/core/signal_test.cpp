@@ -1,0 +1,92 @@
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <thread>
+
+#include "core/process.h"
+#include "core/signal_object.h"
+#include "stoppable.h"
+
+namespace {
+
+TEST(Signal, StaysSetUntilItIsReset) {
+  LSignalObject signal;
+  EXPECT_FALSE(signal.IsSignalled());
+  signal.Signal();
+  signal.Signal();
+  EXPECT_TRUE(signal.IsSignalled());
+  EXPECT_TRUE(signal.IsSignalled());
+  LSignalObjectRef ref = signal.Ref();
+  ref.Reset();
+  EXPECT_FALSE(signal.IsSignalled());
+  signal.Signal();
+  EXPECT_TRUE(signal.IsSignalled());
+}
+
+TEST(Signal, FullPipeIsSignalledAndDoesNotBlock) {
+  LSignalObject signal;
+  for (int i = 0; i < 70000; ++i) signal.Signal();
+  EXPECT_TRUE(signal.IsSignalled());
+  signal.Reset();
+  EXPECT_FALSE(signal.IsSignalled());
+}
+
+TEST(Signal, IsNotInheritedByAnotherProgram) {
+  LSignalObject signal;
+  EXPECT_TRUE(fcntl(signal.Ref().fd, F_GETFD) & FD_CLOEXEC);
+  EXPECT_TRUE(fcntl(signal.Ref().fd, F_GETFL) & O_NONBLOCK);
+}
+
+TEST(Signal, WakesAWaitInAnotherThread) {
+  LSignalObject signal;
+  std::thread other([&] { signal.Signal(); });
+  LProcessInterfaceVoid process;
+  EXPECT_EQ(process.ProcessWaitSignalForever(signal.Ref()), LProcessResultOk);
+  other.join();
+}
+
+TEST(Signal, ClosesBothEnds) {
+  int fd = -1;
+  {
+    LSignalObject signal;
+    fd = signal.Ref().fd;
+  }
+  LSignalObject again;
+  EXPECT_EQ(again.Ref().fd, fd) << "The lowest free descriptor is that of the one before";
+}
+
+TEST(SignalGroup, HoldsTwoHundredFiftySix) {
+  LSignalObject signal;
+  LSignalObjectGroup group;
+  for (size_t i = 0; i < LSignalObjectGroup::kCapacity; ++i) EXPECT_TRUE(group.Add(signal.Ref()));
+  EXPECT_FALSE(group.Add(signal.Ref()));
+  EXPECT_EQ(group.count, 256u);
+}
+
+void DoNothing(int) {}
+
+TEST(SignalPoll, SystemSignalsDoNotEndAWait) {
+  struct sigaction action = {};
+  action.sa_handler = &DoNothing;
+  struct sigaction before = {};
+  sigaction(SIGUSR1, &action, &before);
+  LSignalObject signal;
+  const pthread_t waiting = pthread_self();
+  std::thread other([&] {
+    for (int i = 0; i < 5; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      pthread_kill(waiting, SIGUSR1);
+    }
+  });
+  LProcessInterfaceVoid process;
+  const Stopwatch watch;
+  EXPECT_EQ(process.ProcessWaitSignal(signal.Ref(), 120), LProcessResultFailed);
+  EXPECT_GE(watch.Ms(), 119);
+  const Stopwatch sleep;
+  EXPECT_EQ(process.ProcessWait(30), LProcessResultOk);
+  EXPECT_GE(sleep.Ms(), 29);
+  other.join();
+  sigaction(SIGUSR1, &before, nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,154 @@
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "ftp/dir_iterator.h"
+#include "ftp/facts.h"
+
+namespace {
+
+using Item = LFileTransferProtocol::DirIterator::Item;
+
+/// A zone without summer time, so that an offset of now and of then are the same.
+class ListingRules : public testing::Test {
+ protected:
+  ListingRules() {
+    setenv("TZ", "Asia/Tokyo", 1);
+    tzset();
+  }
+  ~ListingRules() override {
+    unsetenv("TZ");
+    tzset();
+  }
+
+  static int64_t Utc(int year, int month, int day, int hour, int minute, int second) {
+    struct tm parts = {};
+    parts.tm_year = year - 1900;
+    parts.tm_mon = month - 1;
+    parts.tm_mday = day;
+    parts.tm_hour = hour;
+    parts.tm_min = minute;
+    parts.tm_sec = second;
+    return timegm(&parts);
+  }
+};
+
+TEST_F(ListingRules, ReadFactsLines) {
+  const struct {
+    const char* line;
+    const char* name;
+    bool typeKnown, directory, link;
+    int64_t size;  ///< -1: not known.
+    bool modified;
+    const char* attributes;
+  } rows[] = {
+      {"type=dir;modify=20200102030405; My Folder", "My Folder", true, true, false, -1, true, ""},
+      {"Type=File;Size=12;Modify=20200102030405.123;UNIX.mode=0644; A b.TXT", "A b.TXT", true, false, false,
+       12, true, "0644"},
+      {"type=OS.unix=slink:/target;size=3; link", "link", true, true, true, 3, false, ""},
+      {"type=OS.unix=socket; sock", "sock", true, true, false, -1, false, ""},
+      {"type=OS.unix; odd", "odd", true, true, false, -1, false, ""},
+      {"type=cdir; .", ".", true, true, false, -1, false, ""},
+      {"type=pdir; ..", "..", true, true, false, -1, false, ""},
+      {"size=18446744073709551615; huge", "huge", false, false, false, INT64_MAX, false, ""},
+      {"type=file;   blanks in front are dropped", "blanks in front are dropped", true, false, false, -1,
+       false, ""},
+      {"type=file;noblank", "type=file;noblank", true, false, false, -1, false, ""},
+      {"type=file; ", "", true, false, false, -1, false, ""},
+      {"x", "x", false, false, false, -1, false, ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.line);
+    Item item;
+    ASSERT_TRUE(FtpItemFromFactsLine(row.line, "*", item));
+    EXPECT_STREQ(item.name, row.name);
+    EXPECT_EQ(item.typeKnown, row.typeKnown);
+    EXPECT_EQ(item.isDirectory, row.directory);
+    EXPECT_EQ(item.isSymbolicLink, row.link);
+    EXPECT_EQ(item.sizeKnown, row.size != -1);
+    if (row.size != -1) {
+      EXPECT_EQ(item.size, static_cast<uint64_t>(row.size));
+    }
+    EXPECT_EQ(item.modifiedKnown, row.modified);
+    if (row.modified) {
+      EXPECT_EQ(item.modified, Utc(2020, 1, 2, 3, 4, 5));
+    }
+    EXPECT_STREQ(item.attributes, row.attributes);
+    EXPECT_TRUE(item.attributesKnown && item.ownerKnown && item.groupKnown);
+  }
+}
+
+TEST_F(ListingRules, ReadListingLines) {
+  Item dated;
+  ASSERT_TRUE(FtpItemFromListingLine("-rw-r--r-- 1 anna staff 4096 Jan 15 2019 a b.txt", "*", dated));
+  EXPECT_STREQ(dated.name, "a b.txt");
+  EXPECT_STREQ(dated.attributes, "-rw-r--r--");
+  EXPECT_STREQ(dated.owner, "anna");
+  EXPECT_STREQ(dated.group, "staff");
+  EXPECT_EQ(dated.size, 4096u);
+  EXPECT_FALSE(dated.isDirectory);
+  // The server's time as it stands, on the clock of this machine.
+  EXPECT_EQ(dated.modified, Utc(2019, 1, 14, 15, 0, 0));
+
+  Item link;
+  ASSERT_TRUE(FtpItemFromListingLine("lrwxrwxrwx 1 anna staff 1 Jan 15 2019 x -> y", "*", link));
+  EXPECT_STREQ(link.name, "x -> y");
+  EXPECT_TRUE(link.isSymbolicLink);
+  EXPECT_FALSE(link.isDirectory);
+
+  Item none;
+  EXPECT_FALSE(FtpItemFromListingLine("total 8", "*", none));
+}
+
+TEST_F(ListingRules, MatchWithoutRegardToCase) {
+  const struct {
+    const char* pattern;
+    const char* name;
+    bool matches;
+  } rows[] = {
+      {"*", "", true},       {"*", "a", true},           {"*.TXT", "a.txt", true}, {"*.txt", "A.TXT", true},
+      {"*.txt", "a", false}, {"?.txt", "ab.txt", false}, {"a?", "AB", true},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.pattern) + " on " + row.name);
+    EXPECT_EQ(FtpNameMatches(row.pattern, row.name), row.matches);
+    Item item;
+    const std::string line = std::string("type=file; ") + row.name;
+    EXPECT_EQ(FtpItemFromFactsLine(line.c_str(), row.pattern, item), row.matches);
+  }
+  Item item;
+  EXPECT_FALSE(FtpItemFromListingLine("-rw-r--r-- 1 a b 1 Jan 15 2019 x.txt", "*.c", item));
+}
+
+TEST_F(ListingRules, TakeStampsAsTheyCome) {
+  const struct {
+    const char* stamp;
+    int64_t time;
+  } rows[] = {
+      {"20201231235959", Utc(2020, 12, 31, 23, 59, 59)},
+      {"20201231235959.999", Utc(2020, 12, 31, 23, 59, 59)},
+      {"202012312359", Utc(2020, 12, 31, 23, 59, 0)},
+      {"99", Utc(1998, 11, 30, 0, 0, 0)},  // Month 0 and day 0 carry back.
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.stamp);
+    int64_t time = 1;
+    FtpTimeFromStamp(row.stamp, time);
+    EXPECT_EQ(time, row.time);
+  }
+}
+
+TEST_F(ListingRules, FindFacts) {
+  char value[kTextSize] = "untouched";
+  EXPECT_TRUE(FtpFactValue("a=1;size=12;b=2", "size=", value));
+  EXPECT_STREQ(value, "12");
+  EXPECT_TRUE(FtpFactValue("size=", "size=", value));
+  EXPECT_STREQ(value, "");
+  EXPECT_FALSE(FtpFactValue("Size=12", "size=", value));
+  EXPECT_EQ(FtpNumber("12abc"), 12);
+  EXPECT_EQ(FtpNumber("-1"), -1);
+  EXPECT_EQ(FtpNumber("x"), 0);
+}
+
+}  // namespace

@@ -1,0 +1,107 @@
+// What the tests of data connections share: a session on a plain or a secure connection, short stories for
+// the commands around a data connection, and a folder for local files.
+#pragma once
+
+#include <chrono>
+
+#include "ftp/data_connection.h"
+#include "ftp/transfer_progress.h"
+#include "support/scratch_folder.h"
+#include "support/test_certificates.h"
+#include "wire/wire_fixture.h"
+
+class DataTest : public WireTest {
+ protected:
+  using Session = LFileTransferProtocol;
+  using Step = ScriptedServer::Step;
+  using Statuses = std::vector<std::pair<int, std::string>>;
+
+  DataTest() {
+    FtpTimeouts& table = gFtpTimeouts;
+    for (unsigned* limit :
+         {&table.dataConnectMs, &table.dataHandshakeMs, &table.dataReplyLineMs, &table.listingLineMs,
+          &table.closingReplyMs, &table.receiveBlockMs, &table.sendBlockMs, &table.noopSendMs,
+          &table.noopReplyMs, &table.lateReplyUploadMs, &table.aborSendDownloadMs, &table.aborSendUploadMs,
+          &table.aborReplyMs}) {
+      *limit = kAmpleMs;
+    }
+    table.dataCloseMs = kShortMs;
+    // A stop in the middle of a reply leaves its end, behind which nothing comes.
+    table.drainReplyMs = 500;
+    server.UseTls(TestServerContext(TestCertificate::kGood));
+  }
+
+  /// A session whose features are `capabilities`, and no others.
+  void Begin(uint32_t capabilities = 0) {
+    Connect();
+    session.uCapabilities = Session::bFeaturesKnown | capabilities;
+  }
+  void BeginSecure(uint32_t capabilities = 0) {
+    server.Accept().StartTls();
+    ConnectToGreeting();
+    ASSERT_TRUE(session.ConvertSocketToSSLTimeOut(kAmpleMs));
+    session.uCapabilities = Session::bFeaturesKnown | capabilities;
+  }
+  void BeginAs(bool secure, uint32_t capabilities = 0) {
+    secure ? BeginSecure(capabilities) : Begin(capabilities);
+  }
+
+  void ExpectProtection() {
+    server.Expect("PBSZ 0").Reply("200 ok");
+    server.Expect("PROT P").Reply("200 ok");
+  }
+  /// From the protection to PASV, for data of that type.
+  void ExpectPassive(const std::string& type) {
+    if (session.IsSecure()) ExpectProtection();
+    server.Expect("TYPE " + type).Reply("200 ok");
+    server.Expect("PASV").ReplyPassive();
+  }
+  void ExpectSize(const std::string& name, size_t size) {
+    server.Expect("TYPE I").Reply("200 ok");
+    server.Expect("SIZE " + name).Reply("213 " + std::to_string(size));
+  }
+  /// The command is answered with 150; on a secure session the server's TLS follows the answer.
+  Step& ExpectData(const std::string& command) {
+    Step& step = server.Expect(command).Reply("150 Here it comes");
+    return session.IsSecure() ? step.DataTls() : step;
+  }
+  /// A whole LIST exchange.
+  void ExpectListing(const std::string& command, const std::string& lines) {
+    ExpectPassive("A");
+    ExpectData(command).DataSend(lines).Reply("226 Done");
+  }
+
+  /// Stops as soon as `isTime` says so.
+  void StopWhen(std::function<bool()> isTime) {
+    process.OnQuestion([this, isTime] {
+      if (isTime()) process.StopNow();
+    });
+  }
+  std::vector<std::string> Commands() const { return server.Commands(); }
+  std::string LastCommand() const {
+    const std::vector<std::string> commands = server.Commands();
+    return commands.empty() ? "" : commands.back();
+  }
+  std::vector<std::string> StatusesAt(int level) const {
+    std::vector<std::string> texts;
+    for (const auto& [at, status] : process.Statuses()) {
+      if (at == level) texts.push_back(status);
+    }
+    return texts;
+  }
+  /// Bytes that tell their place, so that a lost or doubled piece shows.
+  static std::string Content(size_t size) {
+    std::string bytes(size, 0);
+    for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>((i * 2654435761u) >> 13);
+    return bytes;
+  }
+  template <typename Call>
+  static long MillisecondsOf(Call call) {
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
+        .count();
+  }
+
+  ScratchFolder folder;
+};

@@ -1,0 +1,373 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "ftp/transfer.h"
+#include "wire/data_fixture.h"
+
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr size_t kBlock = FtpTransferProgress::kBlockSize;
+/// More than the kernel holds for both ends of a connection.
+constexpr size_t kMoreThanBuffers = 16u << 20;
+
+class Upload : public DataTest {
+ protected:
+  LProcessResult Run(bool append = false) {
+    return ProcessFtpUpload(process, session, "r.bin", folder.Path("l.bin").c_str(), &error, append);
+  }
+  void WriteLocal(const std::string& content) {
+    const std::string path = folder.Write("l.bin", content);
+    const timespec times[2] = {{1577934245, 0}, {1577934245, 0}};  // 2020-01-02 03:04:05 UTC
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+  }
+  /// The server stands still until it has been sent a NOOP. Later ones are put off.
+  Step& ExpectNoopInTheMiddle() {
+    gFtpTimeouts.noopPeriodMs = 100;
+    const size_t before = Commands().size();
+    StopWhen([this, before] {
+      if (Commands().size() > before && LastCommand() == "NOOP") gFtpTimeouts.noopPeriodMs = 60000;
+      return false;
+    });
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").Delay(200).DataReceiveMeanwhile();
+    return server.Expect("NOOP");
+  }
+
+  char error[kTextSize] = "untouched";
+};
+WIRE_SUITE(Upload);
+
+TEST_P(Upload, SendsAFile) {
+  for (const bool secure : {false, true}) {
+    SCOPED_TRACE(secure);
+    session.CloseSocket();
+    BeginAs(secure, Session::bHasMfmt);
+    const std::string content = Content(300 * kBlock + 7);
+    WriteLocal(content);
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
+    server.Expect("MFMT 20200102030405 r.bin").Reply(secure ? "213 ok" : "500 What");
+    EXPECT_EQ(Run(), LProcessResultOk);
+    EXPECT_TRUE(server.Received().back() == content);
+    EXPECT_STREQ(error, "");
+    EXPECT_THAT(history.Messages(), IsEmpty());
+    ExpectInStep();
+  }
+}
+
+TEST_P(Upload, ShowsItsProgress) {
+  Begin();
+  for (const size_t blocks : {size_t{0}, size_t{4}, size_t{1000}}) {
+    WriteLocal(Content(blocks * kBlock));
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
+    EXPECT_EQ(Run(), LProcessResultOk);
+    EXPECT_TRUE(server.Received().back() == Content(blocks * kBlock));
+  }
+  const std::string doing = "ファイルをアップロードしています...";
+  EXPECT_THAT(StatusesAt(0), ElementsAre(doing, doing, doing));
+  const std::vector<std::string> items = StatusesAt(1);
+  ASSERT_EQ(items.size(), 1u + 1 + 4 + 1 + 91);
+  EXPECT_THAT(std::vector<std::string>(items.begin(), items.begin() + 9),
+              ElementsAre("l.bin", "l.bin", "l.bin: 25%", "l.bin: 50%", "l.bin: 75%", "l.bin: 100%", "l.bin",
+                          "l.bin:  0%", "l.bin:  1%"));
+  EXPECT_EQ(items.back(), "l.bin: 90%");
+}
+
+TEST_P(Upload, ArrivesWholeHoweverLateTheServerReads) {
+  for (const bool secure : {false, true}) {
+    SCOPED_TRACE(secure);
+    session.CloseSocket();
+    BeginAs(secure);
+    // All of it fits into the kernel's buffers, and the server has something to say: closing at once with
+    // that unread would throw the data away.
+    WriteLocal(Content(100 * kBlock));
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").DataPart("unasked").Delay(150).DataReceive().Reply("226 Done");
+    EXPECT_EQ(Run(), LProcessResultOk);
+    EXPECT_TRUE(server.Received().back() == Content(100 * kBlock));
+
+    WriteLocal(Content(kMoreThanBuffers));
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").Delay(150).DataReceive().Reply("226 Done");
+    EXPECT_EQ(Run(), LProcessResultOk);
+    EXPECT_TRUE(server.Received().back() == Content(kMoreThanBuffers));
+  }
+}
+
+TEST_P(Upload, DoesNotWaitLongForAServerThatKeepsTheConnectionOpen) {
+  for (const bool secure : {false, true}) {
+    SCOPED_TRACE(secure);
+    session.CloseSocket();
+    BeginAs(secure);
+    WriteLocal(Content(kBlock));
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").DataReceive(kBlock).Reply("226 Done");
+    LProcessResult result = LProcessResultFailed;
+    EXPECT_LT(MillisecondsOf([&] { result = Run(); }), 2000);
+    EXPECT_EQ(result, LProcessResultOk);
+  }
+}
+
+TEST_P(Upload, IsWhatTheClosingReplySays) {
+  const struct {
+    const char* closing;  ///< Null for none.
+    const char* size;     ///< What SIZE says when it is asked.
+    LProcessResult result;
+    const char* message;
+  } rows[] = {
+      {"226 Done", nullptr, LProcessResultOk, nullptr},
+      {"350 Odd", nullptr, LProcessResultOk, nullptr},
+      {nullptr, nullptr, LProcessResultOk, nullptr},
+      {"426 Broken", "5", LProcessResultOk, nullptr},
+      {"426 Broken", "4", LProcessResultFailed, nullptr},
+      {"451 Disk", nullptr, LProcessResultFailed, "サーバーへのアップロード中にエラーが発生しました：Disk"},
+      {"550 No", nullptr, LProcessResultFailed, "サーバーへのアップロード中にエラーが発生しました：No"},
+      {"552 Quota", nullptr, LProcessResultFailed, nullptr},
+      {"garbage", nullptr, LProcessResultFailed, nullptr},
+  };
+  gFtpTimeouts.closingReplyMs = kShortMs;
+  Begin(Session::bHasSize);
+  WriteLocal("12345");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.closing ? row.closing : "silence");
+    const size_t messages = history.Messages().size();
+    ExpectPassive("I");
+    Step& step = ExpectData("STOR r.bin").DataReceive();
+    if (row.closing) step.Reply(row.closing);
+    if (row.size) {
+      server.Expect("TYPE I").Reply("200 ok");
+      server.Expect("SIZE r.bin").Reply(std::string("213 ") + row.size);
+    }
+    EXPECT_EQ(Run(), row.result);
+    EXPECT_EQ(history.Messages().size(), messages + (row.message ? 1 : 0));
+    if (row.message) {
+      EXPECT_EQ(history.Messages().back(), row.message);
+    }
+    ExpectInStep();
+  }
+}
+
+TEST_P(Upload, RefusedWith550IsTriedOnceMore) {
+  Begin();
+  WriteLocal("12345");
+  ExpectPassive("I");
+  server.Expect("STOR r.bin").Reply("550 Busy");
+  server.Expect("PASV").ReplyPassive();
+  ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
+  EXPECT_EQ(Run(), LProcessResultOk);
+  EXPECT_THAT(server.Received(), ElementsAre("12345"));
+  EXPECT_STREQ(error, "Busy");
+
+  ExpectPassive("I");
+  server.Expect("STOR r.bin").Reply("550 Busy");
+  server.Expect("PASV").ReplyPassive();
+  server.Expect("STOR r.bin").Reply("550 Still busy");
+  EXPECT_EQ(Run(), LProcessResultFailed);
+  EXPECT_STREQ(error, "Still busy");
+
+  ExpectPassive("I");
+  server.Expect("STOR r.bin").Reply("553 Bad name");
+  EXPECT_EQ(Run(), LProcessResultFailed);
+  EXPECT_STREQ(error, "Bad name");
+
+  // A code below 300 is no error text, but no transfer either.
+  ExpectPassive("I");
+  server.Expect("STOR r.bin").Reply("250 Done already");
+  EXPECT_EQ(Run(), LProcessResultFailed);
+  EXPECT_STREQ(error, "");
+  ExpectInStep();
+}
+
+TEST_P(Upload, AppendsWhatTheServerLacks) {
+  const struct {
+    const char* remoteSize;
+    const char* sent;
+    const char* label;
+  } rows[] = {
+      {"3", "45", "l.bin: 100%"}, {"5", "", "l.bin"}, {"9", "", "l.bin"}, {nullptr, "12345", "l.bin: 100%"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.remoteSize ? row.remoteSize : "no size");
+    session.CloseSocket();
+    Begin(Session::bHasSize);
+    WriteLocal("12345");
+    ExpectPassive("I");
+    server.Expect("APPE r.bin").Reply("150 ok");
+    server.Expect("TYPE I").Reply("200 ok");
+    if (row.remoteSize) {
+      server.Expect("SIZE r.bin").Reply(std::string("213 ") + row.remoteSize).DataReceive().Reply("226 Done");
+    } else {
+      server.Expect("SIZE r.bin").Reply("213 -2").DataReceive().Reply("226 Done");
+    }
+    EXPECT_EQ(Run(true), LProcessResultOk);
+    EXPECT_EQ(server.Received().back(), row.sent);
+    EXPECT_EQ(StatusesAt(1).back(), row.label);
+  }
+}
+
+TEST_P(Upload, FallsBackFromARefusedAppend) {
+  Begin();
+  WriteLocal("12345");
+  ExpectPassive("I");
+  server.Expect("APPE r.bin").Reply("502 What");
+  server.Expect("PASV").ReplyPassive();
+  ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
+  EXPECT_EQ(Run(true), LProcessResultOk);
+  EXPECT_THAT(server.Received(), ElementsAre("12345"));
+}
+
+TEST_P(Upload, FailsWithoutALocalFile) {
+  Begin();
+  EXPECT_EQ(Run(), LProcessResultFailed);
+  EXPECT_THAT(Commands(), IsEmpty());
+}
+
+TEST_P(Upload, FailsWhenTheConnectionBreaks) {
+  for (const bool secure : {false, true}) {
+    SCOPED_TRACE(secure);
+    session.CloseSocket();
+    BeginAs(secure);
+    WriteLocal(Content(kMoreThanBuffers));
+    ExpectPassive("I");
+    ExpectData("STOR r.bin").DataReceive(kBlock).DataReset();
+    EXPECT_EQ(Run(), LProcessResultFailed);
+  }
+}
+
+TEST_P(Upload, FailsWhenTheServerTakesNothing) {
+  gFtpTimeouts.sendBlockMs = 300;
+  Begin();
+  WriteLocal(Content(kMoreThanBuffers));
+  ExpectPassive("I");
+  ExpectData("STOR r.bin").AcceptData().Delay(1500);
+  EXPECT_EQ(Run(), LProcessResultFailed);
+}
+
+TEST_P(Upload, KeepsTheControlConnectionAlive) {
+  Begin();
+  WriteLocal(Content(kMoreThanBuffers));
+  ExpectNoopInTheMiddle().Reply("200 Still here").DataReceive().Reply("226 Done");
+  EXPECT_EQ(Run(), LProcessResultOk);
+  EXPECT_TRUE(server.Received().back() == Content(kMoreThanBuffers));
+  ExpectInStep();
+}
+
+TEST_P(Upload, EndsWhenANoopSaysThatTheDiskIsFull) {
+  Begin();
+  WriteLocal(Content(kMoreThanBuffers));
+  ExpectNoopInTheMiddle().Reply("451 Disk full");
+  EXPECT_EQ(Run(), LProcessResultFailed);
+  ExpectInStep();
+}
+
+TEST_P(Upload, StoppedInANoopEndsAtOnce) {
+  Begin();
+  WriteLocal(Content(kMoreThanBuffers));
+  ExpectNoopInTheMiddle().Silence();
+  StopWhen([this] { return LastCommand() == "NOOP"; });
+  EXPECT_EQ(Run(), LProcessResultStopped);
+}
+
+TEST_P(Upload, GathersRepliesThatComeLate) {
+  const struct {
+    const char* name;
+    std::vector<std::string> replies;
+    LProcessResult result;
+  } rows[] = {
+      {"closing reply first", {"226 Done", "200 Late"}, LProcessResultOk},
+      {"closing reply last", {"200 Late", "226 Done"}, LProcessResultOk},
+      {"full after all", {"226 Done", "451 Full"}, LProcessResultOk},  // No reply counts as success.
+      {"broken off, not whole", {"200 Late", "426 Broken"}, LProcessResultFailed},
+      {"nothing", {}, LProcessResultOk},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    session.CloseSocket();
+    gFtpTimeouts.noopReplyMs = kShortMs;
+    gFtpTimeouts.lateReplyUploadMs = kShortMs;
+    Begin(Session::bHasSize);
+    WriteLocal(Content(kMoreThanBuffers));
+    ExpectNoopInTheMiddle().Delay(300).DataReceive().ReplyLines(row.replies);
+    if (row.result != LProcessResultOk) {
+      server.Expect("TYPE I").Reply("200 ok");
+      server.Expect("SIZE r.bin").Reply("213 1");
+    }
+    EXPECT_EQ(Run(), row.result);
+    ExpectInStep();
+  }
+}
+
+TEST_P(Upload, StoppedWhileDataGoIsAborted) {
+  const struct {
+    const char* name;
+    std::vector<std::string> replies;
+    LProcessResult result;
+    const char* error;
+  } rows[] = {
+      {"aborted, then closed", {"426 Broken", "226 Abort done"}, LProcessResultStopped, ""},
+      {"aborted, then silence", {"226 Abort done"}, LProcessResultStopped, ""},
+      {"silence", {}, LProcessResultStopped, ""},
+      {"no data connection", {"425 None", "226 Abort done"}, LProcessResultFailed, "None"},
+      {"refused", {"500 What"}, LProcessResultFailed, "What"},
+  };
+  gFtpTimeouts.aborReplyMs = kShortMs;
+  gFtpTimeouts.closingReplyMs = kShortMs;
+  for (const bool secure : {false, true}) {
+    for (const auto& row : rows) {
+      SCOPED_TRACE(std::string(row.name) + (secure ? ", secure" : ""));
+      session.CloseSocket();
+      process.OnQuestion(nullptr);
+      process.StopAt(0);
+      BeginAs(secure, Session::bHasMfmt);
+      WriteLocal(Content(kMoreThanBuffers));
+      ExpectPassive("I");
+      ExpectData("STOR r.bin").DataReceive(kBlock);
+      server.Expect("ABOR").DataClose().ReplyLines(row.replies);
+      const size_t shown = process.Progress().size();
+      StopWhen([this, shown] { return process.Progress().size() > shown + 1; });
+      EXPECT_EQ(Run(), row.result);
+      EXPECT_STREQ(error, row.error);
+      EXPECT_EQ(LastCommand(), "ABOR");
+    }
+  }
+}
+
+TEST_P(Upload, StoppedBeforeItBegan) {
+  const struct {
+    const char* name;
+    std::vector<std::string> commands;
+  } rows[] = {{"TYPE", {"TYPE I"}}, {"PASV", {"TYPE I", "PASV"}}, {"STOR", {"TYPE I", "PASV", "STOR r.bin"}}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    session.CloseSocket();
+    process.OnQuestion(nullptr);
+    process.StopAt(0);
+    Begin();
+    WriteLocal("12345");
+    const size_t before = Commands().size();
+    for (const std::string& command : row.commands) {
+      Step& step = server.Expect(command);
+      if (command == row.commands.back()) step.Delay(100);
+      command == "PASV" ? step.ReplyPassive() : step.Reply("200 ok");
+    }
+    StopAfterCommands(before + row.commands.size());
+    EXPECT_EQ(Run(), LProcessResultStopped);
+    ASSERT_TRUE(server.WaitUntilDone());
+  }
+}
+
+TEST_P(Upload, NeverSendsALineEndInAName) {
+  Begin();
+  WriteLocal("12345");
+  ExpectPassive("I");
+  EXPECT_EQ(ProcessFtpUpload(process, session, "a\r\nDELE b", folder.Path("l.bin").c_str(), &error, false),
+            LProcessResultFailed);
+  EXPECT_THAT(Commands(), ElementsAre("TYPE I", "PASV"));
+}
+
+}  // namespace
