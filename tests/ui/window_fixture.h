@@ -14,8 +14,8 @@
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
 #include "ftp/timeouts.h"
-#include "support/history_capture.h"
 #include "support/settings_fixture.h"
+#include "ui/history_file.h"
 #include "ui/pane_server.h"
 #include "ui_driver.h"
 
@@ -92,7 +92,7 @@ class WindowTest : public SettingsFixture {
   /// A refresh brings the listing: the session and the window are alive.
   void ExpectUsable();
 
-  HistoryCapture history;
+  HistoryFile history;
   ui::Alerts alerts;
   std::unique_ptr<PaneServer> server;
   std::unique_ptr<LAppDelegate> delegate;

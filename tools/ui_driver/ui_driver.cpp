@@ -33,16 +33,26 @@ bool WaitUntil(const std::function<bool()>& condition, int ms) {
   return true;
 }
 
+namespace {
+
+/// Qt's testing events reach a widget past a modal window; a user's do not.
+bool IsHeldOff(const QWidget* widget) {
+  const QWidget* modal = QApplication::activeModalWidget();
+  return modal && modal != widget->window();
+}
+
+}  // namespace
+
 bool Press(platform::Window* window, int id) {
   QWidget* control = window->Control(id);
-  if (!control || !control->isVisible() || !control->isEnabled()) return false;
+  if (!control || !control->isVisible() || !control->isEnabled() || IsHeldOff(control)) return false;
   QTest::mouseClick(control, Qt::LeftButton);
   return true;
 }
 
 bool PressTool(platform::Window* window, int bar, int command) {
   QToolBar* tools = window->ToolBar(bar);
-  if (!tools) return false;
+  if (!tools || IsHeldOff(tools)) return false;
   for (QToolButton* button : tools->findChildren<QToolButton*>()) {
     const QAction* action = button->defaultAction();
     if (!action || action->data().toInt() != command || !button->isEnabled()) continue;
@@ -181,7 +191,7 @@ Alerts::Alerts() : timer(new Timer) {
 
 Alerts::~Alerts() { delete timer; }
 
-void Alerts::Expect(const char* text, const char* button, int check) { queue.push_back({text, button, check}); }
+void Alerts::Expect(const std::string& text, const char* button, int check) { queue.push_back({text, button, check}); }
 
 std::string Alerts::Complaints() const {
   std::string all = complaints;
@@ -190,6 +200,7 @@ std::string Alerts::Complaints() const {
 }
 
 void Alerts::Look() {
+  if (held) return;
   if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
     if (box->isVisible()) Answer(*box);
   }
