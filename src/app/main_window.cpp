@@ -15,12 +15,14 @@ constexpr int kDefaultWidth = 150;  // Dialog units.
 constexpr int kDefaultHeight = 35;
 constexpr int kMinimumWidth = 100;
 constexpr int kMinimumHeight = 20;
+constexpr unsigned kCloseAgainMs = 10;
 
 }  // namespace
 
 LMainWindow::LMainWindow() { pInstance = this; }
 
 LMainWindow::~LMainWindow() {
+  platform::TimerDestroy(pCloseTimer);
   if (pInstance == this) pInstance = nullptr;
 }
 
@@ -50,7 +52,7 @@ void LMainWindow::MainWindowDestroy() {
 }
 
 bool LMainWindow::CmExit() {
-  if (iDontQuitCounter != 0 || platform::WindowTopModal() != nullptr) return false;
+  if (iDontQuitCounter != 0 || platform::WindowTopModal() != nullptr || platform::AlertIsOpen()) return false;
   CloseMainWindow();
   return true;
 }
@@ -58,16 +60,24 @@ bool LMainWindow::CmExit() {
 void LMainWindow::CloseMainWindow() {
   mainToolBar.StoreState();
   if (iDontQuitCounter != 0) return;
+  // An alert may stand above a dialog, and its code is on the stack below this call: it goes first.
+  if (platform::AlertDismiss()) return CloseOnNextTurn();
   if (auto* top = dynamic_cast<LMacWindow*>(platform::WindowTopModal())) {
     top->Command(kCommandCancel, 0);
-    platform::EventLoopPost([] {
-      if (pInstance) pInstance->Command(kCommandCloseAgain, 0);
-    });
-    return;
+    return CloseOnNextTurn();
   }
   MainWindowDestroy();
   soApplicationEventLoopFinished.Signal();
   platform::ApplicationQuit(0);
+}
+
+/// By a timer: a call posted from a posted call is served in the same turn, and a job that pumps would never get on to
+/// see that it was cancelled.
+void LMainWindow::CloseOnNextTurn() {
+  if (!pCloseTimer) {
+    pCloseTimer = platform::TimerCreate([this] { Command(kCommandCloseAgain, 0); });
+  }
+  platform::TimerArm(pCloseTimer, kCloseAgainMs);
 }
 
 void LMainWindow::RelayoutControls() {

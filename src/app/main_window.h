@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/signal_object.h"
+#include "platform/event_loop.h"
 #include "support/window/bars.h"
 #include "support/window/dialog.h"
 
@@ -40,6 +41,9 @@ class LMainWindow : public LDialog {
   bool bLaidOut = false;  ///< Set by InitDialog; no layout before.
 
  private:
+  void CloseOnNextTurn();
+
   bool bInLayout = false;
   bool bDestroyed = false;
+  platform::Timer* pCloseTimer = nullptr;  ///< Owned; null until a close had to wait for a dialog.
 };

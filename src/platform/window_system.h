@@ -236,6 +236,10 @@ struct Alert {
 };
 /// 1, 2 or 3 by the button's place; anything unknown is 2.
 int AlertRun(Window* parent, Alert& alert);
+bool AlertIsOpen();
+/// Closes what stands above all windows, a context menu or the top alert, as its own cancel would. False if there is
+/// neither.
+bool AlertDismiss();
 
 // Icons and the pointer
 

@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
@@ -32,16 +33,26 @@ bool WaitUntil(const std::function<bool()>& condition, int ms) {
   return true;
 }
 
+namespace {
+
+/// Qt's testing events reach a widget past a modal window; a user's do not.
+bool IsHeldOff(const QWidget* widget) {
+  const QWidget* modal = QApplication::activeModalWidget();
+  return modal && modal != widget->window();
+}
+
+}  // namespace
+
 bool Press(platform::Window* window, int id) {
   QWidget* control = window->Control(id);
-  if (!control || !control->isVisible() || !control->isEnabled()) return false;
+  if (!control || !control->isVisible() || !control->isEnabled() || IsHeldOff(control)) return false;
   QTest::mouseClick(control, Qt::LeftButton);
   return true;
 }
 
 bool PressTool(platform::Window* window, int bar, int command) {
   QToolBar* tools = window->ToolBar(bar);
-  if (!tools) return false;
+  if (!tools || IsHeldOff(tools)) return false;
   for (QToolButton* button : tools->findChildren<QToolButton*>()) {
     const QAction* action = button->defaultAction();
     if (!action || action->data().toInt() != command || !button->isEnabled()) continue;
@@ -89,13 +100,29 @@ bool DoubleClickRow(platform::Window* window, int list, const char* name) {
   return true;
 }
 
+namespace {
+
+/// Qt's own typing knows the keys of an ASCII keyboard only; other letters come as an input method sends them.
+void Type(QWidget* field, const QString& text) {
+  for (const QChar letter : text) {
+    if (letter.unicode() < 0x80) {
+      QTest::keyClick(field, letter.toLatin1());
+      continue;
+    }
+    QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(letter));
+    QApplication::sendEvent(field, &event);
+  }
+}
+
+}  // namespace
+
 bool TypeAndReturn(platform::Window* window, int id, const char* text) {
   auto* combo = window->ControlAs<QComboBox>(id);
   QLineEdit* field = combo ? combo->lineEdit() : window->ControlAs<QLineEdit>(id);
   if (!field || !field->isVisible() || !field->isEnabled()) return false;
   QTest::mouseClick(field, Qt::LeftButton);
   field->selectAll();
-  QTest::keyClicks(field, QString::fromUtf8(text));
+  Type(field, QString::fromUtf8(text));
   QTest::keyClick(field, Qt::Key_Return);
   return true;
 }
@@ -164,7 +191,7 @@ Alerts::Alerts() : timer(new Timer) {
 
 Alerts::~Alerts() { delete timer; }
 
-void Alerts::Expect(const char* text, const char* button, int check) { queue.push_back({text, button, check}); }
+void Alerts::Expect(const std::string& text, const char* button, int check) { queue.push_back({text, button, check}); }
 
 std::string Alerts::Complaints() const {
   std::string all = complaints;
@@ -173,6 +200,7 @@ std::string Alerts::Complaints() const {
 }
 
 void Alerts::Look() {
+  if (held) return;
   if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
     if (box->isVisible()) Answer(*box);
   }

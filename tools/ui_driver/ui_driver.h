@@ -18,7 +18,7 @@ void Pump(int ms);
 /// Handles events until `condition` holds; false when `ms` have passed first.
 bool WaitUntil(const std::function<bool()>& condition, int ms = 10000);
 
-/// Clicks a control with the left button. False if it is hidden or off.
+/// Clicks a control with the left button. False if it is hidden, off, or held off by a modal window.
 bool Press(platform::Window* window, int id);
 /// Clicks a button of a tool bar.
 bool PressTool(platform::Window* window, int bar, int command);
@@ -49,7 +49,9 @@ class Alerts {
   Alerts(const Alerts&) = delete;
   Alerts& operator=(const Alerts&) = delete;
   /// The next alert holds `text` and is answered by the button labelled `button`. Check box as given: -1 leaves it.
-  void Expect(const char* text, const char* button, int check = -1);
+  void Expect(const std::string& text, const char* button, int check = -1);
+  /// While held, alerts stay open, for the test to do with them what it wants.
+  void Hold(bool hold) { held = hold; }
   /// What went wrong so far, including expected alerts that have not come; empty if nothing did.
   std::string Complaints() const;
 
@@ -62,6 +64,7 @@ class Alerts {
   void Answer(QMessageBox& box);
   std::vector<Expected> queue;
   std::string complaints;
+  bool held = false;
   struct Timer;
   Timer* timer;
 };

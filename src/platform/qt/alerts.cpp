@@ -1,5 +1,6 @@
 // Message boxes of platform/window_system.h.
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QMessageBox>
 #include <QPushButton>
@@ -8,6 +9,10 @@
 #include "platform/qt/text.h"
 
 namespace platform {
+
+namespace {
+QList<QMessageBox*> gOpenAlerts;
+}
 
 int AlertRun(Window* parent, Alert& alert) {
   QMessageBox box(parent);
@@ -35,12 +40,23 @@ int AlertRun(Window* parent, Alert& alert) {
     check->setChecked(alert.checked);
     box.setCheckBox(check);
   }
+  gOpenAlerts.append(&box);
   box.exec();
+  gOpenAlerts.removeOne(&box);
   if (check) alert.checked = check->isChecked();
   for (int i = 0; i < 3; ++i) {
     if (buttons[i] && box.clickedButton() == buttons[i]) return i + 1;
   }
   return 2;
+}
+
+bool AlertIsOpen() { return !gOpenAlerts.isEmpty(); }
+
+bool AlertDismiss() {
+  if (QWidget* menu = QApplication::activePopupWidget()) return menu->close();
+  if (gOpenAlerts.isEmpty()) return false;
+  gOpenAlerts.last()->reject();
+  return true;
 }
 
 void CursorSetWaiting(bool waiting) {

@@ -39,8 +39,9 @@ class LWindow {
   virtual void EvDeactivate() {}
 };
 
-/// The concrete window. Owns its native window; without one every operation does nothing.
-class LMacWindow : public LWindow, protected platform::WindowEvents {
+/// The concrete window. Owns its native window; without one every operation does nothing. A public base, for a window
+/// that the platform names is cast back to its class, and such a cast finds nothing through a protected one.
+class LMacWindow : public LWindow, public platform::WindowEvents {
  public:
   LMacWindow() = default;
   LMacWindow(const LMacWindow&) = delete;

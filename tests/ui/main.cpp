@@ -1,0 +1,24 @@
+// The tests of the windows run on the offscreen window system unless the environment names another one.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "app/startup.h"
+#include "platform/event_loop.h"
+
+extern "C" const char* __lsan_default_options();
+extern "C" const char* __lsan_default_options() {
+  return "print_suppressions=0:suppressions=" ORVANE_SOURCE_DIR "/tests/ui/lsan.supp";
+}
+
+int main(int argc, char** argv) {
+  // A screen that has room for the window at every scale factor.
+  setenv("QT_QPA_PLATFORM", "offscreen:configfile=" ORVANE_SOURCE_DIR "/tests/ui/screen.json", 0);
+  // A test that runs under the user's desktop must not talk to its services.
+  setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+  setenv("TZ", "UTC", 1);
+  testing::InitGoogleTest(&argc, argv);
+  LUnixAppInitCommon(argc, argv);
+  platform::ApplicationInit(gargc, gargv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,63 @@
+#!/usr/bin/python3
+"""An FTP server for the tests of the windows: real, on loopback, and bad-tempered where a file's name says so.
+
+Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
+Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
+"cut" ends there together with the session. With a certificate (the file holds the key too) the logon must be under
+TLS. It ends with its parent.
+"""
+
+import ctypes
+import logging
+import signal
+import sys
+
+from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.handlers import DTPHandler, FTPHandler, TLS_FTPHandler, _AsyncChatNewStyle
+from pyftpdlib.servers import FTPServer
+
+TURNS_AFTER = 512 * 1024
+PR_SET_PDEATHSIG = 1
+
+
+class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
+    def __init__(self, sock, cmd_channel):
+        super().__init__(sock, cmd_channel)
+        self.sent = 0
+
+    def use_sendfile(self):
+        return False
+
+    def send(self, data):
+        name = self.file_obj.name if self.file_obj else ""
+        count = super().send(data)
+        self.sent += count
+        if self.sent >= TURNS_AFTER:
+            if "stall" in name:
+                self.del_channel()
+            elif "cut" in name:
+                self.cmd_channel.close()
+        return count
+
+
+def main():
+    ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
+    logging.basicConfig(handlers=[logging.NullHandler()])
+    folder, user, password = sys.argv[1:4]
+    authorizer = DummyAuthorizer()
+    authorizer.add_user(user, password, folder, perm="elradfmwMT")
+    handler = FTPHandler
+    if len(sys.argv) > 4:
+        handler = TLS_FTPHandler
+        handler.certfile = sys.argv[4]
+        handler.tls_control_required = True
+    else:
+        handler.dtp_handler = MoodyTransfer
+    handler.authorizer = authorizer
+    handler.auth_failed_timeout = 0
+    server = FTPServer(("127.0.0.1", 0), handler)
+    print("port", server.address[1], flush=True)
+    server.serve_forever()
+
+
+main()

@@ -1,0 +1,37 @@
+#include "ui/transfer_fixture.h"
+
+#include <QProgressBar>
+
+#include "platform/qt/native_window.h"
+
+double TransferTest::Progress(platform::Window* dialog) {
+  const auto* bar = dialog->ControlAs<QProgressBar>(kBar);
+  return bar->maximum() == 0 ? 0 : static_cast<double>(bar->value()) / bar->maximum();
+}
+
+qint64 TransferTest::CancelDuring(const char* dialogTitle, const std::function<void()>& transfer,
+                                  const std::function<bool(platform::Window*)>& when) {
+  QElapsedTimer sinceCancel;
+  const Meanwhile cancel(
+      [&] {
+        platform::Window* dialog = Dialog(dialogTitle);
+        return dialog && when(dialog);
+      },
+      [&] {
+        sinceCancel.start();
+        EXPECT_TRUE(ui::Press(Dialog(dialogTitle), kCommandCancel));
+      });
+  // The end of the dialog, not of what is refreshed behind it.
+  qint64 took = -1;
+  const Meanwhile gone([&] { return sinceCancel.isValid() && !Dialog(dialogTitle); },
+                       [&] { took = sinceCancel.elapsed(); });
+  transfer();
+  EXPECT_TRUE(cancel.Acted()) << "the transfer was over before Cancel";
+  return took >= 0 || !sinceCancel.isValid() ? took : sinceCancel.elapsed();
+}
+
+Texts TransferTest::StoreWithoutCounts() {
+  Texts all = All();
+  std::erase_if(all, [](const std::string& one) { return one.find("Count") != std::string::npos; });
+  return all;
+}

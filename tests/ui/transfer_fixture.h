@@ -1,0 +1,38 @@
+// Verbs for tests of transfers in the real window.
+#pragma once
+
+#include <QElapsedTimer>
+
+#include "ui/window_fixture.h"
+
+class TransferTest : public WindowTest {
+ protected:
+  static constexpr int kActionLine = 101;
+  static constexpr int kItemLine = 102;
+  static constexpr int kBar = 104;
+  static constexpr const char* kDownloading = "ファイル一覧をダウンロード中";
+  static constexpr const char* kUploading = "アップロード中のファイル一覧";
+  /// A person sees no delay below 200 ms; a loaded machine under sanitizers gets more.
+  static constexpr qint64 kCancelLimitMs = 1000;
+
+  void Download(std::initializer_list<const char*> names) {
+    Select(kRemoteList, names);
+    Press(kDownloadButton);
+  }
+  void Upload(std::initializer_list<const char*> names) {
+    Select(kLocalList, names);
+    Press(kUploadButton);
+  }
+  /// The share of the progress bar that is filled, 0 to 1.
+  static double Progress(platform::Window* dialog);
+
+  /// Runs `transfer`, presses Cancel in its dialog as soon as `when` holds; the time from the press
+  /// to the end of the transfer.
+  qint64 CancelDuring(const char* dialogTitle, const std::function<void()>& transfer,
+                      const std::function<bool(platform::Window*)>& when);
+
+  /// All that is kept, but for how often something was done.
+  static Texts StoreWithoutCounts();
+  static std::string ContentOf(const std::string& path) { return ReadFile(path); }
+  static bool Exists(const std::string& path) { return std::filesystem::exists(path); }
+};

@@ -1,0 +1,79 @@
+// Uploads through the button of the window.
+#include <cstdio>
+
+#include "ui/transfer_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+class Upload : public TransferTest {};
+
+TEST_F(Upload, SendsTheSelectedFiles) {
+  const std::string large = RandomBytes(2 * 1024 * 1024 + 5);
+  MakeLocal("大きい.bin", large);
+  MakeLocal("空.txt", "");
+  MakeLocal("残る.txt", "x");
+  StartConnected();
+  TransferTest::Upload({"大きい.bin", "空.txt"});
+  EXPECT_EQ(ContentOf(Remote("大きい.bin")), large);
+  EXPECT_EQ(ContentOf(Remote("空.txt")), "");
+  EXPECT_FALSE(Exists(Remote("残る.txt")));
+  EXPECT_THAT(Names(kRemoteList), testing::UnorderedElementsAre("大きい.bin", "空.txt"));
+  EXPECT_THAT(Messages(), Contains("アップロード完了"));
+  EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "the watch goes on after a transfer";
+  ExpectUsable();
+}
+
+TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
+  for (const char* name : {"a.txt", "b.txt", "empty.txt"}) MakeLocal(name, "new");
+  for (const char* name : {"a.txt", "b.txt"}) MakeRemote(name, "old");
+  MakeRemote("empty.txt", "");
+  StartConnected();
+  alerts.Expect("このファイルのコピー \"a.txt\" 既にリモートフォルダに存在します。上書きしますか？", "上書きする");
+  alerts.Expect("b.txt", "スキップ");
+  TransferTest::Upload({"a.txt", "b.txt", "empty.txt"});
+  EXPECT_EQ(ContentOf(Remote("a.txt")), "new");
+  EXPECT_EQ(ContentOf(Remote("b.txt")), "old");
+  EXPECT_EQ(ContentOf(Remote("empty.txt")), "new");
+}
+
+TEST_F(Upload, FoldersAreNamedAndLeft) {
+  MakeLocal("資料/x.txt", "x");
+  MakeLocal("a.txt", "a");
+  StartConnected();
+  TransferTest::Upload({"資料", "a.txt"});
+  EXPECT_EQ(ContentOf(Remote("a.txt")), "a");
+  EXPECT_FALSE(Exists(Remote("資料")));
+  EXPECT_THAT(Messages(), Contains(HasSubstr("スキップします：資料")));
+}
+
+TEST_F(Upload, CancelEndsAFlowingTransferAtOnce) {
+  MakeLocal("huge.bin", "x");
+  std::filesystem::resize_file(Local("huge.bin"), 20ull << 30);  // Sparse.
+  StartConnected();
+  const qint64 took = CancelDuring(kUploading, [&] { TransferTest::Upload({"huge.bin"}); },
+                                   [&](platform::Window*) {
+                                     std::error_code none;
+                                     const auto there = std::filesystem::file_size(Remote("huge.bin"), none);
+                                     return !none && there > 4 * 1024 * 1024;
+                                   });
+  printf("a flowing upload ended %lld ms after Cancel\n", static_cast<long long>(took));
+  EXPECT_LT(took, kCancelLimitMs);
+  EXPECT_THAT(Messages(), Contains("ユーザーがアップロードを中止しました"));
+  ExpectUsable();
+}
+
+TEST_F(Upload, AFileThatTheServerRefusesIsNamed) {
+  MakeLocal("a.txt", "a");
+  MakeRemote("中/b.txt", "b");
+  StartConnected();
+  Open(kRemoteList, "中");
+  std::filesystem::remove_all(Remote("中"));
+  TransferTest::Upload({"a.txt"});
+  EXPECT_THAT(Messages(), Contains(HasSubstr("a.txt")));
+  ExpectUsable();
+}
+
+}  // namespace

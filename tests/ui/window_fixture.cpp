@@ -1,0 +1,167 @@
+#include "ui/window_fixture.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <QtTest/QTest>
+#include <random>
+
+#include "platform/event_loop.h"
+#include "platform/qt/list_control.h"
+#include "platform/qt/native_window.h"
+#include "platform/qt/status_bar_widget.h"
+#include "support/window/menus.h"
+
+// Meanwhile
+
+struct Meanwhile::Timer {
+  QTimer timer;
+};
+
+Meanwhile::Meanwhile(std::function<bool()> when, std::function<void()> what)
+    : condition(std::move(when)), action(std::move(what)), timer(new Timer) {
+  QObject::connect(&timer->timer, &QTimer::timeout, &timer->timer, [this] {
+    if (acted || !condition()) return;
+    acted = true;
+    timer->timer.stop();
+    action();
+  });
+  timer->timer.start(2);
+}
+
+Meanwhile::~Meanwhile() = default;
+
+// WindowTest
+
+WindowTest::WindowTest() : formerTimeouts(gFtpTimeouts) {
+  for (const char* folder : {"server", "local", "documents"}) std::filesystem::create_directory(root + "/" + folder);
+  WriteFile(root + "/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"" + Documents() + "\"\n");
+  Put("Settings/MigratedAccounts3", "1");
+}
+
+WindowTest::~WindowTest() {
+  if (delegate) CloseProgram();
+  EXPECT_EQ(alerts.Complaints(), "");
+  EXPECT_EQ(LMainMenu::uRefCount, 0u) << "the menu stays off";
+  gFtpTimeouts = formerTimeouts;
+}
+
+// The profile
+
+void WindowTest::KeepSite(const std::string& address, const char* password, bool tls) {
+  LFTPAccountSettings site(kSite, PaneServer::User());
+  TextCopy(site.szLabel, site.szKey);
+  TextCopy(site.szServer, address.c_str());
+  TextCopy(site.szPassword, password);
+  TextCopy(site.szDirectory, "/");
+  TextCopy(site.szLocalDirectory, Local().c_str());
+  site.bRemember = true;
+  site.bUseSSL = tls;
+  site.Save();
+  Put("Settings/Current", kSite);
+  Put("Settings/CurrentServer", address);
+  Put("Settings/CurrentUser", PaneServer::User());
+}
+
+void WindowTest::MakeRemote(const std::string& name, const std::string& content) { WriteFile(Remote(name), content); }
+
+void WindowTest::MakeLocal(const std::string& name, const std::string& content) { WriteFile(Local(name), content); }
+
+std::string WindowTest::RandomBytes(size_t size) {
+  std::mt19937_64 source(size);
+  std::string bytes(size, 0);
+  for (char& byte : bytes) byte = static_cast<char>(source());
+  return bytes;
+}
+
+// The program
+
+void WindowTest::OpenProgram() {
+  delegate = std::make_unique<LAppDelegate>();
+  ASSERT_TRUE(delegate->WillFinishLaunching());
+  delegate->DidFinishLaunching();
+}
+
+void WindowTest::StartProgram() {
+  OpenProgram();
+  // The last thing that the start does.
+  EXPECT_TRUE(ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }));
+}
+
+void WindowTest::StartConnected() {
+  server = std::make_unique<PaneServer>(Remote());
+  ASSERT_TRUE(server->IsRunning());
+  KeepSite(server->Address());
+  StartProgram();
+  ASSERT_TRUE(Main().remotePane.bConnected);
+}
+
+int WindowTest::CloseProgram() {
+  if (!Main().CmExit()) {
+    ADD_FAILURE() << "the program does not want to end";
+    Main().CloseMainWindow();
+  }
+  const int status = platform::ApplicationRun();
+  delegate.reset();
+  return status;
+}
+
+// The user
+
+void WindowTest::ClickHeading(int list, int column) {
+  platform::ListControl* control = Window()->List(list);
+  const QHeaderView* header = control->header();
+  const QPoint place(header->sectionViewportPosition(column) + 20, header->height() / 2);
+  QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+}
+
+void WindowTest::DragDivider(int down) {
+  QWidget* divider = Window()->Control(kDivider);
+  const QPoint grabbed(divider->width() / 2, divider->height() / 2);
+  QTest::mousePress(divider, Qt::LeftButton, {}, grabbed);
+  // The bar moves under the pointer, so the event is made by hand.
+  const QPoint to = grabbed + QPoint(0, down);
+  QMouseEvent move(QEvent::MouseMove, to, divider->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(divider, &move);
+  QTest::mouseRelease(divider, Qt::LeftButton, {}, grabbed);
+}
+
+// What the user sees
+
+std::string WindowTest::CurrentRow(int list) {
+  char name[kTextSize];
+  Main().LVGetString(list, Main().LVGetCurSel(list), name);
+  return name;
+}
+
+std::string WindowTest::StatusBar() { return Window()->statusBar->accessibleDescription().toStdString(); }
+
+std::vector<int> WindowTest::EnabledTools(int bar) {
+  std::vector<int> commands;
+  for (const QAction* action : Window()->ToolBar(bar)->findChildren<QAction*>(Qt::FindDirectChildrenOnly)) {
+    if (action->isEnabled() && action->data().toInt() != 0) commands.push_back(action->data().toInt());
+  }
+  return commands;
+}
+
+unsigned WindowTest::HistoryColor() {
+  ui::Pump(60);  // The pane shows what has come since its last picture.
+  return Window()->ControlAs<QPlainTextEdit>(kHistory)->palette().color(QPalette::Text).rgb() & 0xFFFFFF;
+}
+
+platform::Window* WindowTest::Dialog(const std::string& title) {
+  platform::Window* top = ui::ModalWindow();
+  return top && top->windowTitle().toStdString() == title ? top : nullptr;
+}
+
+void WindowTest::ExpectUsable() {
+  MakeRemote("まだ動く.txt", "1");
+  PressTool(kRemoteTools, kCommandRemoteRefresh);
+  EXPECT_THAT(Names(kRemoteList), testing::Contains("まだ動く.txt"));
+  EXPECT_EQ(ui::ModalWindow(), nullptr);
+  EXPECT_EQ(LMainMenu::uRefCount, 0u);
+}

@@ -1,0 +1,102 @@
+// Verbs for tests of the real windows: a program that starts on a profile of its own, is used by clicks and keys, and
+// is closed at the end. Main thread.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/app_delegate.h"
+#include "app/command_ids.h"
+#include "app/main_dialog.h"
+#include "ftp/timeouts.h"
+#include "support/settings_fixture.h"
+#include "ui/history_file.h"
+#include "ui/pane_server.h"
+#include "ui_driver.h"
+
+/// Acts once, as soon as a condition holds, while the code under test runs its own event loop.
+class Meanwhile {
+ public:
+  Meanwhile(std::function<bool()> condition, std::function<void()> action);
+  Meanwhile(const Meanwhile&) = delete;
+  Meanwhile& operator=(const Meanwhile&) = delete;
+  ~Meanwhile();
+  bool Acted() const { return acted; }
+
+ private:
+  std::function<bool()> condition;
+  std::function<void()> action;
+  bool acted = false;
+  struct Timer;
+  std::unique_ptr<Timer> timer;
+};
+
+class WindowTest : public SettingsFixture {
+ protected:
+  static constexpr const char* kSite = "テストサイト";
+
+  WindowTest();
+  ~WindowTest() override;
+
+  // The profile
+  /// Keeps a site and makes it the current one.
+  void KeepSite(const std::string& server, const char* password = PaneServer::Password(), bool tls = false);
+  /// A file on the server or in the local folder.
+  void MakeRemote(const std::string& name, const std::string& content);
+  void MakeLocal(const std::string& name, const std::string& content);
+  static std::string RandomBytes(size_t size);
+  std::string Remote(const std::string& name = {}) const { return root + "/server/" + name; }
+  std::string Local(const std::string& name = {}) const { return root + "/local/" + name; }
+  std::string Documents() const { return root + "/documents"; }
+
+  // The program
+  /// Opens the window; the first connection comes later.
+  void OpenProgram();
+  /// Opens the window and waits until the start is over.
+  void StartProgram();
+  /// Starts the server, keeps its site and starts the program, which connects to it.
+  void StartConnected();
+  /// Closes the program and runs its loop to the end; the status it ends with.
+  int CloseProgram();
+  MainDialog& Main() { return *delegate->Dialog(); }
+  platform::Window* Window() { return Main().Native(); }
+
+  // The user
+  void Press(int control) { EXPECT_TRUE(ui::Press(Window(), control)) << "control " << control; }
+  void PressTool(int bar, int command) { EXPECT_TRUE(ui::PressTool(Window(), bar, command)) << "command " << command; }
+  void Select(int list, std::initializer_list<const char*> names) {
+    EXPECT_TRUE(ui::SelectRows(Window(), list, names));
+  }
+  void Open(int list, const char* name) { EXPECT_TRUE(ui::DoubleClickRow(Window(), list, name)) << name; }
+  void ClickHeading(int list, int column);
+  void DragDivider(int down);
+
+  // What the user sees
+  std::vector<std::string> Names(int list) { return ui::Column(Window(), list, 0); }
+  std::string CurrentRow(int list);
+  std::string PathOf(int control) { return ui::Text(Window(), control); }
+  std::string StatusBar();
+  bool IsEnabled(int control) { return platform::ControlIsEnabled(Window(), control); }
+  /// The commands of a tool bar that are on.
+  std::vector<int> EnabledTools(int bar);
+  /// The colour of the history's text, 0xRRGGBB.
+  unsigned HistoryColor();
+  std::vector<std::string> Messages() { return history.Messages(); }
+  /// The window's own modal window whose title is this, or null.
+  static platform::Window* Dialog(const std::string& title);
+  /// A refresh brings the listing: the session and the window are alive.
+  void ExpectUsable();
+
+  HistoryFile history;
+  ui::Alerts alerts;
+  std::unique_ptr<PaneServer> server;
+  std::unique_ptr<LAppDelegate> delegate;
+
+ private:
+  const FtpTimeouts formerTimeouts;
+};
