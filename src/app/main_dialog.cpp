@@ -51,7 +51,7 @@ void MainDialog::InitDialog() {
 }
 
 void MainDialog::AddLocalControls() {
-  AddIcon(kLocalIcon, 4, 16);
+  AddIcon(kLocalIcon, 4, 16, "ローカルフォルダ");
   AddComboBoxExtend(kLocalPath, "ローカルフォルダ");
   AddCoolButtonIconText(kLocalGo, "移動", 205);
   AddComboBoxExtend(kLocalFilter, "ローカルフィルタ");
@@ -63,14 +63,14 @@ void MainDialog::AddLocalControls() {
 
 void MainDialog::AddMiddleControls() {
   constexpr int kBigIcon = 36;
-  AddIcon(kTransferIcon, 114, 48);
+  AddIcon(kTransferIcon, 114, 48, "転送");
   AddCoolButtonIconOnly(kUploadButton, "アップロード", 104, kBigIcon);
   AddCoolButtonIconOnly(kDownloadButton, "ダウンロード", 103, kBigIcon);
   AddCoolButtonIconOnly(kSynchroniseButton, "同期する", 105, kBigIcon);
 }
 
 void MainDialog::AddRemoteControls() {
-  AddIcon(kRemoteIcon, 12, 16);
+  AddIcon(kRemoteIcon, 12, 16, "リモートフォルダ");
   AddComboBoxExtend(kRemotePath, "リモートフォルダ");
   CBPromptSet(kRemotePath, "接続されていません");
   AddCoolButtonIconText(kRemoteGo, "移動", 205);

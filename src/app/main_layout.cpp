@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kMiddleWidth = 50;
 constexpr int kDividerHeight = 5;
-constexpr int kHistoryMargin = 6;   // Under the history, above the status bar.
+constexpr int kHistoryMargin = 6;  // Under the history, above the status bar.
 constexpr int kHighestListEnd = 180;
 constexpr int kFilterButtonWidth = 128;
 
@@ -23,17 +23,20 @@ void MainDialog::LayoutPathRow(int icon, int path, int go, int x, int width, int
   MoveControlPixels(go, x + width - goWidth, top + 2, goWidth, row);
 }
 
-/// Three controls of one width at the right end of the pane; `first` is the id of the field, `first` + 1 and + 2 the
-/// buttons.
+/// Three controls of one width at the right end of the pane; `first` is the id of the field, `first` + 1 and
+/// + 2 the buttons.
 void MainDialog::LayoutFilterRow(int first, int x, int width, int top) {
   const int row = UnitsToPixelsY(1.23);
   const int field = std::min(kFilterButtonWidth, width / 3);
-  for (int i = 0; i < 3; ++i) MoveControlPixels(first + i, x + width - (3 - i) * field + (i == 0 ? -4 : 0), top, field, row);
+  for (int i = 0; i < 3; ++i)
+    MoveControlPixels(first + i, x + width - (3 - i) * field + (i == 0 ? -4 : 0), top, field, row);
 }
 
 void MainDialog::LayoutMiddle(int x, int top, int bottom) {
   const int toolHeight = localToolBar.GetToolBarHeight();
-  const int mid = top + toolHeight + (bottom - top - toolHeight) / 2;
+  // Half of the lists' height, and not its middle: the column then stands in the middle of what is below the
+  // tool bar, and fits into the smallest window.
+  const int mid = toolHeight + (bottom - top - toolHeight) / 2;
   MoveControlPixels(kTransferIcon, x, mid - 50, 50, 50);
   MoveControlPixels(kUploadButton, x, mid + 7, 50, 50);
   MoveControlPixels(kDownloadButton, x, mid + 64, 50, 50);
@@ -63,8 +66,8 @@ void MainDialog::LayoutControls(int width, int height) {
 
   MoveControlPixels(kRemoteTools, right + 3, top, width - right - 3, toolHeight);
   divider.SetLineBounds(kHighestListEnd, bottom - kDividerHeight - kHistoryMargin);
-  const int listEnd = std::max(std::min(divider.GetControlPosition(), bottom - kDividerHeight - kHistoryMargin),
-                               kHighestListEnd);
+  const int listEnd = std::max(
+      std::min(divider.GetControlPosition(), bottom - kDividerHeight - kHistoryMargin), kHighestListEnd);
   MoveControlPixels(kRemoteList, right + 3, top + toolHeight, width - right - 3, listEnd - top - toolHeight);
   MoveControlPixels(kDivider, right + 3, listEnd, width - right - 3, kDividerHeight);
   const int historyTop = listEnd + kDividerHeight;
@@ -86,10 +89,12 @@ void MainDialog::EnableToolBars() {
   const bool connected = remotePane.bConnected;
   const bool atRoot = strcmp(remotePane.szCurrentDirectory, "/") == 0;
   // Commands whose turn has not come yet stay off.
-  for (const int off : {kCommandRemoteRename, kCommandRemoteDelete, kCommandRemoteNewFolder, kCommandRemoteBookmarks}) {
+  for (const int off :
+       {kCommandRemoteRename, kCommandRemoteDelete, kCommandRemoteNewFolder, kCommandRemoteBookmarks}) {
     remoteToolBar.EnableToolBarItem(off, false);
   }
-  for (const int off : {kCommandLocalRename, kCommandLocalDelete, kCommandLocalNewFolder, kCommandLocalBookmarks}) {
+  for (const int off :
+       {kCommandLocalRename, kCommandLocalDelete, kCommandLocalNewFolder, kCommandLocalBookmarks}) {
     localToolBar.EnableToolBarItem(off, false);
   }
   for (const int off : {kCommandSites, kCommandQuickConnect, kCommandOptions}) {
@@ -117,12 +122,14 @@ void MainDialog::EnableControls() {
   const bool connected = remotePane.bConnected;
   EnableToolBars();
   EnableMiddle();
-  for (const int id : {kRemotePath, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove}) EnableControl(id, connected);
+  for (const int id : {kRemotePath, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove})
+    EnableControl(id, connected);
   for (const int id : {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply,
                        kRemoteFilterRemove}) {
     ShowControl(id, bFiltersShown);
   }
-  LVSetStyleDefaultText(kRemoteList, connected ? "フォルダ内にファイルがありません "
-                                               : "接続されていません。「接続」ボタンをクリックして接続します。");
+  LVSetStyleDefaultText(kRemoteList, connected
+                                         ? "フォルダ内にファイルがありません "
+                                         : "接続されていません。「接続」ボタンをクリックして接続します。");
   statusBar.StatusBarSetText("Orvane FTPファイル転送ソフト v 5.01", 0);
 }

@@ -19,7 +19,9 @@ constexpr unsigned kCloseAgainMs = 10;
 
 }  // namespace
 
-LMainWindow::LMainWindow() { pInstance = this; }
+LMainWindow::LMainWindow() {
+  pInstance = this;
+}
 
 LMainWindow::~LMainWindow() {
   platform::TimerDestroy(pCloseTimer);
@@ -33,7 +35,8 @@ void LMainWindow::MainWindowInitCommon() {
   platform::EventLoopPost([] {
     if (pInstance) pInstance->Command(kCommandPostInit, 0);
   });
-  platform::WindowSetMinimumClientSize(Native(), UnitsToPixelsX(kMinimumWidth), UnitsToPixelsY(kMinimumHeight));
+  platform::WindowSetMinimumClientSize(Native(), UnitsToPixelsX(kMinimumWidth),
+                                       UnitsToPixelsY(kMinimumHeight));
   WindowSizeSettingsRestore(kStateKey, kDefaultWidth, kDefaultHeight);
   InitDialog();
   EnableControls();
@@ -71,8 +74,8 @@ void LMainWindow::CloseMainWindow() {
   platform::ApplicationQuit(0);
 }
 
-/// By a timer: a call posted from a posted call is served in the same turn, and a job that pumps would never get on to
-/// see that it was cancelled.
+/// By a timer: a call posted from a posted call is served in the same turn, and a job that pumps would never
+/// get on to see that it was cancelled.
 void LMainWindow::CloseOnNextTurn() {
   if (!pCloseTimer) {
     pCloseTimer = platform::TimerCreate([this] { Command(kCommandCloseAgain, 0); });
@@ -91,12 +94,23 @@ void LMainWindow::RelayoutControls() {
 
 void LMainWindow::Command(int id, intptr_t data) {
   switch (id) {
-    case kCommandPostInit: Command(kCommandWindowReady, 0); break;
-    case kCommandWindowReady: EvWindowReady(); break;
-    case kCommandCloseAgain: CloseMainWindow(); break;
+    case kCommandPostInit:
+      Command(kCommandWindowReady, 0);
+      break;
+    case kCommandWindowReady:
+      EvWindowReady();
+      break;
+    case kCommandCloseAgain:
+      CloseMainWindow();
+      break;
     case kCommandHideWindow:
-    case kCommandCancel: ShowWindow(false); break;
-    case kCommandQuit: CmExit(); break;
-    default: LMacWindow::Command(id, data);
+    case kCommandCancel:
+      ShowWindow(false);
+      break;
+    case kCommandQuit:
+      CmExit();
+      break;
+    default:
+      LMacWindow::Command(id, data);
   }
 }

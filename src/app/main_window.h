@@ -1,4 +1,5 @@
-// The frame of the one main window: its native window, its bars, its life from opening to the end. Main thread only.
+// The frame of the one main window: its native window, its bars, its life from opening to the end. Main
+// thread only.
 #pragma once
 
 #include "core/signal_object.h"

@@ -111,7 +111,7 @@ bool LProgressDialog::CreateProgressDialog() {
   const int height = UnitsToPixelsY(7.5) + (bExtended ? gap + line : 0);
   SetClientSize(width, height);
 
-  AddIcon(kIcon, kIconResource, kIconSize);
+  AddIcon(kIcon, kIconResource, kIconSize, "転送");
   MoveControlPixels(kIcon, left, top, kIconSize, kIconSize);
   const int column = left + kIconSize + UnitsToPixelsX(1.25);
   const int room = width - left - column;

@@ -1,9 +1,9 @@
 // Servers that cannot be reached or trusted: what the history says, and that nothing is left half done.
 #include <cstdio>
 
-#include "support/window/menus.h"
 #include "support/scripted_server.h"
 #include "support/test_authority_files.h"
+#include "support/window/menus.h"
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -13,7 +13,8 @@ using testing::HasSubstr;
 
 class ConnectFailures : public TransferTest {
  protected:
-  /// Starts on that server, cancels the question for a password, and gives what the start changed in the store.
+  /// Starts on that server, cancels the question for a password, and gives what the start changed in the
+  /// store.
   void StartRefused(const std::string& address, const char* alert, bool tls = false) {
     alerts.Expect(alert, "続行");
     KeepSite(address, PaneServer::Password(), tls);
@@ -25,7 +26,8 @@ class ConnectFailures : public TransferTest {
     EXPECT_TRUE(cancel.Acted());
     EXPECT_FALSE(Main().remotePane.bConnected);
     EXPECT_EQ(Sites(), kept);
-    for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
+    for (const char* key : {"Current", "CurrentServer", "CurrentUser"})
+      EXPECT_EQ(Setting(key), kAbsent) << key;
     EXPECT_EQ(LMainMenu::uRefCount, 0u);
   }
   /// What is kept of the sites.
@@ -52,9 +54,9 @@ class ConnectFailures : public TransferTest {
 TEST_F(ConnectFailures, NothingListensThere) {
   const std::string gone = ScriptedServer().Address();
   StartRefused(gone, "サーバーにログインできません。");
-  EXPECT_THAT(Messages(),
-              Contains("サーバ127.0.0.1（ポート" + gone.substr(gone.find(':') + 1) +
-                       "）に接続できませんでした。正しいサーバーアドレスとポートが入力されていることを確認してください。"));
+  EXPECT_THAT(Messages(), Contains("サーバ127.0.0.1（ポート" + gone.substr(gone.find(':') + 1) +
+                                   "）に接続できませんでした。正しいサーバーアドレスとポートが入力されている"
+                                   "ことを確認してください。"));
   EXPECT_EQ(Messages().back(), "接続ボタンをクリックしてサイトに接続する");
   ExpectAnotherSiteConnects();
 }
@@ -70,7 +72,8 @@ TEST_F(ConnectFailures, TheCertificateDoesNotVerify) {
   ASSERT_TRUE(server->IsRunning());
   StartRefused(server->Address(), "サーバーにログインできません。", true);
   EXPECT_THAT(Messages(), Contains(HasSubstr("でSSL/TSLを使うことができません。")));
-  EXPECT_THAT(history.Lines(), testing::Not(Contains(HasSubstr("USER")))) << "the user's name went out in the clear";
+  EXPECT_THAT(history.Lines(), testing::Not(Contains(HasSubstr("USER"))))
+      << "the user's name went out in the clear";
   ExpectAnotherSiteConnects();
 }
 
@@ -91,8 +94,9 @@ TEST_F(ConnectFailures, CancelWhileTheServerKeepsSilence) {
   OpenProgram();
   QElapsedTimer asked;
   asked.start();
-  const qint64 took = CancelDuring("FTP接続", [] { ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }, 60000); },
-                             [&](platform::Window*) { return asked.elapsed() > 300; });
+  const qint64 took = CancelDuring(
+      "FTP接続", [] { ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }, 60000); },
+      [&](platform::Window*) { return asked.elapsed() > 300; });
   printf("a silent logon ended %lld ms after Cancel\n", static_cast<long long>(took));
   EXPECT_LT(took, kCancelLimitMs);
   EXPECT_FALSE(Main().remotePane.bConnected);

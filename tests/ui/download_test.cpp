@@ -1,8 +1,7 @@
 // Downloads through the button of the window, with the progress dialog that a user sees.
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
-
-#include <cstdio>
 
 #include "support/window/menus.h"
 #include "ui/transfer_fixture.h"
@@ -38,17 +37,18 @@ TEST_F(Download, TheDialogTellsWhatHappensAndHoldsTheWindow) {
   MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
   StartConnected();
   std::string action, item;
-  CancelDuring(kDownloading, [&] { TransferTest::Download({"stall.bin"}); },
-               [&](platform::Window* dialog) {
-                 if (Progress(dialog) < 0.2) return false;
-                 EXPECT_LT(Progress(dialog), 0.5);
-                 action = ui::Text(dialog, kActionLine);
-                 item = ui::Text(dialog, kItemLine);
-                 EXPECT_EQ(LMainMenu::uRefCount, 1u);
-                 EXPECT_FALSE(ui::PressTool(Window(), kRemoteTools, kCommandRemoteRefresh));
-                 EXPECT_FALSE(Main().CmExit());
-                 return true;
-               });
+  CancelDuring(
+      kDownloading, [&] { TransferTest::Download({"stall.bin"}); },
+      [&](platform::Window* dialog) {
+        if (Progress(dialog) < 0.2) return false;
+        EXPECT_LT(Progress(dialog), 0.5);
+        action = ui::Text(dialog, kActionLine);
+        item = ui::Text(dialog, kItemLine);
+        EXPECT_EQ(LMainMenu::uRefCount, 1u);
+        EXPECT_FALSE(ui::PressTool(Window(), kRemoteTools, kCommandRemoteRefresh));
+        EXPECT_FALSE(Main().CmExit());
+        return true;
+      });
   EXPECT_EQ(action, "1個（全1個中）のファイルをダウンロード中");
   EXPECT_THAT(item, testing::MatchesRegex("/stall.bin: [0-9 ]+%"));
 }
@@ -56,8 +56,9 @@ TEST_F(Download, TheDialogTellsWhatHappensAndHoldsTheWindow) {
 TEST_F(Download, CancelEndsAStalledTransferAtOnce) {
   MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
   StartConnected();
-  const qint64 took = CancelDuring(kDownloading, [&] { TransferTest::Download({"stall.bin"}); },
-                                   [&](platform::Window* dialog) { return Progress(dialog) > 0.2; });
+  const qint64 took = CancelDuring(
+      kDownloading, [&] { TransferTest::Download({"stall.bin"}); },
+      [&](platform::Window* dialog) { return Progress(dialog) > 0.2; });
   printf("a stalled download ended %lld ms after Cancel\n", static_cast<long long>(took));
   EXPECT_LT(took, kCancelLimitMs);
   EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
@@ -68,12 +69,13 @@ TEST_F(Download, CancelEndsAFlowingTransferAtOnce) {
   MakeRemote("huge.bin", "x");
   std::filesystem::resize_file(Remote("huge.bin"), 20ull << 30);  // Sparse.
   StartConnected();
-  const qint64 took = CancelDuring(kDownloading, [&] { TransferTest::Download({"huge.bin"}); },
-                                   [&](platform::Window*) {
-                                     std::error_code none;
-                                     const auto there = std::filesystem::file_size(Local("huge.bin"), none);
-                                     return !none && there > 4 * 1024 * 1024;
-                                   });
+  const qint64 took = CancelDuring(
+      kDownloading, [&] { TransferTest::Download({"huge.bin"}); },
+      [&](platform::Window*) {
+        std::error_code none;
+        const auto there = std::filesystem::file_size(Local("huge.bin"), none);
+        return !none && there > 4 * 1024 * 1024;
+      });
   printf("a flowing download ended %lld ms after Cancel\n", static_cast<long long>(took));
   EXPECT_LT(took, kCancelLimitMs);
   EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
@@ -96,7 +98,8 @@ TEST_F(Download, AsksBeforeItOverwrites) {
     MakeLocal(name, "old");
   }
   StartConnected();
-  alerts.Expect("このファイルのコピー \"" + Local("a.txt") + "\" が既にローカルフォルダ内に存在します。上書きしますか？",
+  alerts.Expect("このファイルのコピー \"" + Local("a.txt") +
+                    "\" が既にローカルフォルダ内に存在します。上書きしますか？",
                 "上書きする");
   alerts.Expect(Local("b.txt"), "スキップ");
   TransferTest::Download({"a.txt", "b.txt"});
@@ -137,8 +140,9 @@ TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {
   const Texts before = StoreWithoutCounts();
   TransferTest::Download({"cut.bin", "b.txt"});
   EXPECT_FALSE(Exists(Local("cut.bin")));
-  EXPECT_THAT(Messages(), testing::IsSupersetOf({std::string("ファイル一覧をダウンロードできません"),
-                                                 std::string("以下のリモートファイルのダウンロードを失敗中：/cut.bin")}));
+  EXPECT_THAT(Messages(),
+              testing::IsSupersetOf({std::string("ファイル一覧をダウンロードできません"),
+                                     std::string("以下のリモートファイルのダウンロードを失敗中：/cut.bin")}));
   EXPECT_EQ(StoreWithoutCounts(), before);
   ExpectUsable();
   TransferTest::Download({"b.txt"});

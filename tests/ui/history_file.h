@@ -1,5 +1,5 @@
-// Reads back the daily file of the history, while the window has the pane: sends the log to a folder of its own and
-// gives the lines without their time. Main thread; one at a time.
+// Reads back the daily file of the history, while the window has the pane: sends the log to a folder of its
+// own and gives the lines without their time. Main thread; one at a time.
 #pragma once
 
 #include <dirent.h>

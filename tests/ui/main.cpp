@@ -1,7 +1,6 @@
 // The tests of the windows run on the offscreen window system unless the environment names another one.
-#include <gtest/gtest.h>
-
 #include <cstdlib>
+#include <gtest/gtest.h>
 
 #include "app/startup.h"
 #include "platform/event_loop.h"

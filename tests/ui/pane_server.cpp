@@ -1,10 +1,9 @@
 #include "ui/pane_server.h"
 
+#include <cstdio>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cstdio>
 
 PaneServer::PaneServer(const std::string& folder, const std::string& certificate) {
   int ends[2];

@@ -1,9 +1,8 @@
 // The FTP server of the tests of the windows: a process of its own, for as long as the object lives.
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
+#include <sys/types.h>
 
 class PaneServer {
  public:

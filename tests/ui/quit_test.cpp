@@ -9,7 +9,8 @@ namespace {
 
 class Quit : public TransferTest {
  protected:
-  /// Runs the program's loop with `busy` in it, asks for the end as soon as `when` holds, and gives the exit status.
+  /// Runs the program's loop with `busy` in it, asks for the end as soon as `when` holds, and gives the exit
+  /// status.
   int QuitDuring(const std::function<void()>& busy, const std::function<bool()>& when) {
     bool over = false;
     platform::EventLoopPost([&] {
@@ -41,7 +42,8 @@ TEST_F(Quit, EndsAnOpenQuestion) {
   StartConnected();
   // Neither the dialog of the running download nor the question above it stays.
   alerts.Hold(true);
-  EXPECT_EQ(QuitDuring([&] { TransferTest::Download({"a.txt"}); }, [] { return platform::AlertIsOpen(); }), 0);
+  EXPECT_EQ(QuitDuring([&] { TransferTest::Download({"a.txt"}); }, [] { return platform::AlertIsOpen(); }),
+            0);
   alerts.Hold(false);
   EXPECT_EQ(ContentOf(Local("a.txt")), "old");
 }

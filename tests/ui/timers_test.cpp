@@ -1,10 +1,11 @@
 // One-shot timers by id, and calls posted to the main thread.
+#include "support/window/timers.h"
+
 #include <QElapsedTimer>
 #include <thread>
 #include <vector>
 
 #include "platform/event_loop.h"
-#include "support/window/timers.h"
 #include "ui/window_fixture.h"
 
 namespace {

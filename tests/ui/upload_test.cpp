@@ -31,7 +31,8 @@ TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   for (const char* name : {"a.txt", "b.txt"}) MakeRemote(name, "old");
   MakeRemote("empty.txt", "");
   StartConnected();
-  alerts.Expect("このファイルのコピー \"a.txt\" 既にリモートフォルダに存在します。上書きしますか？", "上書きする");
+  alerts.Expect("このファイルのコピー \"a.txt\" 既にリモートフォルダに存在します。上書きしますか？",
+                "上書きする");
   alerts.Expect("b.txt", "スキップ");
   TransferTest::Upload({"a.txt", "b.txt", "empty.txt"});
   EXPECT_EQ(ContentOf(Remote("a.txt")), "new");
@@ -53,12 +54,13 @@ TEST_F(Upload, CancelEndsAFlowingTransferAtOnce) {
   MakeLocal("huge.bin", "x");
   std::filesystem::resize_file(Local("huge.bin"), 20ull << 30);  // Sparse.
   StartConnected();
-  const qint64 took = CancelDuring(kUploading, [&] { TransferTest::Upload({"huge.bin"}); },
-                                   [&](platform::Window*) {
-                                     std::error_code none;
-                                     const auto there = std::filesystem::file_size(Remote("huge.bin"), none);
-                                     return !none && there > 4 * 1024 * 1024;
-                                   });
+  const qint64 took = CancelDuring(
+      kUploading, [&] { TransferTest::Upload({"huge.bin"}); },
+      [&](platform::Window*) {
+        std::error_code none;
+        const auto there = std::filesystem::file_size(Remote("huge.bin"), none);
+        return !none && there > 4 * 1024 * 1024;
+      });
   printf("a flowing upload ended %lld ms after Cancel\n", static_cast<long long>(took));
   EXPECT_LT(took, kCancelLimitMs);
   EXPECT_THAT(Messages(), Contains("ユーザーがアップロードを中止しました"));

@@ -1,11 +1,10 @@
-// Verbs for tests of the real windows: a program that starts on a profile of its own, is used by clicks and keys, and
-// is closed at the end. Main thread.
+// Verbs for tests of the real windows: a program that starts on a profile of its own, is used by clicks and
+// keys, and is closed at the end. Main thread.
 #pragma once
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -68,7 +67,9 @@ class WindowTest : public SettingsFixture {
 
   // The user
   void Press(int control) { EXPECT_TRUE(ui::Press(Window(), control)) << "control " << control; }
-  void PressTool(int bar, int command) { EXPECT_TRUE(ui::PressTool(Window(), bar, command)) << "command " << command; }
+  void PressTool(int bar, int command) {
+    EXPECT_TRUE(ui::PressTool(Window(), bar, command)) << "command " << command;
+  }
   void Select(int list, std::initializer_list<const char*> names) {
     EXPECT_TRUE(ui::SelectRows(Window(), list, names));
   }

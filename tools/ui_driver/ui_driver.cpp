@@ -21,7 +21,9 @@
 
 namespace ui {
 
-void Pump(int ms) { QTest::qWait(ms); }
+void Pump(int ms) {
+  QTest::qWait(ms);
+}
 
 bool WaitUntil(const std::function<bool()>& condition, int ms) {
   QElapsedTimer clock;
@@ -102,7 +104,8 @@ bool DoubleClickRow(platform::Window* window, int list, const char* name) {
 
 namespace {
 
-/// Qt's own typing knows the keys of an ASCII keyboard only; other letters come as an input method sends them.
+/// Qt's own typing knows the keys of an ASCII keyboard only; other letters come as an input method sends
+/// them.
 void Type(QWidget* field, const QString& text) {
   for (const QChar letter : text) {
     if (letter.unicode() < 0x80) {
@@ -176,7 +179,9 @@ bool Grab(platform::Window* window, const char* path) {
   return window->grab().save(QString::fromUtf8(path), "PNG");
 }
 
-platform::Window* ModalWindow() { return dynamic_cast<platform::Window*>(QApplication::activeModalWidget()); }
+platform::Window* ModalWindow() {
+  return dynamic_cast<platform::Window*>(QApplication::activeModalWidget());
+}
 
 // Alerts
 
@@ -189,9 +194,13 @@ Alerts::Alerts() : timer(new Timer) {
   timer->timer.start(5);
 }
 
-Alerts::~Alerts() { delete timer; }
+Alerts::~Alerts() {
+  delete timer;
+}
 
-void Alerts::Expect(const std::string& text, const char* button, int check) { queue.push_back({text, button, check}); }
+void Alerts::Expect(const std::string& text, const char* button, int check) {
+  queue.push_back({text, button, check});
+}
 
 std::string Alerts::Complaints() const {
   std::string all = complaints;
@@ -215,7 +224,8 @@ void Alerts::Answer(QMessageBox& box) {
   const Expected expected = queue.front();
   queue.erase(queue.begin());
   if (!box.text().contains(QString::fromStdString(expected.text))) {
-    complaints += "an alert says \"" + box.text().toStdString() + "\" in place of \"" + expected.text + "\"\n";
+    complaints +=
+        "an alert says \"" + box.text().toStdString() + "\" in place of \"" + expected.text + "\"\n";
   }
   if (expected.check >= 0 && box.checkBox()) box.checkBox()->setChecked(expected.check != 0);
   for (QAbstractButton* button : box.buttons()) {

@@ -1,5 +1,5 @@
-// Drives the real windows as a user would: clicks, keys and choices go through the window system's own events.
-// For the tests of the windows and for the demo's walk. Main thread only.
+// Drives the real windows as a user would: clicks, keys and choices go through the window system's own
+// events. For the tests of the windows and for the demo's walk. Main thread only.
 #pragma once
 
 #include <functional>
@@ -40,15 +40,16 @@ bool Grab(platform::Window* window, const char* path);
 /// The top modal window of the program's own, or null.
 platform::Window* ModalWindow();
 
-/// Answers alerts from a queue while it lives. An alert that is not expected, or whose text does not hold what was
-/// expected, is recorded and cancelled.
+/// Answers alerts from a queue while it lives. An alert that is not expected, or whose text does not hold
+/// what was expected, is recorded and cancelled.
 class Alerts {
  public:
   Alerts();
   ~Alerts();
   Alerts(const Alerts&) = delete;
   Alerts& operator=(const Alerts&) = delete;
-  /// The next alert holds `text` and is answered by the button labelled `button`. Check box as given: -1 leaves it.
+  /// The next alert holds `text` and is answered by the button labelled `button`. Check box as given: -1
+  /// leaves it.
   void Expect(const std::string& text, const char* button, int check = -1);
   /// While held, alerts stay open, for the test to do with them what it wants.
   void Hold(bool hold) { held = hold; }

@@ -39,8 +39,8 @@ void LMacWindow::AddCheckBox(int id, const char* text, int x, int y, int width, 
 
 void LMacWindow::AddHLine(int id, int x, int y, int width) { Add(id, ControlKind::kLine, nullptr, x, y, width, 2); }
 
-void LMacWindow::AddIcon(int id, int resource, int size) {
-  Add(id, ControlKind::kIcon, nullptr, 0, 0, size, size);
+void LMacWindow::AddIcon(int id, int resource, int size, const char* name) {
+  Add(id, ControlKind::kIcon, name, 0, 0, size, size);
   SetIconIcon(id, LGuiIcon::FromResource(resource), size);
 }
 

@@ -1,7 +1,7 @@
 // The contract of windows and controls: all application logic reaches the screen through it.
 //
-// A window holds controls addressed by small integer ids; commands arrive as integer ids through one virtual call.
-// Logic never holds a control. Main thread only.
+// A window holds controls addressed by small integer ids; commands arrive as integer ids through one virtual
+// call. Logic never holds a control. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,9 @@ class LWindow {
   virtual void EvDeactivate() {}
 };
 
-/// The concrete window. Owns its native window; without one every operation does nothing. A public base, for a window
-/// that the platform names is cast back to its class, and such a cast finds nothing through a protected one.
+/// The concrete window. Owns its native window; without one every operation does nothing. A public base, for
+/// a window that the platform names is cast back to its class, and such a cast finds nothing through a
+/// protected one.
 class LMacWindow : public LWindow, public platform::WindowEvents {
  public:
   LMacWindow() = default;
@@ -57,8 +58,8 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   LMacWindow* View() { return this; }
   platform::Window* Native() const { return pNative; }
 
-  /// Modal; true only for the OK code. A window that could not be made counts as cancelled. The main menu is off
-  /// meanwhile.
+  /// Modal; true only for the OK code. A window that could not be made counts as cancelled. The main menu is
+  /// off meanwhile.
   bool RunModal(LMacWindow* parent, int centerMode);
   using LWindow::Close;
   void Close(int code) override;
@@ -92,7 +93,8 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void AddCancel(const char* text, int x, int y, int width, int height);
   void AddCheckBox(int id, const char* text, int x, int y, int width, int height);
   void AddHLine(int id, int x, int y, int width);
-  void AddIcon(int id, int resource, int size);
+  /// The name is for a screen reader.
+  void AddIcon(int id, int resource, int size, const char* name = nullptr);
   void AddComboBoxExtend(int id, const char* name);
   void AddCoolButtonIconOnly(int id, const char* name, int image, int iconSize);
   void AddCoolButtonIconText(int id, const char* text, int image);
