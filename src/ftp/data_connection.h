@@ -57,6 +57,9 @@ class FtpDataConnection {
   /// this short.
   void Close(LProcessInterface&);
 
+  /// Closes at once. What is on its way in either direction is lost: for a transfer that was stopped.
+  void Drop() { socket.CloseSocketAndContext(); }
+
   /// The server's end came on a secure connection without the close notice of TLS: what was received may be
   /// cut off.
   bool WasCutOff() const { return bCutOff; }

@@ -76,7 +76,12 @@ LProcessResult FtpFileTransfer::Abort(unsigned sendMs, unsigned short& code, cha
   LProcessInterfaceVoid unstoppable;
   // A failed send shows in the reply that does not come.
   (void)ProcessFtpSendCommand(unstoppable, *pSession, "ABOR\r\n", sendMs);
-  return ReadClosingReply(gFtpTimeouts.aborReplyMs, code, text);
+  // Many servers look at the control connection only when the data connection fails them: while it stood open they
+  // would answer too late, and one reply would be left over for the next command.
+  data.Drop();
+  const LProcessResult read = ReadClosingReply(gFtpTimeouts.aborReplyMs, code, text);
+  if (read != LProcessResultOk) bLateReply = true;
+  return read;
 }
 
 LProcessResult FtpFileTransfer::ReadClosingReply(unsigned ms, unsigned short& code, char (&text)[kTextSize]) {
