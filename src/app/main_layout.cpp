@@ -112,7 +112,7 @@ void MainDialog::EnableToolBars() {
 void MainDialog::EnableMiddle() {
   const bool connected = remotePane.bConnected;
   const bool remoteSelection = LVGetSelCount(kRemoteList) > 0;
-  EnableControl(kDownloadButton, connected && remoteSelection);
+  EnableControl(kDownloadButton, remoteSelection);
   EnableControl(kUploadButton, connected && localPane.HasSelection());
   EnableControl(kSynchroniseButton, false);
 }

@@ -173,17 +173,22 @@ TEST_F(Layout, TheLoginDialog) {
 TEST_F(Layout, ALongServerTextInAnAlertStaysOnTheScreen) {
   StartProgram();
   alerts.Hold(true);
-  const Meanwhile look([] { return platform::AlertIsOpen(); },
-                       [&] {
-                         ui::Pump(30);
-                         const QWidget* box = QApplication::activeModalWidget();
-                         EXPECT_LT(box->width(), 1400);
-                         for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
-                           EXPECT_GE(button->width(),
-                                     button->fontMetrics().horizontalAdvance(button->text()));
-                         }
-                         platform::AlertDismiss();
-                       });
+  const Meanwhile look(
+      [] { return platform::AlertIsOpen(); },
+      [&] {
+        ui::Pump(30);
+        const QWidget* box = QApplication::activeModalWidget();
+        EXPECT_LT(box->width(), 1400);
+        for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
+          EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()));
+        }
+        const QAbstractButton *yes = nullptr, *no = nullptr;
+        for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
+          (button->text() == QString::fromUtf8("上書きする") ? yes : no) = button;
+        }
+        EXPECT_TRUE(yes && no && yes->x() > no->x()) << "the affirmative button stands at the right";
+        platform::AlertDismiss();
+      });
   const std::string text =
       "このファイルのコピー \"" + std::string(200, 'x') + "\" が既に存在します。上書きしますか？";
   LAlertWithButtonText::DisplayOkCancel(&Main(), text.c_str(), "上書きする", "上書きする", "スキップ");

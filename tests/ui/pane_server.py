@@ -3,8 +3,8 @@
 
 Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
-"cut" ends there together with the session. With a certificate (the file holds the key too) the logon must be under
-TLS. It ends with its parent.
+"cut" ends there together with the session; an upload whose name holds "refuse" is refused. With a certificate (the
+file holds the key too) the logon must be under TLS. It ends with its parent.
 """
 
 import ctypes
@@ -40,19 +40,27 @@ class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
         return count
 
 
+class MoodyHandler(FTPHandler):
+    dtp_handler = MoodyTransfer
+
+    def ftp_STOR(self, file, mode="w"):
+        if "refuse" in file:
+            self.respond("550 Not this one.")
+            return None
+        return super().ftp_STOR(file, mode)
+
+
 def main():
     ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
     logging.basicConfig(handlers=[logging.NullHandler()])
     folder, user, password = sys.argv[1:4]
     authorizer = DummyAuthorizer()
     authorizer.add_user(user, password, folder, perm="elradfmwMT")
-    handler = FTPHandler
+    handler = MoodyHandler
     if len(sys.argv) > 4:
         handler = TLS_FTPHandler
         handler.certfile = sys.argv[4]
         handler.tls_control_required = True
-    else:
-        handler.dtp_handler = MoodyTransfer
     handler.authorizer = authorizer
     handler.auth_failed_timeout = 0
     server = FTPServer(("127.0.0.1", 0), handler)

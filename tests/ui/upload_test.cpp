@@ -68,13 +68,13 @@ TEST_F(Upload, CancelEndsAFlowingTransferAtOnce) {
 }
 
 TEST_F(Upload, AFileThatTheServerRefusesIsNamed) {
-  MakeLocal("a.txt", "a");
-  MakeRemote("中/b.txt", "b");
+  MakeLocal("refuse.txt", "a");
   StartConnected();
-  Open(kRemoteList, "中");
-  std::filesystem::remove_all(Remote("中"));
-  TransferTest::Upload({"a.txt"});
-  EXPECT_THAT(Messages(), Contains(HasSubstr("a.txt")));
+  TransferTest::Upload({"refuse.txt"});
+  EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
+  EXPECT_THAT(Messages(), Contains(HasSubstr("アップロードできませんでした：refuse.txt（")));
+  EXPECT_FALSE(Exists(Remote("refuse.txt")));
+  EXPECT_TRUE(Main().remotePane.bConnected) << "the program connects again";
   ExpectUsable();
 }
 

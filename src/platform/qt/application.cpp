@@ -1,5 +1,6 @@
 // The application object: its look, its loop, and its end.
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QPalette>
 #include <QProxyStyle>
@@ -28,6 +29,12 @@ class RoomyStyle : public QProxyStyle {
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
     if (metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin) return 6;
     return QProxyStyle::pixelMetric(metric, option, widget);
+  }
+  /// The affirmative button at the right in alerts too, as in the program's own dialogs.
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
+    return QProxyStyle::styleHint(hint, option, widget, result);
   }
 };
 

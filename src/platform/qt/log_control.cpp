@@ -46,4 +46,10 @@ void LogControl::ShowNow() {
   verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
+/// The newest line stays in sight at any height.
+void LogControl::resizeEvent(QResizeEvent* event) {
+  QPlainTextEdit::resizeEvent(event);
+  verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
 }  // namespace platform

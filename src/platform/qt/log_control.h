@@ -12,6 +12,9 @@ class LogControl : public QPlainTextEdit {
   void SetLog(const QByteArray& utf8);
   void SetColors(unsigned text, unsigned background);
 
+ protected:
+  void resizeEvent(QResizeEvent*) override;
+
  private:
   void ShowNow();
 
