@@ -27,14 +27,14 @@ test:
 	tools/check-habits
 	cmake --preset dev
 	cmake --build --preset dev -j$(JOBS)
-	QT_QPA_PLATFORM=offscreen ctest --preset dev -j2 --output-on-failure
+	ctest --preset dev -j2 --output-on-failure
 
 clang:
 	tools/install-dependencies
 	tools/fetch-test-servers
 	cmake --preset clang
 	cmake --build --preset clang -j$(JOBS)
-	QT_QPA_PLATFORM=offscreen ctest --preset clang -j2 --output-on-failure
+	ctest --preset clang -j2 --output-on-failure
 
 bench:
 	tools/install-dependencies
