@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 SOURCES = git ls-files -z '*.cpp' '*.h'
 
-.PHONY: help run test bench fuzz install deb format check clang release
+.PHONY: help run test bench fuzz install deb format check clang tsan release
 
 help:
 	@echo "make run      build the program and start it on a demo server of its own"
@@ -12,7 +12,7 @@ help:
 	@echo "make bench    measure against other clients      make fuzz     fuzz what reads foreign bytes"
 	@echo "make install  install (PREFIX, DESTDIR)          make deb      build a Debian package"
 	@echo "make format   format the sources                 make check    habits and format"
-	@echo "make clang    build and test with clang"
+	@echo "make clang    build and test with clang          make tsan     test what threads do"
 
 run:
 	tools/install-dependencies build
@@ -35,6 +35,12 @@ clang:
 	cmake --preset clang
 	cmake --build --preset clang -j$(JOBS)
 	ctest --preset clang -j2 --output-on-failure
+
+tsan:
+	tools/install-dependencies
+	cmake --preset tsan
+	cmake --build --preset tsan -j$(JOBS)
+	ctest --preset tsan -j2
 
 bench:
 	tools/install-dependencies

@@ -1,10 +1,9 @@
 #include "support/log.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <time.h>
-
-#include <algorithm>
 
 #include "platform/clock.h"
 #include "platform/file_io.h"
@@ -39,6 +38,11 @@ LLog::~LLog() {
 void LLog::SetFolder(const char* folder) {
   CloseFile();
   TextCopy(szFolder, folder);
+}
+
+void LLog::SetPane(LLogPane* pane) {
+  const std::lock_guard lock(paneMutex);
+  pPane = pane;
 }
 
 void LLog::CloseFile() {
@@ -90,7 +94,8 @@ void LLog::LogWithoutEmailing(const char* text, unsigned char level) {
   char time[kTextSize];
   TextFormat(time, "%.2d:%.2d:%.2d", local.tm_hour, local.tm_min, local.tm_sec);
   WriteLine(time, text);
-  if (LLogPane* pane = pPane) pane->DisplayStatus(time, text, level);
+  const std::lock_guard lock(paneMutex);
+  if (pPane) pPane->DisplayStatus(time, text, level);
 }
 
 void LLog::Log(const char* first, const char* second, unsigned char level) {

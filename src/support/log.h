@@ -18,8 +18,8 @@ constexpr unsigned char kLogInformation = 3;
 constexpr unsigned char kLogCommand = 4;
 constexpr unsigned char kLogResponse = 5;
 
-/// What shows each line as it is logged: the pane of the main window. Called on the thread that logs, with no
-/// lock of the log held.
+/// What shows each line as it is logged: the pane of the main window. Called on the thread that logs, one
+/// line at a time, and without the lock that guards the file.
 class LLogPane {
  public:
   /// `time` is "14:03:22".
@@ -43,7 +43,8 @@ class LLog {
 
   bool IsEnabled() const { return bEnabled; }
   /// The pane that gets each line too; null for none. Not owned. Main thread.
-  void SetPane(LLogPane* pane) { pPane = pane; }
+  /// When it returns, no thread is in the former pane any more.
+  void SetPane(LLogPane* pane);
   LLogPane* Pane() const { return pPane; }
   /// The folder of the daily files. Tests and the demo set another one before the first line.
   const char* Folder() const { return szFolder; }
@@ -60,7 +61,8 @@ class LLog {
   std::atomic<bool> bEnabled = false;
   char szFolder[kTextSize] = {};
   int iFile = -1;  ///< -1 when no file is open. The file stays locked for this process while it is.
-  std::atomic<LLogPane*> pPane = nullptr;
+  std::recursive_mutex paneMutex;  ///< Guards the pane, also while it is called. `mutex` is free by then.
+  LLogPane* pPane = nullptr;
   std::recursive_mutex mutex;  ///< Guards the descriptor and the day.
   int iDay = 0;                ///< Day of the month of the last line; 0 before the first.
 };

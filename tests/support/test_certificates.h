@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
@@ -36,8 +37,9 @@ class TestAuthority {
     return authority;
   }
 
-  /// The context of a server that shows this certificate. The authority owns it.
+  /// The context of a server that shows this certificate. The authority owns it. Any thread.
   SSL_CTX* ServerContext(TestCertificate kind) {
+    const std::lock_guard lock(mutex_);
     ContextPointer& context = contexts_[static_cast<size_t>(kind)];
     if (!context) context = MakeContext(kind);
     return context.get();
@@ -144,6 +146,7 @@ class TestAuthority {
   std::string path_ = "/tmp/test-authority-XXXXXX";
   KeyPointer key_;
   CertificatePointer certificate_;
+  std::mutex mutex_;  ///< Guards the contexts, and the making of one.
   std::array<ContextPointer, static_cast<size_t>(TestCertificate::kCount)> contexts_;
 };
 

@@ -7,13 +7,17 @@
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
+#include <deque>
 #include <memory>
+#include <mutex>
 #include <poll.h>
 #include <vector>
 
 namespace platform {
 
-void EventLoopPump() { QCoreApplication::processEvents(); }
+void EventLoopPump() {
+  QCoreApplication::processEvents();
+}
 
 namespace {
 
@@ -44,10 +48,44 @@ bool EventLoopWait(const int* descriptors, size_t count, unsigned ms) {
   return !timedOut;
 }
 
-void EventLoopPost(std::function<void()> call) {
-  if (QCoreApplication* application = QCoreApplication::instance()) {
-    QMetaObject::invokeMethod(application, std::move(call), Qt::QueuedConnection);
+namespace {
+
+/// Calls on their way to the main thread. They lie here rather than in the library's events, so that they go
+/// from thread to thread under a lock that ThreadSanitizer knows.
+struct PostedCalls {
+  std::mutex mutex;
+  std::deque<std::function<void()>> calls;
+};
+
+/// Never destroyed: threads may post while the process ends.
+PostedCalls& Posted() {
+  static auto& posted = *new PostedCalls;
+  return posted;
+}
+
+void RunNextPosted() {
+  std::function<void()> call;
+  {
+    PostedCalls& posted = Posted();
+    const std::lock_guard lock(posted.mutex);
+    call = std::move(posted.calls.front());
+    posted.calls.pop_front();
   }
+  call();
+}
+
+}  // namespace
+
+void EventLoopPost(std::function<void()> call) {
+  QCoreApplication* application = QCoreApplication::instance();
+  if (!application) return;
+  {
+    PostedCalls& posted = Posted();
+    const std::lock_guard lock(posted.mutex);
+    posted.calls.push_back(std::move(call));
+  }
+  QMetaObject::invokeMethod(
+      application, [] { RunNextPosted(); }, Qt::QueuedConnection);
 }
 
 bool IsMainThread() {
@@ -66,7 +104,9 @@ Timer* TimerCreate(std::function<void()> call) {
   return made;
 }
 
-void TimerArm(Timer* timer, unsigned ms) { timer->timer.start(static_cast<int>(ms)); }
+void TimerArm(Timer* timer, unsigned ms) {
+  timer->timer.start(static_cast<int>(ms));
+}
 
 void TimerDestroy(Timer* timer) {
   if (!timer) return;

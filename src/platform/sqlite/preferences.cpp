@@ -1,7 +1,6 @@
 #include "platform/preferences.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -49,8 +48,6 @@ void ApplyToIndex(KeyIndex& index, const std::string& key, bool isPresent) {
 /// The index to be changed: a copy of its own if a visit still reads the present one.
 KeyIndex& IndexToWrite(Domain& domain) {
   if (domain.index.use_count() > 1) domain.index = std::make_shared<KeyIndex>(*domain.index);
-  std::atomic_thread_fence(
-      std::memory_order_acquire);  // The last visitor, on another thread, has read to its end.
   return *domain.index;
 }
 
@@ -70,11 +67,27 @@ std::shared_ptr<const KeyIndex> CurrentIndex(Store& store, const char* name) {
   return fresh;
 }
 
-std::shared_ptr<const KeyIndex> LockedIndex(const char* name) {
-  Store& store = TheStore();
-  const std::lock_guard lock(store.mutex);
-  return CurrentIndex(store, name);
-}
+/// The index for one visit, null if the store cannot be read. It is let go of under the store's lock, so that
+/// who holds the lock and finds no visit knows that the last one, on another thread, has read to its end.
+class Visit {
+ public:
+  explicit Visit(const char* domain) {
+    Store& store = TheStore();
+    const std::lock_guard lock(store.mutex);
+    index = CurrentIndex(store, domain);
+  }
+  Visit(const Visit&) = delete;
+  Visit& operator=(const Visit&) = delete;
+  ~Visit() {
+    const std::lock_guard lock(TheStore().mutex);
+    index = nullptr;
+  }
+  explicit operator bool() const { return index != nullptr; }
+  const KeyIndex* operator->() const { return index.get(); }
+
+ private:
+  std::shared_ptr<const KeyIndex> index;
+};
 
 bool ReadValue(const char* name, std::string_view key, std::string& value) {
   Store& store = TheStore();
@@ -89,7 +102,7 @@ bool ReadValue(const char* name, std::string_view key, std::string& value) {
 }  // namespace
 
 bool PreferencesCopyKeyList(const char* domain, const std::function<void(const char*)>& visit) {
-  const auto index = LockedIndex(domain);
+  const Visit index(domain);
   if (!index || index->Keys().empty()) return false;
   for (const std::string& key : index->Keys()) visit(key.c_str());
   return true;
@@ -146,7 +159,7 @@ bool PreferencesSetMultiple(const char* domain, const char* const* keys, const c
 
 bool PreferencesVisitKeys(const char* domain, const char* prefix, size_t from,
                           const std::function<bool(size_t, const char*)>& visit) {
-  const auto index = LockedIndex(domain);
+  const Visit index(domain);
   if (!index || index->Keys().empty()) return false;
   const std::vector<std::string>& keys = index->Keys();
   for (size_t i = std::max(from, index->FirstWithPrefix(prefix)); i < keys.size(); ++i) {
@@ -158,7 +171,7 @@ bool PreferencesVisitKeys(const char* domain, const char* prefix, size_t from,
 bool PreferencesNextName(const char* domain, const char* prefix, const char* previous,
                          char (&out)[kFixedText]) {
   char name[kFixedText] = {};  // `previous` may lie in `out`.
-  if (const auto index = LockedIndex(domain)) {
+  if (const Visit index(domain); index) {
     const std::string_view next = index->NextName(prefix, previous, kFixedText - 1);
     next.copy(name, next.size());
   }
@@ -167,7 +180,7 @@ bool PreferencesNextName(const char* domain, const char* prefix, const char* pre
 }
 
 size_t PreferencesKeyCount(const char* domain) {
-  const auto index = LockedIndex(domain);
+  const Visit index(domain);
   return index ? index->Keys().size() : 0;
 }
 
