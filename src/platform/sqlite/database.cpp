@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include "platform/clock.h"
 #include "platform/file_io.h"
 
 namespace platform {
@@ -9,6 +10,8 @@ namespace platform {
 namespace {
 
 constexpr int kBusyTimeoutMs = 5000;
+constexpr int kQuickTries = 100;
+constexpr unsigned kLaterWaitMs = 3;
 
 constexpr const char* kTable =
     "CREATE TABLE IF NOT EXISTS preferences("
@@ -45,6 +48,16 @@ bool IsDamage(int result) {
 void Bind(sqlite3_stmt* statement, int position, std::string_view text) {
   // Cannot fail but for memory or an over-long text, and then the step behind it finds a NULL and fails.
   sqlite3_bind_text64(statement, position, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
+/// Called by the library while another process holds a lock; 0 gives up. It looks often: the library's own
+/// waiting sleeps up to 100 ms, and finds a lock that the other takes again and again taken every time.
+int WaitForLock(void* since, int tries) {
+  int64_t& start = *static_cast<int64_t*>(since);
+  if (tries == 0) start = ClockMonotonicMs();
+  if (ClockMonotonicMs() - start >= kBusyTimeoutMs) return 0;
+  ClockSleepMs(tries < kQuickTries ? 1 : kLaterWaitMs);
+  return 1;
 }
 
 std::string ColumnText(sqlite3_stmt* statement) {
@@ -116,7 +129,7 @@ int Database::Open() {
 }
 
 int Database::SetUp() {
-  sqlite3_busy_timeout(pHandle, kBusyTimeoutMs);
+  sqlite3_busy_handler(pHandle, &WaitForLock, &busySince);
   int result = Execute(kConnectionSettings);
   if (result == SQLITE_OK) result = CheckIntegrity();
   // A writable file that the library will only read has a header that no version ever wrote.

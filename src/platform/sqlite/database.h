@@ -75,6 +75,7 @@ class Database {
   std::string path;
   FileIdentity identity;
   uint64_t opening = 0;
+  int64_t busySince = 0;  ///< When the present wait for another process's lock began, in milliseconds.
 
   // What was last read under the library's lock. While the counter in the file is the same, so is the
   // version: one look at the file instead of a transaction, which a walk over many keys would begin for each
