@@ -33,6 +33,7 @@ void MainDialog::InitDialog() {
   AddRemoteControls();
   SetToolBars();
   LOG("Orvane FTPファイル転送ソフト 実行");
+  LSettingsLogDamagedStore();
   SetToolTips();
   localPane.Init(*this, kLocalList);
   remotePane.InitList(*this, kRemoteList);

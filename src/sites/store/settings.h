@@ -86,3 +86,5 @@ void LSettingsMigrateUpperCaseUserSettings();
 
 /// True once after the preference file was found damaged and replaced; `out` is the path it was kept under.
 bool LSettingsTakeDamagedStore(char (&out)[kTextSize]);
+/// Says so in the history, if it was.
+void LSettingsLogDamagedStore();

@@ -7,6 +7,8 @@
 
 #include "platform/preferences.h"
 #include "sites/store/settings.h"
+#include "support/files.h"
+#include "support/log.h"
 
 bool _LUserSettingGetString(const char* section, const char* key, const char* defaultValue,
                             char (&out)[kTextSize]) {
@@ -106,4 +108,15 @@ bool LSettingForApplicationSetBool(const char* application, const char* key, boo
 
 bool LSettingsTakeDamagedStore(char (&out)[kTextSize]) {
   return platform::PreferencesTakeDamagedFile(out);
+}
+
+void LSettingsLogDamagedStore() {
+  char kept[kTextSize];
+  if (!LSettingsTakeDamagedStore(kept)) return;
+  // The name first: the pane cuts what is long, and the folder is the same for every copy.
+  char name[kTextSize];
+  char folder[kTextSize];
+  LFile::_GetFileFromPath(name, kept);
+  LFile::_GetFolderFromPath(folder, kept);
+  LOGERRORF("設定ファイルが壊れていたため「%s」として保管し、新しく作成しました。フォルダ: %s", name, folder);
 }

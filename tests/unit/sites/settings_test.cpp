@@ -4,6 +4,7 @@
 #include <clocale>
 #include <thread>
 
+#include "support/history_capture.h"
 #include "support/settings_fixture.h"
 
 namespace {
@@ -312,6 +313,37 @@ TEST_F(Settings, TellOnceOfADamagedFile) {
   EXPECT_TRUE(LSettingsTakeDamagedStore(kept));
   EXPECT_EQ(ReadFile(kept), "no database");
   EXPECT_FALSE(LSettingsTakeDamagedStore(kept));
+}
+
+TEST_F(Settings, SayInTheHistoryWhereADamagedFileIsKept) {
+  HistoryCapture history;
+  LUserSettingSetString("Settings", "x", "1");
+  LSettingsLogDamagedStore();
+  EXPECT_TRUE(history.Lines().empty()) << "a sound file is no news";
+  platform::PreferencesClose();
+  const std::string whole = ReadFile(StoreFile());
+  const std::string rows[] = {
+      "no database", whole.substr(0, whole.size() / 2),
+      std::string(whole).replace(100, 200, 200, '\xFF'),  // The root page's header and cells.
+  };
+  for (const std::string& content : rows) {
+    WriteFile(StoreFile(), content);
+    EXPECT_TRUE(LUserSettingSetString("Settings", "x", "new"));
+    const size_t before = history.Lines().size();
+    LSettingsLogDamagedStore();
+    LSettingsLogDamagedStore();
+    const std::vector<std::string> lines = history.Lines();
+    ASSERT_EQ(lines.size(), before + 1);
+    const std::string head = "設定ファイルが壊れていたため「";
+    const std::string tail = "」として保管し、新しく作成しました。フォルダ: " + StoreFolder();
+    const std::string& line = lines.back();
+    ASSERT_EQ(line.rfind(head, 0), 0u) << line;
+    const std::string name = line.substr(head.size(), line.find("」") - head.size());
+    EXPECT_EQ(line, head + name + tail);
+    EXPECT_TRUE(ReadFile(StoreFolder() + "/" + name) == content) << name;
+    EXPECT_EQ(Setting("x"), "new");
+    platform::PreferencesClose();
+  }
 }
 
 }  // namespace
