@@ -25,9 +25,7 @@ namespace {
 constexpr int kDefaultLines = 100000;
 constexpr int kStartMs = 500;  ///< The window's own start logs a line after a moment.
 
-double Seconds(const QElapsedTimer& clock) {
-  return static_cast<double>(clock.nsecsElapsed()) / 1e9;
-}
+double Seconds(const QElapsedTimer& clock) { return static_cast<double>(clock.nsecsElapsed()) / 1e9; }
 
 long LinesInFiles() {
   long count = 0;
@@ -53,8 +51,8 @@ bool Measure(const char* name, MainDialog& dialog, int lines, bool isPumped) {
   const bool isShown =
       ui::WaitUntil([&] { return ui::LogText(dialog.Native(), kHistory).find(last) != std::string::npos; });
   const long written = LinesInFiles() - before;
-  printf("%s: %d lines in %.2f s, %.1f us a line; the last one %s after %.2f s; %ld in the file\n", name,
-         lines, logged, logged / lines * 1e6, isShown ? "shown" : "NOT SHOWN", Seconds(clock), written);
+  printf("%s: %d lines in %.2f s, %.1f us a line; the last one %s after %.2f s; %ld in the file\n", name, lines, logged,
+         logged / lines * 1e6, isShown ? "shown" : "NOT SHOWN", Seconds(clock), written);
   return isShown && written == lines;
 }
 

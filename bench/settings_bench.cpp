@@ -53,8 +53,8 @@ int Walk() {
 
 void Print(const char* name, std::vector<double> times) {
   std::sort(times.begin(), times.end());
-  printf("%-34s %9.2f ms (%.2f to %.2f in %zu rounds)\n", name, times[times.size() / 2], times.front(),
-         times.back(), times.size());
+  printf("%-34s %9.2f ms (%.2f to %.2f in %zu rounds)\n", name, times[times.size() / 2], times.front(), times.back(),
+         times.size());
 }
 
 }  // namespace
@@ -69,8 +69,8 @@ int main(int argc, char** argv) {
     const LSettingsBatch batch;
     for (int i = 0; i < sites; ++i) Save(i);
   });
-  printf("%d sites, %zu keys, made in one batch in %.0f ms\n", sites,
-         platform::PreferencesKeyCount(kSettingsDomain), made);
+  printf("%d sites, %zu keys, made in one batch in %.0f ms\n", sites, platform::PreferencesKeyCount(kSettingsDomain),
+         made);
   std::vector<double> first, again, save;
   int met = 0;
   for (int round = 0; round < kRounds; ++round) {

@@ -50,9 +50,8 @@ bool Run(const Job& job) {
     return false;
   }
   char error[kTextSize] = {};
-  const LProcessResult result = job.upload
-                                    ? ProcessFtpUpload(process, session, job.remote, job.local, &error, false)
-                                    : ProcessFtpDownload(process, session, job.remote, job.local, &error);
+  const LProcessResult result = job.upload ? ProcessFtpUpload(process, session, job.remote, job.local, &error, false)
+                                           : ProcessFtpDownload(process, session, job.remote, job.local, &error);
   if (result != LProcessResultOk) fprintf(stderr, "transfer_bench: %s\n", error);
   return result == LProcessResultOk;
 }

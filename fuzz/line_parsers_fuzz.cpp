@@ -32,8 +32,7 @@ void CheckCursor(const std::string& text) {
   for (char c = 1; c < 33; ++c) whiteSpace += c;
   CheckSteps(text, whiteSpace.c_str(),
              [](Parser& parser, char(&field)[kTextSize]) { parser.GetToWhiteSpaceAndSkip(field); });
-  CheckSteps(text, "\r\n",
-             [](Parser& parser, char(&field)[kTextSize]) { parser.GetToEndOfLineAndSkip(field); });
+  CheckSteps(text, "\r\n", [](Parser& parser, char(&field)[kTextSize]) { parser.GetToEndOfLineAndSkip(field); });
 }
 
 void CheckReaders(const std::string& text, const std::string& set) {
@@ -76,9 +75,7 @@ void CheckCommaList(const std::string& text) {
   FUZZ_CHECK(Items(quoted) == items);
 }
 
-int Sign(int value) {
-  return (value > 0) - (value < 0);
-}
+int Sign(int value) { return (value > 0) - (value < 0); }
 
 /// True if a run of digits is too long for the 32 bits that a comparison keeps.
 bool HasLargeNumber(const std::string& text) {

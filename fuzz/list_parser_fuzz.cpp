@@ -10,9 +10,7 @@ namespace {
 
 using Parser = LFTPListInfoParser;
 
-bool EndsInside(const char (&text)[kTextSize]) {
-  return memchr(text, 0, sizeof text) != nullptr;
-}
+bool EndsInside(const char (&text)[kTextSize]) { return memchr(text, 0, sizeof text) != nullptr; }
 
 }  // namespace
 

@@ -19,8 +19,7 @@ void CheckUtf8RoundTrip(const std::string& text) {
   std::vector<char32_t> characters(room);
   const int result = LCopyUTF32FromUTF8Native(characters.data(), text.c_str(), room);
   FUZZ_CHECK(result == kUnicodeClean || result == kUnicodeIllegal);
-  for (const char32_t* c = characters.data(); *c; ++c)
-    FUZZ_CHECK(*c < 0x110000 && (*c < 0xD800 || *c > 0xDFFF));
+  for (const char32_t* c = characters.data(); *c; ++c) FUZZ_CHECK(*c < 0x110000 && (*c < 0xD800 || *c > 0xDFFF));
   std::vector<char> again(room);
   FUZZ_CHECK(LCopyUTF8FromUTF32Native(again.data(), characters.data(), room - 1) == kUnicodeClean);
   const std::string kept = again.data();
@@ -66,8 +65,7 @@ void CheckAnyUnits(const std::string& bytes, size_t size) {
   }
   std::vector<char32_t> fromUnits(size);
   LCopyUTF32FromUnicode(fromUnits.data(), units.data(), size);
-  for (const char32_t* c = fromUnits.data(); *c; ++c)
-    FUZZ_CHECK(*c < 0x110000 && (*c < 0xD800 || *c > 0xDFFF));
+  for (const char32_t* c = fromUnits.data(); *c; ++c) FUZZ_CHECK(*c < 0x110000 && (*c < 0xD800 || *c > 0xDFFF));
 
   std::vector<char16_t> fromCharacters(size);
   LCopyUnicodeFromUTF32(fromCharacters.data(), characters.data(), size);

@@ -69,8 +69,7 @@ bool HasPlainAttributes(const LXMLElement& element) {
 bool IsPlainTree(const LXMLDocument& document) {
   std::vector<const LXMLElement*> waiting;
   const auto add = [&waiting](const LXMLElement& parent) {
-    for (const LXMLElement* child = parent.children.first; child; child = child->next)
-      waiting.push_back(child);
+    for (const LXMLElement* child = parent.children.first; child; child = child->next) waiting.push_back(child);
   };
   add(document);
   while (!waiting.empty()) {
@@ -79,8 +78,7 @@ bool IsPlainTree(const LXMLDocument& document) {
     if (!element.tagName) continue;
     if (!IsPlainName(element.tagName) || !HasPlainAttributes(element)) return false;
     // In another spelling it is read to the first bracket, but closed as character data.
-    if (strcasecmp(element.tagName, "![CDATA[") == 0 && strcmp(element.tagName, "![CDATA[") != 0)
-      return false;
+    if (strcasecmp(element.tagName, "![CDATA[") == 0 && strcmp(element.tagName, "![CDATA[") != 0) return false;
     // Nothing parts such a name from its closing mark.
     if (element.tagName[0] == '?' && element.attributes.IsEmpty()) return false;
     add(element);

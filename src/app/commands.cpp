@@ -166,10 +166,22 @@ bool MainDialog::RoutePaneCommand(int id) {
       if (CheckConnection()) remotePane.CmRefresh();
       EvRemotePathChanged();
       return true;
-    case kCommandRemoteUp: remotePane.CmUp(); EvRemotePathChanged(); return true;
-    case kCommandRemoteBack: remotePane.CmBack(); EvRemotePathChanged(); return true;
-    case kCommandRemoteForward: remotePane.CmForward(); EvRemotePathChanged(); return true;
-    case kCommandRemoteOpen: remotePane.EvDoubleClick(true); EvRemotePathChanged(); return true;
+    case kCommandRemoteUp:
+      remotePane.CmUp();
+      EvRemotePathChanged();
+      return true;
+    case kCommandRemoteBack:
+      remotePane.CmBack();
+      EvRemotePathChanged();
+      return true;
+    case kCommandRemoteForward:
+      remotePane.CmForward();
+      EvRemotePathChanged();
+      return true;
+    case kCommandRemoteOpen:
+      remotePane.EvDoubleClick(true);
+      EvRemotePathChanged();
+      return true;
     default: return false;
   }
   EvLocalPathChanged();

@@ -30,12 +30,14 @@ int MainDialogCore::FailConnect(bool bForgetOnFail) {
 
 /// The first connection of a run is never retried, and the retries are in the clear.
 bool MainDialogCore::ConnectWithRetries(const LFTPAccountSettings& site, const char* directory) {
-  if (remotePane.CmConnect(site.szServer, site.szUserName, site.szPassword, directory, site.bUseSSL, site.bImplicit, true)) {
+  if (remotePane.CmConnect(site.szServer, site.szUserName, site.szPassword, directory, site.bUseSSL, site.bImplicit,
+                           true)) {
     return true;
   }
   if (!LUserSettingIsOn("Settings", "FtpRetry") || !remotePane.bReconnectArmed) return false;
   for (int i = 0; i < kRetries; ++i) {
-    if (remotePane.CmConnect(site.szServer, site.szUserName, site.szPassword, directory, false, false, true)) return true;
+    if (remotePane.CmConnect(site.szServer, site.szUserName, site.szPassword, directory, false, false, true))
+      return true;
   }
   return false;
 }
@@ -94,8 +96,9 @@ int MainDialogCore::DisconnectWithMessage(bool bReconnect) {
   } else {
     question.sprintf("%sに%sとして接続されています。\n切断してもよろしいですか？", label, user);
   }
-  const bool yes = bReconnect ? LAlertWithButtonText::DisplayOkCancel(pView, question, "再接続する", "再接続する", "キャンセル")
-                              : LAlertWithButtonText::DisplayOkCancel(pView, question, "切断確認", "切断", "キャンセル");
+  const bool yes =
+      bReconnect ? LAlertWithButtonText::DisplayOkCancel(pView, question, "再接続する", "再接続する", "キャンセル")
+                 : LAlertWithButtonText::DisplayOkCancel(pView, question, "切断確認", "切断", "キャンセル");
   if (!yes) return 0;
   CmDisconnect(false);
   return 1;

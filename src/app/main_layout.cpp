@@ -66,8 +66,8 @@ void MainDialog::LayoutControls(int width, int height) {
 
   MoveControlPixels(kRemoteTools, right + 3, top, width - right - 3, toolHeight);
   divider.SetLineBounds(kHighestListEnd, bottom - kDividerHeight - kHistoryMargin);
-  const int listEnd = std::max(
-      std::min(divider.GetControlPosition(), bottom - kDividerHeight - kHistoryMargin), kHighestListEnd);
+  const int listEnd =
+      std::max(std::min(divider.GetControlPosition(), bottom - kDividerHeight - kHistoryMargin), kHighestListEnd);
   MoveControlPixels(kRemoteList, right + 3, top + toolHeight, width - right - 3, listEnd - top - toolHeight);
   MoveControlPixels(kDivider, right + 3, listEnd, width - right - 3, kDividerHeight);
   const int historyTop = listEnd + kDividerHeight;
@@ -89,12 +89,10 @@ void MainDialog::EnableToolBars() {
   const bool connected = remotePane.bConnected;
   const bool atRoot = strcmp(remotePane.szCurrentDirectory, "/") == 0;
   // Commands whose turn has not come yet stay off.
-  for (const int off :
-       {kCommandRemoteRename, kCommandRemoteDelete, kCommandRemoteNewFolder, kCommandRemoteBookmarks}) {
+  for (const int off : {kCommandRemoteRename, kCommandRemoteDelete, kCommandRemoteNewFolder, kCommandRemoteBookmarks}) {
     remoteToolBar.EnableToolBarItem(off, false);
   }
-  for (const int off :
-       {kCommandLocalRename, kCommandLocalDelete, kCommandLocalNewFolder, kCommandLocalBookmarks}) {
+  for (const int off : {kCommandLocalRename, kCommandLocalDelete, kCommandLocalNewFolder, kCommandLocalBookmarks}) {
     localToolBar.EnableToolBarItem(off, false);
   }
   for (const int off : {kCommandSites, kCommandQuickConnect, kCommandOptions}) {
@@ -124,12 +122,11 @@ void MainDialog::EnableControls() {
   EnableMiddle();
   for (const int id : {kRemotePath, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove})
     EnableControl(id, connected);
-  for (const int id : {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply,
-                       kRemoteFilterRemove}) {
+  for (const int id :
+       {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove}) {
     ShowControl(id, bFiltersShown);
   }
-  LVSetStyleDefaultText(kRemoteList, connected
-                                         ? "フォルダ内にファイルがありません "
-                                         : "接続されていません。「接続」ボタンをクリックして接続します。");
+  LVSetStyleDefaultText(kRemoteList, connected ? "フォルダ内にファイルがありません "
+                                               : "接続されていません。「接続」ボタンをクリックして接続します。");
   statusBar.StatusBarSetText("Orvane FTPファイル転送ソフト v 5.01", 0);
 }

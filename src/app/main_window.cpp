@@ -19,9 +19,7 @@ constexpr unsigned kCloseAgainMs = 10;
 
 }  // namespace
 
-LMainWindow::LMainWindow() {
-  pInstance = this;
-}
+LMainWindow::LMainWindow() { pInstance = this; }
 
 LMainWindow::~LMainWindow() {
   platform::TimerDestroy(pCloseTimer);
@@ -35,8 +33,7 @@ void LMainWindow::MainWindowInitCommon() {
   platform::EventLoopPost([] {
     if (pInstance) pInstance->Command(kCommandPostInit, 0);
   });
-  platform::WindowSetMinimumClientSize(Native(), UnitsToPixelsX(kMinimumWidth),
-                                       UnitsToPixelsY(kMinimumHeight));
+  platform::WindowSetMinimumClientSize(Native(), UnitsToPixelsX(kMinimumWidth), UnitsToPixelsY(kMinimumHeight));
   WindowSizeSettingsRestore(kStateKey, kDefaultWidth, kDefaultHeight);
   InitDialog();
   EnableControls();
@@ -94,23 +91,12 @@ void LMainWindow::RelayoutControls() {
 
 void LMainWindow::Command(int id, intptr_t data) {
   switch (id) {
-    case kCommandPostInit:
-      Command(kCommandWindowReady, 0);
-      break;
-    case kCommandWindowReady:
-      EvWindowReady();
-      break;
-    case kCommandCloseAgain:
-      CloseMainWindow();
-      break;
+    case kCommandPostInit: Command(kCommandWindowReady, 0); break;
+    case kCommandWindowReady: EvWindowReady(); break;
+    case kCommandCloseAgain: CloseMainWindow(); break;
     case kCommandHideWindow:
-    case kCommandCancel:
-      ShowWindow(false);
-      break;
-    case kCommandQuit:
-      CmExit();
-      break;
-    default:
-      LMacWindow::Command(id, data);
+    case kCommandCancel: ShowWindow(false); break;
+    case kCommandQuit: CmExit(); break;
+    default: LMacWindow::Command(id, data);
   }
 }

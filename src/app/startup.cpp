@@ -1,10 +1,9 @@
 #include "app/startup.h"
 
-#include <sys/resource.h>
-#include <sys/stat.h>
-
 #include <clocale>
 #include <cstring>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 int gargc;
 char** gargv;

@@ -45,7 +45,8 @@ bool LFtpList::ApplyDirectory() {
     if (reconnects == 0) result = EnterCurrentDirectory();
   }
   if (result == LProcessResultFailed) {
-    LOGERRORF("ディレクトリを「%s」に変更できません。ディレクトリ上で許可があるか確認してください。", szCurrentDirectory);
+    LOGERRORF("ディレクトリを「%s」に変更できません。ディレクトリ上で許可があるか確認してください。",
+              szCurrentDirectory);
     return false;
   }
   pWindow->LVClear(nListId);

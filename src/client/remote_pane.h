@@ -98,8 +98,8 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   bool bQuiet = false;           ///< SetStatus stays silent.
   bool bOverwriteYes = false;    ///< Answer of the last overwrite question of the running job.
   bool bOverwriteForAll = false;
-  char szServer[kTextSize] = {};            ///< Of the last good connection.
-  char szCurrentDirectory[kTextSize] = {};  ///< As the server's answer to PWD gave it.
+  char szServer[kTextSize] = {};               ///< Of the last good connection.
+  char szCurrentDirectory[kTextSize] = {};     ///< As the server's answer to PWD gave it.
   char szBaseRemoteDirectory[kTextSize] = {};  ///< Roots of the running transfer.
   char szBaseLocalDirectory[kTextSize] = {};
   char szFilter[kTextSize] = {};  ///< Lower case; empty for none.

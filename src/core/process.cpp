@@ -13,9 +13,7 @@ constexpr size_t kMessageSize = 8192;
 
 // LProcessInterface
 
-LProcessResult LProcessInterface::ProcessWaitUntilStopped() {
-  return ProcessWait(kWaitForever);
-}
+LProcessResult LProcessInterface::ProcessWaitUntilStopped() { return ProcessWait(kWaitForever); }
 
 LProcessResult LProcessInterface::ProcessWaitSignalForever(LSignalObjectRef signal) {
   return ProcessWaitSignal(signal, kWaitForever);
@@ -56,8 +54,7 @@ LProcessResult LProcessInterfaceVoid::ProcessWaitSignal(LSignalObjectRef signal,
   return isReadable ? LProcessResultOk : LProcessResultFailed;
 }
 
-LProcessResult LProcessInterfaceVoid::ProcessWaitSignalObjectGroup(LSignalObjectGroup& group,
-                                                                   unsigned int ms) {
+LProcessResult LProcessInterfaceVoid::ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) {
   if (group.count == 0) return LProcessResultFailed;
   return SignalPoll(group.entries, group.count, ms) > 0 ? LProcessResultOk : LProcessResultFailed;
 }
@@ -68,8 +65,7 @@ LProcessResult LProcessInterfaceNested::ProcessWaitSignal(LSignalObjectRef signa
   return pParent->ProcessWaitSignal(signal, ms);
 }
 
-LProcessResult LProcessInterfaceNested::ProcessWaitSignalObjectGroup(LSignalObjectGroup& group,
-                                                                     unsigned int ms) {
+LProcessResult LProcessInterfaceNested::ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) {
   return pParent->ProcessWaitSignalObjectGroup(group, ms);
 }
 

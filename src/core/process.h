@@ -33,8 +33,7 @@ class LProcessInterface {
   [[nodiscard]] virtual LProcessResult ProcessWait(unsigned int ms) = 0;
   /// 0 signalled, 1 stopped, 2 timed out; the same for the group.
   [[nodiscard]] virtual LProcessResult ProcessWaitSignal(LSignalObjectRef signal, unsigned int ms) = 0;
-  [[nodiscard]] virtual LProcessResult ProcessWaitSignalObjectGroup(LSignalObjectGroup& group,
-                                                                    unsigned int ms) = 0;
+  [[nodiscard]] virtual LProcessResult ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) = 0;
   [[nodiscard]] virtual LProcessResult ProcessWaitUntilStopped();
   [[nodiscard]] virtual LProcessResult ProcessWaitSignalForever(LSignalObjectRef signal);
   [[nodiscard]] virtual LProcessResult ProcessWaitSignalObjectGroupForever(LSignalObjectGroup& group);
@@ -102,8 +101,7 @@ class LProcessInterfaceRecursiveSubProcess : public LProcessInterfaceSubProcess 
 /// One item of a list: the list owns the action line, the item the item line. Made anew for each item.
 class ChildInterface : public LProcessInterface {
  public:
-  ChildInterface(LProcessInterface& parent, int total, int index)
-      : pParent(&parent), iTotal(total), iIndex(index) {}
+  ChildInterface(LProcessInterface& parent, int total, int index) : pParent(&parent), iTotal(total), iIndex(index) {}
   /// The parent's answer, or else the own flag.
   bool IsToStop() override { return pParent->IsToStop() || bStop; }
   LProcessResult ProcessWait(unsigned int ms) override { return pParent->ProcessWait(ms); }

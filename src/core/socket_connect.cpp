@@ -33,8 +33,8 @@ LProcessResult ConnectDescriptor(LProcessInterface& process, const int& fd, cons
 
 }  // namespace
 
-LProcessResult ProcessConnect(LProcessInterface& process, LIPSocketTCP& socket,
-                              const LIPAddressWithPort& address, unsigned int ms) {
+LProcessResult ProcessConnect(LProcessInterface& process, LIPSocketTCP& socket, const LIPAddressWithPort& address,
+                              unsigned int ms) {
   if (socket.IsValid()) socket.CloseSocket();
   if (process.IsToStop()) return LProcessResultStopped;
   socket.fd = platform::NetOpen();
@@ -60,8 +60,7 @@ LProcessResult ProcessConnect(LProcessInterface& process, LSSLSocketTCP& socket,
   if (socket.IsValid()) socket.CloseSocketAndContext();
   if (!socket.IsValid()) socket.SetPeerName(address);
   if (process.IsToStop()) return LProcessResultStopped;
-  if (target.address == kInvalidAddress || target.address == kSecondInvalidAddress)
-    return LProcessResultFailed;
+  if (target.address == kInvalidAddress || target.address == kSecondInvalidAddress) return LProcessResultFailed;
   socket.fd = platform::NetOpen();
   if (!socket.IsValid()) return LProcessResultFailed;
   // The kernel finds the right receive buffer by itself as long as nobody sets one.

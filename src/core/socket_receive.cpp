@@ -45,8 +45,7 @@ LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, unsi
   }
 }
 
-LProcessResult RecvToCharacterPlain(int fd, char* buffer, size_t size, size_t& received,
-                                    const char* characters) {
+LProcessResult RecvToCharacterPlain(int fd, char* buffer, size_t size, size_t& received, const char* characters) {
   const ssize_t got = ReadToCharacterPlain(fd, buffer, size, characters);
   if (got < 1) return LProcessResultFailed;
   received = static_cast<size_t>(got);
@@ -69,8 +68,7 @@ LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, u
   for (;;) {
     char chunk[kLineChunk];
     size_t received = 0;
-    const LProcessResult result =
-        ProcessRecvToCharacter(process, socket, chunk, sizeof chunk, received, "\n", ms);
+    const LProcessResult result = ProcessRecvToCharacter(process, socket, chunk, sizeof chunk, received, "\n", ms);
     if (result == LProcessResultStopped) return result;
     if (result != LProcessResultOk) return onFailure;
     onFailure = LProcessResultOk;
@@ -92,8 +90,7 @@ LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LSSLSocketT
   }
 }
 
-LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LIPSocketTCPRef socket,
-                                         unsigned int ms) {
+LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LIPSocketTCPRef socket, unsigned int ms) {
   return WaitForDescriptor(process, socket.fd, ms);
 }
 
@@ -136,14 +133,13 @@ LProcessResult ProcessRecvReady(LProcessInterface& process, LIPSocketTCPRef sock
 namespace {
 
 template <typename Socket>
-LProcessResult RecvBytes(LProcessInterface& process, Socket& socket, void* buffer, size_t size,
-                         size_t& received, unsigned int ms) {
+LProcessResult RecvBytes(LProcessInterface& process, Socket& socket, void* buffer, size_t size, size_t& received,
+                         unsigned int ms) {
   received = 0;
   char* const bytes = static_cast<char*>(buffer);
   while (received < size) {
     size_t got = 0;
-    const LProcessResult result =
-        ProcessRecvReady(process, socket, bytes + received, size - received, got, ms);
+    const LProcessResult result = ProcessRecvReady(process, socket, bytes + received, size - received, got, ms);
     received += got;
     if (result != LProcessResultOk) return result;
   }
@@ -168,9 +164,8 @@ LProcessResult ProcessRecvBytes(LProcessInterface& process, LSSLSocketTCP& socke
   return RecvBytes(process, socket, buffer, size, received, ms);
 }
 
-LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer,
-                                      size_t size, size_t& received, const char* characters,
-                                      unsigned int ms) {
+LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer, size_t size,
+                                      size_t& received, const char* characters, unsigned int ms) {
   received = 0;
   char* const bytes = static_cast<char*>(buffer);
   for (;;) {
@@ -186,9 +181,8 @@ LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LSSLSocketTCP&
   }
 }
 
-LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LIPSocketTCPRef socket, void* buffer,
-                                      size_t size, size_t& received, const char* characters,
-                                      unsigned int ms) {
+LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LIPSocketTCPRef socket, void* buffer, size_t size,
+                                      size_t& received, const char* characters, unsigned int ms) {
   received = 0;
   const LProcessResult waited = ProcessWaitForDataOrClose(process, socket, ms);
   if (waited != LProcessResultOk) return waited;
@@ -196,28 +190,26 @@ LProcessResult ProcessRecvToCharacter(LProcessInterface& process, LIPSocketTCPRe
 }
 
 template <typename W>
-LProcessResult ProcessRecvLineToWriter(LProcessInterface& process, LSSLSocketTCP& socket, W& writer,
-                                       unsigned int ms) {
+LProcessResult ProcessRecvLineToWriter(LProcessInterface& process, LSSLSocketTCP& socket, W& writer, unsigned int ms) {
   return RecvLine(process, socket, writer, ms);
 }
 
 template <typename W>
-LProcessResult ProcessRecvLineToWriter(LProcessInterface& process, LIPSocketTCPRef socket, W& writer,
-                                       unsigned int ms) {
+LProcessResult ProcessRecvLineToWriter(LProcessInterface& process, LIPSocketTCPRef socket, W& writer, unsigned int ms) {
   return RecvLine(process, socket, writer, ms);
 }
 
 template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&,
                                                 LFixedLengthStringWriterTemplate<char>&, unsigned int);
-template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&,
-                                                LStringLongTemplateWriter<char>&, unsigned int);
+template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&, LStringLongTemplateWriter<char>&,
+                                                unsigned int);
 template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef,
                                                 LFixedLengthStringWriterTemplate<char>&, unsigned int);
-template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef,
-                                                LStringLongTemplateWriter<char>&, unsigned int);
+template LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef, LStringLongTemplateWriter<char>&,
+                                                unsigned int);
 
-LProcessResult ProcessRecvLine(LProcessInterface& process, LIPSocketTCPRef socket,
-                               LStringLongTemplate<char>& line, unsigned int ms) {
+LProcessResult ProcessRecvLine(LProcessInterface& process, LIPSocketTCPRef socket, LStringLongTemplate<char>& line,
+                               unsigned int ms) {
   line.GrowToSize(kTextSize);
   line.length = 0;
   LStringLongTemplateWriter<char> writer(line);

@@ -28,15 +28,12 @@ WriteStep WriteOnce(LSSLSocketTCP& socket, const char* data, size_t size, size_t
   moved = 0;
   if (!socket.IsSecure()) return WritePlain(socket.fd, data, size, moved);
   switch (platform::TlsWrite(socket.pContext, data, size, moved)) {
-    case platform::TlsStatus::kOk:
-      return WriteStep::kMoved;
+    case platform::TlsStatus::kOk: return WriteStep::kMoved;
     case platform::TlsStatus::kWouldBlock:
       // A peer that renegotiates has to be heard first: then there is nothing to flush.
       return platform::TlsWantsWrite(socket.pContext) ? WriteStep::kFlush : WriteStep::kNoRoom;
-    case platform::TlsStatus::kClosedAbort:
-      return WriteStep::kBroken;
-    default:
-      return WriteStep::kFailed;
+    case platform::TlsStatus::kClosedAbort: return WriteStep::kBroken;
+    default: return WriteStep::kFailed;
   }
 }
 
@@ -104,8 +101,7 @@ LProcessResult ProcessSend(LProcessInterface& process, LIPSocketTCPRef socket, c
   return LProcessResultOk;
 }
 
-LProcessResult ProcessSendString(LProcessInterface& process, LSSLSocketTCP& socket, const char* text,
-                                 unsigned int ms) {
+LProcessResult ProcessSendString(LProcessInterface& process, LSSLSocketTCP& socket, const char* text, unsigned int ms) {
   LOGFTPCOMMAND(text);
   return ProcessSend(process, socket, text, strlen(text), ms);
 }

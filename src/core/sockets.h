@@ -121,8 +121,8 @@ class LSSLSocketTCP {
 
 [[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LIPSocketTCP&, const LIPAddressWithPort&,
                                             unsigned int ms);
-[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LIPSocketTCP&,
-                                            const LIPAddressMultiHomedWithPort&, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LIPSocketTCP&, const LIPAddressMultiHomedWithPort&,
+                                            unsigned int ms);
 [[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LSSLSocketTCP&, const char* address,
                                             const LIPAddressWithPort&, unsigned int ms);
 [[nodiscard]] LProcessResult ProcessConnect(LProcessInterface&, LSSLSocketTCP&, const char* address,
@@ -139,11 +139,9 @@ template <typename T>
 [[nodiscard]] LProcessResult ProcessSend(LProcessInterface&, LIPSocketTCPRef, const void* data, size_t size,
                                          unsigned int ms);
 /// Logs the text as an FTP command (a password masked), then sends it without its terminating zero.
-[[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LSSLSocketTCP&, const char* text,
-                                               unsigned int ms);
+[[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LSSLSocketTCP&, const char* text, unsigned int ms);
 /// The same, logging nothing.
-[[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LIPSocketTCPRef, const char* text,
-                                               unsigned int ms);
+[[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LIPSocketTCPRef, const char* text, unsigned int ms);
 
 /// ConvertSocketToSSLTimeOut that asks for a stop between the steps of the handshake.
 [[nodiscard]] LProcessResult ProcessConvertSocketToSSL(LProcessInterface&, LSSLSocketTCP&, unsigned int ms);
@@ -170,21 +168,17 @@ template <typename T>
                                               unsigned int ms);
 /// Up to and including the first byte that stands in `characters`, at most `size`; consumes nothing beyond
 /// it, so that bytes behind a line stay on the socket.
-[[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LSSLSocketTCP&, void* buffer,
-                                                    size_t size, size_t& received, const char* characters,
-                                                    unsigned int ms);
-[[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LIPSocketTCPRef, void* buffer,
-                                                    size_t size, size_t& received, const char* characters,
-                                                    unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LSSLSocketTCP&, void* buffer, size_t size,
+                                                    size_t& received, const char* characters, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LIPSocketTCPRef, void* buffer, size_t size,
+                                                    size_t& received, const char* characters, unsigned int ms);
 /// One line without its end, into a writer that is not terminated here. A last line without an end, at the
 /// end of the stream, counts as a line. W: LFixedLengthStringWriterTemplate<char> (cuts) or
 /// LStringLongTemplateWriter<char> (grows).
 template <typename W>
-[[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&, W& writer,
-                                                     unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&, W& writer, unsigned int ms);
 template <typename W>
-[[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef, W& writer,
-                                                     unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LIPSocketTCPRef, W& writer, unsigned int ms);
 /// Replaces `line`, terminated.
-[[nodiscard]] LProcessResult ProcessRecvLine(LProcessInterface&, LIPSocketTCPRef,
-                                             LStringLongTemplate<char>& line, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessRecvLine(LProcessInterface&, LIPSocketTCPRef, LStringLongTemplate<char>& line,
+                                             unsigned int ms);

@@ -12,26 +12,19 @@ using platform::TlsStatus;
 /// What an error of the descriptor means to the TLS layer.
 TlsStatus StatusOfReadError(int error) {
   switch (error) {
-    case ENOENT:
-      return TlsStatus::kClosedGracefully;
-    case EAGAIN:
-      return TlsStatus::kWouldBlock;
-    case ECONNRESET:
-      return TlsStatus::kClosedAbort;
-    default:
-      return TlsStatus::kIoError;
+    case ENOENT: return TlsStatus::kClosedGracefully;
+    case EAGAIN: return TlsStatus::kWouldBlock;
+    case ECONNRESET: return TlsStatus::kClosedAbort;
+    default: return TlsStatus::kIoError;
   }
 }
 
 TlsStatus StatusOfWriteError(int error) {
   switch (error) {
     case ECONNRESET:
-    case EPIPE:
-      return TlsStatus::kClosedAbort;
-    case EAGAIN:
-      return TlsStatus::kWouldBlock;
-    default:
-      return TlsStatus::kIoError;
+    case EPIPE: return TlsStatus::kClosedAbort;
+    case EAGAIN: return TlsStatus::kWouldBlock;
+    default: return TlsStatus::kIoError;
   }
 }
 
@@ -83,9 +76,7 @@ void LIPSocketTCP::CloseSocket() {
   fd = -1;
 }
 
-LSSLSocketTCP::~LSSLSocketTCP() {
-  CloseSocketAndContext();
-}
+LSSLSocketTCP::~LSSLSocketTCP() { CloseSocketAndContext(); }
 
 void LSSLSocketTCP::CloseSocketAndContext() {
   if (pContext) {
@@ -102,9 +93,7 @@ void LSSLSocketTCP::CloseSocketAndContext() {
   szPeerName[0] = 0;
 }
 
-void LSSLSocketTCP::SetPeerName(const char* address) {
-  (void)SplitPortFromAddr(address, szPeerName, 0);
-}
+void LSSLSocketTCP::SetPeerName(const char* address) { (void)SplitPortFromAddr(address, szPeerName, 0); }
 
 bool LSSLSocketTCP::InitSSL() {
   if (!IsValid() || pContext) return false;
@@ -120,9 +109,7 @@ bool LSSLSocketTCP::InitSSL() {
   return true;
 }
 
-TlsStatus LSSLSocketTCP::HandshakeStep() {
-  return pContext ? platform::TlsHandshake(pContext) : TlsStatus::kIoError;
-}
+TlsStatus LSSLSocketTCP::HandshakeStep() { return pContext ? platform::TlsHandshake(pContext) : TlsStatus::kIoError; }
 
 bool LSSLSocketTCP::Handshake(unsigned int ms) {
   const int64_t start = platform::ClockMonotonicMs();
@@ -160,8 +147,7 @@ ssize_t LSSLSocketTCP::ReadToCharacter(char* buffer, size_t size, const char* ch
       if (GetBytesReady() == 0) break;
       continue;
     }
-    if (status != TlsStatus::kOk)
-      return count != 0 ? static_cast<ssize_t>(count) : static_cast<ssize_t>(status);
+    if (status != TlsStatus::kOk) return count != 0 ? static_cast<ssize_t>(count) : static_cast<ssize_t>(status);
     const char c = buffer[count++];
     if (c != 0 && strchr(characters, c)) break;
   }
@@ -188,9 +174,7 @@ TlsStatus LSSLSocketTCP::WriteAvailable(const void* data, size_t size, size_t& s
   return TlsStatus::kOk;
 }
 
-short LSSLSocketTCP::PollEvents() const {
-  return pContext && platform::TlsWantsWrite(pContext) ? POLLOUT : POLLIN;
-}
+short LSSLSocketTCP::PollEvents() const { return pContext && platform::TlsWantsWrite(pContext) ? POLLOUT : POLLIN; }
 
 TlsStatus LSSLSocketTCP::ShutdownSendStep() {
   if (!IsValid()) return TlsStatus::kIoError;

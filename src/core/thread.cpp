@@ -35,9 +35,7 @@ void SetNormal(pid_t thread, int priority) {
 
 }  // namespace
 
-LThread::~LThread() {
-  StopAndWait();
-}
+LThread::~LThread() { StopAndWait(); }
 
 void LThread::Start(int priority) {
   {
@@ -99,9 +97,7 @@ int LThread::GetPriority(pid_t thread) {
   return errno == 0 ? kDefaultPriority - niceness : kDefaultPriority;
 }
 
-bool LThread::IsToStop() {
-  return soStop.IsSignalled();
-}
+bool LThread::IsToStop() { return soStop.IsSignalled(); }
 
 LProcessResult LThread::ProcessWait(unsigned int ms) {
   pollfd stop = {soStop.Ref().fd, POLLIN, 0};

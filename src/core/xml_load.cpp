@@ -17,14 +17,11 @@ uint64_t FileSize(const char* path) {
   return stat(path, &status) == 0 && status.st_size > 0 ? static_cast<uint64_t>(status.st_size) : 0;
 }
 
-bool AskToStop(LProcessInterface& process) {
-  return process.IsToStop();
-}
+bool AskToStop(LProcessInterface& process) { return process.IsToStop(); }
 
 }  // namespace
 
-LProcessResult LXMLDocument::LoadFromFile(LProcessInterface& process, const char* path,
-                                          char (&error)[kTextSize]) {
+LProcessResult LXMLDocument::LoadFromFile(LProcessInterface& process, const char* path, char (&error)[kTextSize]) {
   if (!LFile::TestFileExists(path)) {
     TextFormat(error, "ファイル%sがありません", path);
     return LProcessResultFailed;

@@ -30,8 +30,8 @@ bool FtpCommandIsSendable(const char* command) {
   return text != 0 && strcmp(command + text, "\r\n") == 0;
 }
 
-LProcessResult ProcessFtpSendCommand(LProcessInterface& process, LFileTransferProtocol& session,
-                                     const char* command, unsigned int ms) {
+LProcessResult ProcessFtpSendCommand(LProcessInterface& process, LFileTransferProtocol& session, const char* command,
+                                     unsigned int ms) {
   if (FtpCommandIsSendable(command)) return ProcessSendString(process, session, command, ms);
   // The text itself stays out of the history: it may hold a password.
   if (command[0] == 0) {
@@ -43,13 +43,12 @@ LProcessResult ProcessFtpSendCommand(LProcessInterface& process, LFileTransferPr
 }
 
 void FtpLogLogonRefused() {
-  gLLog.LogWithoutEmailing(
-      "ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。", kLogError);
+  gLLog.LogWithoutEmailing("ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。",
+                           kLogError);
 }
 
 LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTransferProtocol& session,
-                                             const char* command, unsigned short* code,
-                                             char (*text)[kTextSize]) {
+                                             const char* command, unsigned short* code, char (*text)[kTextSize]) {
   if (code) *code = 0;
   const LProcessResult sent = ProcessFtpSendCommand(process, session, command, gFtpTimeouts.sendMs);
   if (sent != LProcessResultOk) return sent;
@@ -64,9 +63,9 @@ LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTr
   return JudgeReply(received);
 }
 
-LProcessResult ProcessFtpSendAndWaitForReplyNoTrace(LProcessInterface& process,
-                                                    LFileTransferProtocol& session, const char* command,
-                                                    unsigned short* code, char (*text)[kTextSize]) {
+LProcessResult ProcessFtpSendAndWaitForReplyNoTrace(LProcessInterface& process, LFileTransferProtocol& session,
+                                                    const char* command, unsigned short* code,
+                                                    char (*text)[kTextSize]) {
   if (code) *code = 0;
   const unsigned sendMs = gFtpTimeouts.sendNoTraceMs + static_cast<unsigned>(strlen(command));
   const LProcessResult sent = ProcessFtpSendCommand(process, session, command, sendMs);

@@ -7,9 +7,8 @@
 #include "ftp/protocol.h"
 #include "support/text.h"
 
-constexpr size_t kFtpShortCommand =
-    260;  ///< Bytes of a command of the logon, line end and terminator counted.
-constexpr size_t kFtpLongCommand = 280;  ///< Bytes of a command that names a file.
+constexpr size_t kFtpShortCommand = 260;  ///< Bytes of a command of the logon, line end and terminator counted.
+constexpr size_t kFtpLongCommand = 280;   ///< Bytes of a command that names a file.
 
 /// Formats a command into its buffer. One that does not fit becomes the empty text, which is never sent: cut
 /// short it could name another file, or lack its line end, so that both sides wait for each other.
@@ -27,8 +26,8 @@ __attribute__((format(printf, 2, 3))) void FtpFormatCommand(char (&out)[N], cons
 
 /// The one function that sends a command. Logs it (a password masked) and sends it as it is. A text that is
 /// no single command is refused before anything goes out: a line in the history and result 2.
-[[nodiscard]] LProcessResult ProcessFtpSendCommand(LProcessInterface&, LFileTransferProtocol&,
-                                                   const char* command, unsigned int ms);
+[[nodiscard]] LProcessResult ProcessFtpSendCommand(LProcessInterface&, LFileTransferProtocol&, const char* command,
+                                                   unsigned int ms);
 
 /// Takes the reply to a command off the connection after a stop, without a pump, so that the session stays in
 /// step.
@@ -46,5 +45,4 @@ void FtpQuotedPath(const char* reply, char (&path)[kTextSize]);
                                                       char (&path)[kTextSize]);
 /// MKD. A folder that exists already (521) is a success, and so, with no command, are an empty path and the
 /// root.
-[[nodiscard]] LProcessResult ProcessFtpCreateDirectory(LProcessInterface&, LFileTransferProtocol&,
-                                                       const char* path);
+[[nodiscard]] LProcessResult ProcessFtpCreateDirectory(LProcessInterface&, LFileTransferProtocol&, const char* path);

@@ -63,8 +63,8 @@ void FtpDataConnection::FinishTls(LProcessInterface& process) {
   }
 }
 
-LProcessResult FtpDataConnection::Receive(LProcessInterface& process, void* buffer, size_t size,
-                                          size_t& received, unsigned int ms) {
+LProcessResult FtpDataConnection::Receive(LProcessInterface& process, void* buffer, size_t size, size_t& received,
+                                          unsigned int ms) {
   received = 0;
   for (;;) {
     if (process.IsToStop()) return LProcessResultStopped;
@@ -118,8 +118,8 @@ LProcessResult FtpDataConnection::ReceiveLine(LProcessInterface& process, LStrin
   return LProcessResultOk;
 }
 
-LProcessResult FtpDataConnection::Send(LProcessInterface& process, const void* data, size_t size,
-                                       size_t& sent, unsigned int ms) {
+LProcessResult FtpDataConnection::Send(LProcessInterface& process, const void* data, size_t size, size_t& sent,
+                                       unsigned int ms) {
   sent = 0;
   const int64_t end = platform::ClockMonotonicMs() + ms;
   for (;;) {

@@ -45,11 +45,9 @@ class FtpDataConnection {
                                        unsigned int ms);
   /// The next line without its end. The last one may lack its end, also when the stream failed or fell
   /// silent.
-  [[nodiscard]] LProcessResult ReceiveLine(LProcessInterface&, LStringLongTemplate<char>& line,
-                                           unsigned int ms);
+  [[nodiscard]] LProcessResult ReceiveLine(LProcessInterface&, LStringLongTemplate<char>& line, unsigned int ms);
   /// Hands over what the connection takes of `data`: 0 with `sent` above 0; 2 when it took nothing for `ms`.
-  [[nodiscard]] LProcessResult Send(LProcessInterface&, const void* data, size_t size, size_t& sent,
-                                    unsigned int ms);
+  [[nodiscard]] LProcessResult Send(LProcessInterface&, const void* data, size_t size, size_t& sent, unsigned int ms);
 
   /// Ends our side first, reads to the server's end within a bound, then closes. A socket that is closed with
   /// unread bytes resets the connection and throws away what is still on its way to the server, and servers

@@ -19,8 +19,7 @@ void CollectLines(LProcessInterface& process, FtpDataConnection& data, LStringLi
   }
 }
 
-LProcessResult OpenDataConnection(LProcessInterface& process, LFileTransferProtocol& session,
-                                  FtpDataConnection& data) {
+LProcessResult OpenDataConnection(LProcessInterface& process, LFileTransferProtocol& session, FtpDataConnection& data) {
   LProcessResult result = ProcessFtpProtectData(process, session);
   if (result != LProcessResultOk) return result;
   result = ProcessFtpSendAndWaitForReply(process, session, "TYPE A\r\n", nullptr, nullptr);

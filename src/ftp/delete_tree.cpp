@@ -14,8 +14,8 @@ using Iterator = LFileTransferProtocol::DirIteratorAllFiles;
 /// goes.
 constexpr int kMostDepth = 200;
 
-LProcessResult DeleteDirectory(LProcessInterface& process, LFileTransferProtocol& session,
-                               const char* directory, int depth);
+LProcessResult DeleteDirectory(LProcessInterface& process, LFileTransferProtocol& session, const char* directory,
+                               int depth);
 
 LProcessResult DeleteFile(LProcessInterface& process, LFileTransferProtocol& session, const char* name) {
   char command[kFtpLongCommand];
@@ -61,8 +61,8 @@ LProcessResult DeleteContents(LProcessInterface& process, LFileTransferProtocol&
   return LProcessResultOk;
 }
 
-LProcessResult DeleteDirectory(LProcessInterface& process, LFileTransferProtocol& session,
-                               const char* directory, int depth) {
+LProcessResult DeleteDirectory(LProcessInterface& process, LFileTransferProtocol& session, const char* directory,
+                               int depth) {
   if (depth > kMostDepth) return LProcessResultFailed;
   char parent[kTextSize];
   // An empty text without an answer: the way back then fails, and so does the removal.

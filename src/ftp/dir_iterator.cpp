@@ -61,8 +61,7 @@ LProcessResult Session::DirIterator::Reader::Connect() {
 /// the handshake goes on while the answer is awaited, whichever comes first.
 LProcessResult Session::DirIterator::Reader::SendMlsd(unsigned short& code) {
   constexpr char kCommand[] = "MLSD\r\n";
-  if (!pSession->IsSecure())
-    return ProcessFtpSendAndWaitForReply(*pProcess, *pSession, kCommand, &code, nullptr);
+  if (!pSession->IsSecure()) return ProcessFtpSendAndWaitForReply(*pProcess, *pSession, kCommand, &code, nullptr);
   data.BeginTls();
   LProcessResult result = ProcessFtpSendCommand(*pProcess, *pSession, kCommand, gFtpTimeouts.sendMs);
   if (result != LProcessResultOk) return result;
@@ -96,8 +95,7 @@ LProcessResult Session::DirIterator::Reader::List() {
   unsigned short code = 0;
   LineRule rule = &FtpItemFromFactsLine;
   if (pSession->Has(bHasMlsd) && !pSession->Has(bMlsdFailed)) {
-    const LProcessResult typed =
-        ProcessFtpSendAndWaitForReply(*pProcess, *pSession, "TYPE A\r\n", nullptr, nullptr);
+    const LProcessResult typed = ProcessFtpSendAndWaitForReply(*pProcess, *pSession, "TYPE A\r\n", nullptr, nullptr);
     if (typed != LProcessResultOk) return typed;
     // Only the code counts.
     (void)SendMlsd(code);

@@ -18,8 +18,8 @@ constexpr mode_t kNewFileMode = 0666;
 
 class FileDownload : public FtpFileTransfer {
  public:
-  FileDownload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote,
-               const char* local, char (*errorText)[kTextSize])
+  FileDownload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote, const char* local,
+               char (*errorText)[kTextSize])
       : FtpFileTransfer(process, session, errorText), szRemote(remote), szLocal(local) {
     TextCopy(szName, remote);
   }
@@ -144,8 +144,7 @@ LProcessResult FileDownload::Run() {
   if (end == End::kStopped) AbortTransfer();
   CloseLocalFile();
   if (end == End::kOfStream && data.WasCutOff()) {
-    LOGWARNF("データ接続がTLSの終了通知なしに閉じられました。ファイルが途中で切れている可能性があります：%s",
-             szRemote);
+    LOGWARNF("データ接続がTLSの終了通知なしに閉じられました。ファイルが途中で切れている可能性があります：%s", szRemote);
   }
   data.Close(*pProcess);
   if (end == End::kStoppedInNoop) return LProcessResultStopped;
@@ -154,7 +153,7 @@ LProcessResult FileDownload::Run() {
 
 }  // namespace
 
-LProcessResult ProcessFtpDownload(LProcessInterface& process, LFileTransferProtocol& session,
-                                  const char* remote, const char* local, char (*errorText)[kTextSize]) {
+LProcessResult ProcessFtpDownload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote,
+                                  const char* local, char (*errorText)[kTextSize]) {
   return FileDownload(process, session, remote, local, errorText).Run();
 }

@@ -27,9 +27,7 @@ bool FtpFactValue(const char* line, const char* fact, char (&value)[kTextSize]) 
   return true;
 }
 
-int64_t FtpNumber(const char* text) {
-  return strtoll(text, nullptr, 10);
-}
+int64_t FtpNumber(const char* text) { return strtoll(text, nullptr, 10); }
 
 void FtpTimeFromStamp(const char* stamp, int64_t& time) {
   const char* rest = stamp;

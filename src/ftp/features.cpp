@@ -35,8 +35,7 @@ LProcessResult ProcessFtpCheckFeatures(LProcessInterface& process, LFileTransfer
   for (size_t i = 0; i < lines.count; ++i) {
     for (const Feature& feature : kFeatures) {
       const char* line = lines.strings[i];
-      if (strstr(line, feature.word) && (!feature.fact || strstr(line, feature.fact)))
-        session.Set(feature.bit);
+      if (strstr(line, feature.word) && (!feature.fact || strstr(line, feature.fact))) session.Set(feature.bit);
     }
   }
   return LProcessResultOk;

@@ -20,9 +20,7 @@ FtpFileTransfer::FtpFileTransfer(LProcessInterface& process, LFileTransferProtoc
   KeepError("");
 }
 
-FtpFileTransfer::~FtpFileTransfer() {
-  CloseLocalFile();
-}
+FtpFileTransfer::~FtpFileTransfer() { CloseLocalFile(); }
 
 void FtpFileTransfer::KeepError(const char* text) {
   if (pErrorText) TextCopy(*pErrorText, text);
@@ -48,9 +46,7 @@ LProcessResult FtpFileTransfer::ReadReply(unsigned short& code, char (&text)[kTe
   return ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.replyMs);
 }
 
-void FtpFileTransfer::StartNoopClock() {
-  iNoopClock = platform::ClockMonotonicMs();
-}
+void FtpFileTransfer::StartNoopClock() { iNoopClock = platform::ClockMonotonicMs(); }
 
 bool FtpFileTransfer::IsNoopDue() const {
   return platform::ClockMonotonicMs() - iNoopClock > static_cast<int64_t>(gFtpTimeouts.noopPeriodMs);
@@ -58,8 +54,7 @@ bool FtpFileTransfer::IsNoopDue() const {
 
 LProcessResult FtpFileTransfer::ExchangeNoop(unsigned short& code) {
   code = 0;
-  const LProcessResult sent =
-      ProcessFtpSendCommand(*pProcess, *pSession, "NOOP\r\n", gFtpTimeouts.noopSendMs);
+  const LProcessResult sent = ProcessFtpSendCommand(*pProcess, *pSession, "NOOP\r\n", gFtpTimeouts.noopSendMs);
   if (sent == LProcessResultStopped) return sent;
   if (sent == LProcessResultOk) {
     char text[kTextSize];

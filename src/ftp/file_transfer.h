@@ -34,8 +34,7 @@ class FtpFileTransfer {
   LProcessResult Abort(unsigned sendMs, unsigned short& code, char (&text)[kTextSize]);
   /// The replies that have gathered; the last that closes a transfer decides: 0 for 226 and 426, with code
   /// and text. A code of `failing` (0 for none) takes the result back to 2.
-  LProcessResult ReadLateReplies(unsigned ms, unsigned short failing, unsigned short& code,
-                                 char (&text)[kTextSize]);
+  LProcessResult ReadLateReplies(unsigned ms, unsigned short failing, unsigned short& code, char (&text)[kTextSize]);
   LProcessResult ReadClosingReply(unsigned ms, unsigned short& code, char (&text)[kTextSize]);
 
   void ShowProgress();

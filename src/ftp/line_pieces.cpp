@@ -2,9 +2,7 @@
 
 namespace {
 
-bool EndsPiece(char byte) {
-  return byte == '\n' || byte == '\r' || byte == 0;
-}
+bool EndsPiece(char byte) { return byte == '\n' || byte == '\r' || byte == 0; }
 
 }  // namespace
 
@@ -16,8 +14,7 @@ bool FtpLinePieces::Next(char (&piece)[kTextSize]) {
   TextCopyPart(piece, start, static_cast<size_t>(pNext - start));
   if (pNext == pEnd) return true;
   const char first = *pNext++;
-  const bool paired =
-      pNext != pEnd && ((first == '\r' && *pNext == '\n') || (first == '\n' && *pNext == '\r'));
+  const bool paired = pNext != pEnd && ((first == '\r' && *pNext == '\n') || (first == '\n' && *pNext == '\r'));
   if (paired) ++pNext;
   return true;
 }

@@ -10,27 +10,20 @@
 
 namespace {
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// Bits to shift a number left for its unit letter; -1 for a letter that is no unit.
 int BitsOfUnit(char unit) {
   switch (unit) {
     case 'K':
-    case 'k':
-      return 10;
+    case 'k': return 10;
     case 'M':
-    case 'm':
-      return 20;
+    case 'm': return 20;
     case 'G':
-    case 'g':
-      return 30;
+    case 'g': return 30;
     case 'T':
-    case 't':
-      return 40;
-    default:
-      return -1;
+    case 't': return 40;
+    default: return -1;
   }
 }
 
@@ -52,9 +45,8 @@ bool LFTPListInfoParser::GetFileInfo(const char* line, FTPNativeFileInfo& info, 
   return false;
 }
 
-const char* LFTPListInfoParser::GetNextToken(const char* line, unsigned long length,
-                                             unsigned long& tokenLength, unsigned long& position,
-                                             bool restOfLine) {
+const char* LFTPListInfoParser::GetNextToken(const char* line, unsigned long length, unsigned long& tokenLength,
+                                             unsigned long& position, bool restOfLine) {
   while (position < length && line[position] >= 1 && line[position] <= 32) ++position;
   if (position >= length) return nullptr;
   const unsigned long start = position;
@@ -112,9 +104,7 @@ bool LFTPListInfoParser::ParseSize(const char* text, unsigned long length, unsig
   return true;
 }
 
-bool LFTPListInfoParser::IsPermissionLetter(char letter) {
-  return letter != 0 && strchr("bcdlps-", letter);
-}
+bool LFTPListInfoParser::IsPermissionLetter(char letter) { return letter != 0 && strchr("bcdlps-", letter); }
 
 bool LFTPListInfoParser::IsAllDigits(const char* text, unsigned long length) {
   for (unsigned long i = 0; i < length; ++i) {

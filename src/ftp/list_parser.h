@@ -33,8 +33,7 @@ class LFTPListInfoParser {
     uint64_t size = 0;                ///< Bytes.
     bool isDirectory = false;
     bool isSymbolicLink = false;
-    char linkTarget[kTextSize] =
-        {};  ///< Stays empty: a name may hold an arrow, so a link's name is not split.
+    char linkTarget[kTextSize] = {};  ///< Stays empty: a name may hold an arrow, so a link's name is not split.
     LastModified lastModified;
   };
 
@@ -57,8 +56,7 @@ class LFTPListInfoParser {
 
   // The readings. They fill a cleared record; what one that fails has left in it means nothing.
   [[nodiscard]] static bool ParseAsUnixStrict(const char* line, FTPNativeFileInfo& info);
-  [[nodiscard]] static bool ParseAsUnixStrict(const char* line, FTPNativeFileInfo& info,
-                                              const LocalDate& today);
+  [[nodiscard]] static bool ParseAsUnixStrict(const char* line, FTPNativeFileInfo& info, const LocalDate& today);
   [[nodiscard]] static bool ParseAsUnix(const char* line, unsigned long length, FTPNativeFileInfo& info);
   [[nodiscard]] static bool ParseAsUnix(const char* line, unsigned long length, FTPNativeFileInfo& info,
                                         const LocalDate& today);
@@ -85,8 +83,7 @@ class LFTPListInfoParser {
   [[nodiscard]] static bool ParseShortDate(const char* text, unsigned long length,
                                            FTPNativeFileInfo::LastModified& date);
   /// Hours and minutes, with AM or PM behind them or without.
-  [[nodiscard]] static bool ParseTime(const char* text, unsigned long length,
-                                      FTPNativeFileInfo::LastModified& date);
+  [[nodiscard]] static bool ParseTime(const char* text, unsigned long length, FTPNativeFileInfo::LastModified& date);
 
   // Shared by the readings.
   /// b c d l p s -: with one of these a permission token begins, and no DOS date.

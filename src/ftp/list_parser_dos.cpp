@@ -11,12 +11,8 @@ using LastModified = Parser::FTPNativeFileInfo::LastModified;
 /// What the first field of a short date was, and so what the other two are.
 enum class Order { kYearFirst, kDayFirst, kMonthFirst };
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-bool IsSeparator(char c) {
-  return c == '-' || c == '.' || c == '/';
-}
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsSeparator(char c) { return c == '-' || c == '.' || c == '/'; }
 
 /// Length of the field at the start of the text: up to a separator or the end.
 unsigned long FieldLength(const char* text, unsigned long length) {
@@ -25,8 +21,7 @@ unsigned long FieldLength(const char* text, unsigned long length) {
   return field;
 }
 
-bool ReadFirstField(const char* field, unsigned long length, char separator, LastModified& date,
-                    Order& order) {
+bool ReadFirstField(const char* field, unsigned long length, char separator, LastModified& date, Order& order) {
   order = Order::kMonthFirst;
   if (!Parser::IsAllDigits(field, length)) {
     date.month = Parser::GetMonthOfToken(field, length);

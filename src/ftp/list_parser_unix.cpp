@@ -13,12 +13,8 @@ namespace {
 
 using Parser = LFTPListInfoParser;
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-bool IsHighByte(char c) {
-  return static_cast<unsigned char>(c) >= 0x80;
-}
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsHighByte(char c) { return static_cast<unsigned char>(c) >= 0x80; }
 
 /// A piece of the line; not owned. A null text means that there is none.
 struct Token {
@@ -72,8 +68,7 @@ struct DateParts {
 
 class UnixReading {
  public:
-  UnixReading(const char* line, unsigned long length, Parser::FTPNativeFileInfo& info,
-              const Parser::LocalDate& today)
+  UnixReading(const char* line, unsigned long length, Parser::FTPNativeFileInfo& info, const Parser::LocalDate& today)
       : m_line(line), m_length(length), m_info(info), m_today(today) {}
 
   bool Read() {
@@ -110,12 +105,12 @@ class UnixReading {
   Parser::FTPNativeFileInfo& m_info;
   const Parser::LocalDate& m_today;
 
-  bool m_folderForm = false;     ///< "folder" stands in place of the link count.
-  bool m_yearFirst = false;      ///< The month column held a year; the time column holds the day.
-  bool m_commaAfterDay = false;  ///< As in "Jan 5, 2001 10:30".
-  Token m_date;                  ///< The token that begins the date.
-  Token m_first, m_second;  ///< Day and month as they come on most servers; which is which, ReadDate decides.
-  Token m_time;             ///< The token where a time or a year is looked for.
+  bool m_folderForm = false;      ///< "folder" stands in place of the link count.
+  bool m_yearFirst = false;       ///< The month column held a year; the time column holds the day.
+  bool m_commaAfterDay = false;   ///< As in "Jan 5, 2001 10:30".
+  Token m_date;                   ///< The token that begins the date.
+  Token m_first, m_second;        ///< Day and month as they come on most servers; which is which, ReadDate decides.
+  Token m_time;                   ///< The token where a time or a year is looked for.
   unsigned long m_timeStart = 0;  ///< Position in front of m_time, to put it back.
 };
 

@@ -8,9 +8,7 @@ namespace {
 using Parser = LFTPListInfoParser;
 using LastModified = Parser::FTPNativeFileInfo::LastModified;
 
-bool IsBetween(char c) {
-  return c >= 1 && c <= 32;
-}
+bool IsBetween(char c) { return c >= 1 && c <= 32; }
 
 /// Takes the next token off the line, cut to `token`. False if none is left.
 bool TakeToken(const char*& line, char (&token)[kTextSize]) {
@@ -63,8 +61,7 @@ bool LFTPListInfoParser::ParseAsUnixStrict(const char* line, FTPNativeFileInfo& 
   return ParseAsUnixStrict(line, info, LocalToday());
 }
 
-bool LFTPListInfoParser::ParseAsUnixStrict(const char* line, FTPNativeFileInfo& info,
-                                           const LocalDate& today) {
+bool LFTPListInfoParser::ParseAsUnixStrict(const char* line, FTPNativeFileInfo& info, const LocalDate& today) {
   if (!TakeToken(line, info.attributes) || !IsPermissionLetter(info.attributes[0])) return false;
   info.isDirectory = info.attributes[0] == 'd';
   info.isSymbolicLink = info.attributes[0] == 'l';

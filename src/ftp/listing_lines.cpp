@@ -3,8 +3,7 @@
 #include "ftp/list_parser.h"
 #include "support/date_time.h"
 
-bool FtpItemFromListingLine(const char* line, const char* pattern,
-                            LFileTransferProtocol::DirIterator::Item& item) {
+bool FtpItemFromListingLine(const char* line, const char* pattern, LFileTransferProtocol::DirIterator::Item& item) {
   LFTPListInfoParser::FTPNativeFileInfo info;
   if (!LFTPListInfoParser::GetFileInfo(line, info)) return false;
   if (!FtpNameMatches(pattern, info.name)) return false;

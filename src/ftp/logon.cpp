@@ -10,15 +10,12 @@ namespace {
 constexpr uint16_t kFtpPort = 21;
 constexpr uint16_t kImplicitTlsPort = 990;
 
-uint16_t DefaultPort(bool secure, bool implicit) {
-  return secure && implicit ? kImplicitTlsPort : kFtpPort;
-}
+uint16_t DefaultPort(bool secure, bool implicit) { return secure && implicit ? kImplicitTlsPort : kFtpPort; }
 
 LProcessResult StartImplicitTls(Logon& logon) {
   const LProcessResult started = LogonStartTls(logon);
   if (started == LProcessResultStopped) return started;
-  if (!logon.session.IsSecure())
-    return LogIfFailed(LProcessResultFailed, LogonMessage::kImplicitTlsFailed, logon.peer);
+  if (!logon.session.IsSecure()) return LogIfFailed(LProcessResultFailed, LogonMessage::kImplicitTlsFailed, logon.peer);
   // A failed handshake leaves a context that lets nothing through, so the greeting will not come.
   return LProcessResultOk;
 }
@@ -50,8 +47,7 @@ LProcessResult LogonDirect(Logon& logon) {
   unsigned short code;
   result = LogonRead(logon, code, gFtpTimeouts.greetingMs, LogonMessage::kNoGreeting);
   if (result != LProcessResultOk) return result;
-  if (!FtpReplyIsPositive(code))
-    return LogIfFailed(LProcessResultFailed, LogonMessage::kBadGreeting, logon.peer);
+  if (!FtpReplyIsPositive(code)) return LogIfFailed(LProcessResultFailed, LogonMessage::kBadGreeting, logon.peer);
   return logon.bSecure && !logon.bImplicit ? StartExplicitTls(logon) : LProcessResultOk;
 }
 
@@ -99,8 +95,7 @@ LProcessResult LogonStartTls(Logon& logon) {
 }
 
 LProcessResult LogonSend(Logon& logon, const char* command, LogonMessage message) {
-  const LProcessResult sent =
-      ProcessFtpSendCommand(logon.process, logon.session, command, gFtpTimeouts.sendDirectMs);
+  const LProcessResult sent = ProcessFtpSendCommand(logon.process, logon.session, command, gFtpTimeouts.sendDirectMs);
   return LogIfFailed(sent, message, logon.peer);
 }
 
@@ -110,24 +105,21 @@ LProcessResult LogonRead(Logon& logon, unsigned short& code, unsigned int ms, Lo
   return LogIfFailed(read, message, logon.peer);
 }
 
-LProcessResult ProcessFtpLogOnServer(LProcessInterface& process, LFileTransferProtocol& session,
-                                     const char* server, const char* user, const char* password, bool secure,
-                                     bool implicit) {
+LProcessResult ProcessFtpLogOnServer(LProcessInterface& process, LFileTransferProtocol& session, const char* server,
+                                     const char* user, const char* password, bool secure, bool implicit) {
   session.CloseSocketAndContext();
   session.uCapabilities = 0;
   LogonProxy proxy;
   LNetGetFtpProxySettings(proxy.szHost, proxy.szUser, proxy.szPassword, proxy.type);
   Logon logon = {process, session, server, user, password, secure, implicit, {}};
   LogonStage stage = LogonStage::kUser;
-  LProcessResult result =
-      proxy.type == kFtpProxyNone ? LogonDirect(logon) : LogonThroughProxy(logon, proxy, stage);
+  LProcessResult result = proxy.type == kFtpProxyNone ? LogonDirect(logon) : LogonThroughProxy(logon, proxy, stage);
   if (result == LProcessResultOk && stage == LogonStage::kUser) result = SendUser(logon, stage);
   if (result == LProcessResultOk && stage == LogonStage::kPassword) result = SendPassword(logon);
   return result;
 }
 
-void GetErrorReportAddressAndPort(const char* address, bool secure, bool implicit, char (&host)[kTextSize],
-                                  int& port) {
+void GetErrorReportAddressAndPort(const char* address, bool secure, bool implicit, char (&host)[kTextSize], int& port) {
   TextCopyPart(host, address, strcspn(address, ":"));
   const char* colon = strchr(address, ':');
   port = colon ? static_cast<int>(strtol(colon + 1, nullptr, 10)) : DefaultPort(secure, implicit);
@@ -148,9 +140,8 @@ LProcessResult Process(LProcessInterface& process, LProcessSecureFtpConnect& con
   }
   process.SetStatus("ログイン...", 1);
   process.SetProgress(0.66);
-  const LProcessResult result =
-      ProcessFtpLogOnServer(process, *connect.pSession, connect.szServer, connect.szUser, connect.szPassword,
-                            connect.bSecure, connect.bImplicit);
+  const LProcessResult result = ProcessFtpLogOnServer(process, *connect.pSession, connect.szServer, connect.szUser,
+                                                      connect.szPassword, connect.bSecure, connect.bImplicit);
   if (result == LProcessResultFailed) {
     process.SetError("サーバーにログインできません。");
     return result;
@@ -167,8 +158,7 @@ LProcessResult Process(LProcessInterface& process, LProcessSecureFtpChangeDirect
   if (directory[0] != 0) {
     char command[kFtpLongCommand];
     FtpFormatCommand(command, "CWD %s\r\n", directory);
-    const LProcessResult changed =
-        ProcessFtpSendAndWaitForReply(process, *change.pSession, command, nullptr, nullptr);
+    const LProcessResult changed = ProcessFtpSendAndWaitForReply(process, *change.pSession, command, nullptr, nullptr);
     if (changed != LProcessResultOk) return changed;
   }
   return ProcessFtpPrintDirectory(process, *change.pSession, directory);

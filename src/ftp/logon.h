@@ -12,13 +12,11 @@
 /// `secure`: use TLS at all. `implicit`: from the first byte; it means something with `secure` only. A server
 /// that declines AUTH TLS is logged on to in the clear, with a warning. `server` is `host` or `host:port`;
 /// the default port is 990 for implicit TLS, else 21.
-[[nodiscard]] LProcessResult ProcessFtpLogOnServer(LProcessInterface&, LFileTransferProtocol&,
-                                                   const char* server, const char* user, const char* password,
-                                                   bool secure, bool implicit);
+[[nodiscard]] LProcessResult ProcessFtpLogOnServer(LProcessInterface&, LFileTransferProtocol&, const char* server,
+                                                   const char* user, const char* password, bool secure, bool implicit);
 
 /// The host and port that messages name.
-void GetErrorReportAddressAndPort(const char* address, bool secure, bool implicit, char (&host)[kTextSize],
-                                  int& port);
+void GetErrorReportAddressAndPort(const char* address, bool secure, bool implicit, char (&host)[kTextSize], int& port);
 
 /// What a connect process is given. Nothing is owned.
 struct LProcessSecureFtpConnect {

@@ -5,13 +5,9 @@
 
 namespace {
 
-bool WantsProxyLogon(LFtpProxyType type) {
-  return type == kFtpProxySite || type == kFtpProxyLoginUserAtSite;
-}
+bool WantsProxyLogon(LFtpProxyType type) { return type == kFtpProxySite || type == kFtpProxyLoginUserAtSite; }
 
-bool IsKnown(LFtpProxyType type) {
-  return type >= kFtpProxySite && type <= kFtpProxyLoginUserAtSite;
-}
+bool IsKnown(LFtpProxyType type) { return type >= kFtpProxySite && type <= kFtpProxyLoginUserAtSite; }
 
 LProcessResult ConnectToProxy(Logon& logon, const LogonProxy& proxy) {
   LProcessResult result = LogonConnect(logon, proxy.szHost);

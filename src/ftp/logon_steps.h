@@ -35,8 +35,7 @@ enum class LogonStage { kUser, kPassword };
 /// Sends a command of the logon; `message` if that fails.
 [[nodiscard]] LProcessResult LogonSend(Logon& logon, const char* command, LogonMessage message);
 /// Reads a reply of which only the code matters; `message` if none comes.
-[[nodiscard]] LProcessResult LogonRead(Logon& logon, unsigned short& code, unsigned int ms,
-                                       LogonMessage message);
+[[nodiscard]] LProcessResult LogonRead(Logon& logon, unsigned short& code, unsigned int ms, LogonMessage message);
 
 /// Connects to the proxy and has it connect to the server.
 [[nodiscard]] LProcessResult LogonThroughProxy(Logon& logon, const LogonProxy& proxy, LogonStage& stage);

@@ -19,16 +19,16 @@ class LFileTransferProtocol : public LSSLSocketTCP {
  public:
   /// What FEAT, SYST and refusals have taught; all cleared at each logon.
   enum Capability : uint32_t {
-    bFeaturesKnown = 0x0001,   ///< A FEAT exchange has succeeded. While clear, FEAT is tried again.
-    bHasSize = 0x0002,         ///< FEAT lists SIZE; also assumed when FEAT fails.
+    bFeaturesKnown = 0x0001,  ///< A FEAT exchange has succeeded. While clear, FEAT is tried again.
+    bHasSize = 0x0002,        ///< FEAT lists SIZE; also assumed when FEAT fails.
     bHasMdtm = 0x0004,
     bMlstTypeFailed = 0x0008,  ///< MLST failed once for a type question: not asked again.
     bMlstModify = 0x0010,      ///< The MLST feature line holds "modify*"; likewise size and type.
     bMlstSize = 0x0020,
     bMlstType = 0x0040,
-    bMlsdFailed = 0x0080,      ///< MLSD failed once for a type question.
+    bMlsdFailed = 0x0080,  ///< MLSD failed once for a type question.
     bHasMlsd = 0x0100,
-    bSystKnown = 0x0200,       ///< SYST has been asked, whatever came back.
+    bSystKnown = 0x0200,  ///< SYST has been asked, whatever came back.
     bSystWindowsNT = 0x0400,
     bHasMfmt = 0x0800,
     bHasUtf8 = 0x1000,
@@ -61,20 +61,22 @@ constexpr bool FtpReplyIsPositive(unsigned code) { return code >= 200 && code <=
 
 /// Reads one reply: skips blank, indented and continuation lines; the first other line ends the reply, whatever its
 /// code. `code` is 0 and `text` empty if nothing came. `ms` counts for each line.
-[[nodiscard]] LProcessResult ProcessFtpWaitForReplyTimeout(LProcessInterface&, LFileTransferProtocol&, unsigned short& code,
-                                                           char (&text)[kTextSize], unsigned int ms);
+[[nodiscard]] LProcessResult ProcessFtpWaitForReplyTimeout(LProcessInterface&, LFileTransferProtocol&,
+                                                           unsigned short& code, char (&text)[kTextSize],
+                                                           unsigned int ms);
 
 /// Sends and reads the reply. 0 for 2xx, 3xx, 125 and 150, otherwise 2. `code` and `text` may be null.
 /// After a stop the reply is still taken off the connection, without a pump.
-[[nodiscard]] LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface&, LFileTransferProtocol&, const char* command,
-                                                           unsigned short* code, char (*text)[kTextSize]);
+[[nodiscard]] LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface&, LFileTransferProtocol&,
+                                                           const char* command, unsigned short* code,
+                                                           char (*text)[kTextSize]);
 /// 0 for 2xx and 3xx; a failure code is written to the history. Logs the command like every other.
 [[nodiscard]] LProcessResult ProcessFtpSendAndWaitForReplyNoTrace(LProcessInterface&, LFileTransferProtocol&,
                                                                   const char* command, unsigned short* code,
                                                                   char (*text)[kTextSize]);
 /// All lines of a multi-line reply but its closing line; of a failed one the one error line, with result 2.
-[[nodiscard]] LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface&, LFileTransferProtocol&, const char* command,
-                                                           LStringListTemplate<char>& lines);
+[[nodiscard]] LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface&, LFileTransferProtocol&,
+                                                           const char* command, LStringListTemplate<char>& lines);
 /// Runs a command whose answer comes over a data connection, as lines of at most 259 bytes.
 [[nodiscard]] LProcessResult ProcessFtpSendAndWaitForDataReply(LProcessInterface&, LFileTransferProtocol&,
                                                                const char* command, LStringListTemplate<char>& lines);

@@ -29,8 +29,7 @@ LProcessResult AskListing(LProcessInterface& process, LFileTransferProtocol& ses
   char line[kTextSize];
   TextCopy(line, joined.Text());
   Info info;
-  if (LFTPListInfoParser::GetFileInfo(line, info) && strcmp(info.name, name) == 0)
-    TextCopy(text, info.*field);
+  if (LFTPListInfoParser::GetFileInfo(line, info) && strcmp(info.name, name) == 0) TextCopy(text, info.*field);
   return LProcessResultOk;
 }
 
@@ -43,8 +42,8 @@ LProcessResult AskOwner(LProcessInterface& process, LFileTransferProtocol& sessi
 
 }  // namespace
 
-LProcessResult ProcessFtpGetFileAttribute(LProcessInterface& process, LFileTransferProtocol& session,
-                                          const char* name, char (&text)[kTextSize]) {
+LProcessResult ProcessFtpGetFileAttribute(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
+                                          char (&text)[kTextSize]) {
   text[0] = 0;
   if (process.IsToStop()) return LProcessResultStopped;
   ProcessFtpCheckFeatures(process, session);
@@ -61,12 +60,12 @@ LProcessResult ProcessFtpGetFileAttribute(LProcessInterface& process, LFileTrans
   return LProcessResultOk;
 }
 
-LProcessResult ProcessFtpGetFileOwner(LProcessInterface& process, LFileTransferProtocol& session,
-                                      const char* name, char (&text)[kTextSize]) {
+LProcessResult ProcessFtpGetFileOwner(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
+                                      char (&text)[kTextSize]) {
   return AskOwner(process, session, name, &Info::owner, text);
 }
 
-LProcessResult ProcessFtpGetFileOwnerGroup(LProcessInterface& process, LFileTransferProtocol& session,
-                                           const char* name, char (&text)[kTextSize]) {
+LProcessResult ProcessFtpGetFileOwnerGroup(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
+                                           char (&text)[kTextSize]) {
   return AskOwner(process, session, name, &Info::group, text);
 }

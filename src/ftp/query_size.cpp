@@ -22,11 +22,9 @@ Verdict JudgeSize(int64_t number, uint64_t& size) {
 }
 
 /// SIZE counts the bytes that a binary transfer has, so the session is set to that first and stays there.
-FtpRung AskSize(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
-                int64_t& number) {
+FtpRung AskSize(LProcessInterface& process, LFileTransferProtocol& session, const char* name, int64_t& number) {
   unsigned short code = 0;
-  if (ProcessFtpSendAndWaitForReply(process, session, "TYPE I\r\n", &code, nullptr) ==
-      LProcessResultStopped) {
+  if (ProcessFtpSendAndWaitForReply(process, session, "TYPE I\r\n", &code, nullptr) == LProcessResultStopped) {
     return FtpRung::kStopped;
   }
   if (code != 200) return FtpRung::kNoAnswer;
@@ -76,33 +74,28 @@ FtpRung AskNumber(LProcessInterface& process, LFileTransferProtocol& session, co
   if (rung == Session::bHasSize) return AskSize(process, session, name, number);
   char value[kTextSize];
   // Some servers write "sizd", and mean the same.
-  const FtpRung answer = rung == Session::bMlstSize
-                             ? FtpAskMlst(process, session, name, "size=", "sizd=", value)
-                             : FtpAskMlsdOfFolder(process, session, name, "size=", value);
+  const FtpRung answer = rung == Session::bMlstSize ? FtpAskMlst(process, session, name, "size=", "sizd=", value)
+                                                    : FtpAskMlsdOfFolder(process, session, name, "size=", value);
   if (answer == FtpRung::kAnswered) number = FtpNumber(value);
   return answer;
 }
 
 }  // namespace
 
-LProcessResult ProcessFtpGetFileSize(LProcessInterface& process, LFileTransferProtocol& session,
-                                     const char* name, uint64_t& size) {
+LProcessResult ProcessFtpGetFileSize(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
+                                     uint64_t& size) {
   size = 0;
   if (process.IsToStop()) return LProcessResultStopped;
   ProcessFtpCheckFeatures(process, session);
   for (const Session::Capability rung : kRungs) {
     int64_t number = 0;
     switch (AskNumber(process, session, name, rung, number)) {
-      case FtpRung::kStopped:
-        return LProcessResultStopped;
-      case FtpRung::kAbsent:
-        return LProcessResultOk;
-      case FtpRung::kNoAnswer:
-        break;
+      case FtpRung::kStopped: return LProcessResultStopped;
+      case FtpRung::kAbsent: return LProcessResultOk;
+      case FtpRung::kNoAnswer: break;
       case FtpRung::kAnswered: {
         const Verdict verdict = JudgeSize(number, size);
-        if (verdict != Verdict::kNextRung)
-          return verdict == Verdict::kSize ? LProcessResultOk : LProcessResultFailed;
+        if (verdict != Verdict::kNextRung) return verdict == Verdict::kSize ? LProcessResultOk : LProcessResultFailed;
         break;
       }
     }

@@ -23,8 +23,8 @@ bool HasLineWithError550(const LStringListTemplate<char>& lines) {
 
 }  // namespace
 
-FtpRung FtpAskMlst(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
-                   const char* fact, const char* spelling, char (&value)[kTextSize]) {
+FtpRung FtpAskMlst(LProcessInterface& process, LFileTransferProtocol& session, const char* name, const char* fact,
+                   const char* spelling, char (&value)[kTextSize]) {
   char command[kFtpLongCommand];
   FtpFormatCommand(command, "MLST %s\r\n", name);
   LStringListTemplate<char> lines;
@@ -33,8 +33,7 @@ FtpRung FtpAskMlst(LProcessInterface& process, LFileTransferProtocol& session, c
   if (result != LProcessResultOk) return HasLineWithError550(lines) ? FtpRung::kAbsent : FtpRung::kNoAnswer;
   for (size_t i = 0; i < lines.count; ++i) {
     const char* line = lines.strings[i];
-    if (FactOfLine(line, fact, value) || (spelling && FactOfLine(line, spelling, value)))
-      return FtpRung::kAnswered;
+    if (FactOfLine(line, fact, value) || (spelling && FactOfLine(line, spelling, value))) return FtpRung::kAnswered;
   }
   return FtpRung::kNoAnswer;
 }

@@ -16,10 +16,10 @@ enum class FtpRung {
 
 /// `MLST name`: `value` gets the value of `fact` from the first line that has it, or of `spelling` (may be
 /// null), a second way to write it.
-[[nodiscard]] FtpRung FtpAskMlst(LProcessInterface&, LFileTransferProtocol&, const char* name,
-                                 const char* fact, const char* spelling, char (&value)[kTextSize]);
+[[nodiscard]] FtpRung FtpAskMlst(LProcessInterface&, LFileTransferProtocol&, const char* name, const char* fact,
+                                 const char* spelling, char (&value)[kTextSize]);
 
 /// `MLSD folder` on the control connection, for a server that answers there: the value of `fact` from the
 /// first line that also holds the base of `name`.
-[[nodiscard]] FtpRung FtpAskMlsdOfFolder(LProcessInterface&, LFileTransferProtocol&, const char* name,
-                                         const char* fact, char (&value)[kTextSize]);
+[[nodiscard]] FtpRung FtpAskMlsdOfFolder(LProcessInterface&, LFileTransferProtocol&, const char* name, const char* fact,
+                                         char (&value)[kTextSize]);

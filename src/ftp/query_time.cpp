@@ -65,8 +65,7 @@ LProcessResult ChooseDosStyle(LProcessInterface& process, LFileTransferProtocol&
 }
 
 /// `time` stays as it is when the listing does not show the name; 2 when it shows it without a date.
-LProcessResult AskListing(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
-                          int64_t& time) {
+LProcessResult AskListing(LProcessInterface& process, LFileTransferProtocol& session, const char* name, int64_t& time) {
   char command[kFtpLongCommand];
   const bool isExact = session.Has(Session::bSystUnixL8);
   FtpFormatCommand(command, isExact ? "LIST %s\r\n" : "LIST %s*\r\n", name);

@@ -16,8 +16,7 @@ signed char KindOfType(const char* type) {
 }
 
 /// A refusal is remembered; a reply without the fact is not.
-FtpRung AskType(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
-                signed char& kind) {
+FtpRung AskType(LProcessInterface& process, LFileTransferProtocol& session, const char* name, signed char& kind) {
   char command[kFtpLongCommand];
   FtpFormatCommand(command, "MLST %s\r\n", name);
   LStringListTemplate<char> lines;
@@ -40,8 +39,7 @@ FtpRung AskType(LProcessInterface& process, LFileTransferProtocol& session, cons
 }
 
 /// Only a directory can be listed so.
-FtpRung AskMlsd(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
-                signed char& kind) {
+FtpRung AskMlsd(LProcessInterface& process, LFileTransferProtocol& session, const char* name, signed char& kind) {
   char command[kFtpLongCommand];
   FtpFormatCommand(command, "MLSD %s\r\n", name);
   LStringListTemplate<char> lines;
@@ -78,8 +76,8 @@ LProcessResult AskListing(LProcessInterface& process, LFileTransferProtocol& ses
 
 }  // namespace
 
-LProcessResult ProcessFtpIsDirectory(LProcessInterface& process, LFileTransferProtocol& session,
-                                     const char* name, signed char& kind) {
+LProcessResult ProcessFtpIsDirectory(LProcessInterface& process, LFileTransferProtocol& session, const char* name,
+                                     signed char& kind) {
   kind = kFtpKindUnknown;
   if (!name) return LProcessResultFailed;
   if (process.IsToStop()) return LProcessResultStopped;

@@ -8,16 +8,14 @@ LProcessResult ProcessFtpPrintDirectory(LProcessInterface& process, LFileTransfe
   if (sent != LProcessResultOk) return sent;
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read =
-      ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
+  const LProcessResult read = ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   if (code < 200 || code > 299) return LProcessResultFailed;
   FtpQuotedPath(text, path);
   return LProcessResultOk;
 }
 
-LProcessResult ProcessFtpCreateDirectory(LProcessInterface& process, LFileTransferProtocol& session,
-                                         const char* path) {
+LProcessResult ProcessFtpCreateDirectory(LProcessInterface& process, LFileTransferProtocol& session, const char* path) {
   if (process.IsToStop()) return LProcessResultStopped;
   if (!path || path[0] == 0 || strcmp(path, "/") == 0) return LProcessResultOk;
   char command[kFtpLongCommand];
@@ -26,8 +24,7 @@ LProcessResult ProcessFtpCreateDirectory(LProcessInterface& process, LFileTransf
   if (sent != LProcessResultOk) return sent;
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read =
-      ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
+  const LProcessResult read = ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   return FtpReplyIsPositive(code) || code == 521 ? LProcessResultOk : LProcessResultFailed;
 }

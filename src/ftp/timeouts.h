@@ -3,14 +3,13 @@
 
 struct FtpTimeouts {
   // A command and its reply.
-  unsigned sendMs = 30000;  ///< To send a command of the plain form.
-  unsigned sendNoTraceMs =
-      15000;  ///< To send one of the tracing form; one more for each byte of the command.
+  unsigned sendMs = 30000;           ///< To send a command of the plain form.
+  unsigned sendNoTraceMs = 15000;    ///< To send one of the tracing form; one more for each byte of the command.
   unsigned sendMultiLineMs = 20000;  ///< To send one whose whole reply is wanted.
-  unsigned sendDirectMs = 20000;  ///< To send one outside the forms: logon, PASV, PWD, MKD, RETR, STOR, APPE.
-  unsigned replyMs = 60000;       ///< For each line of a reply.
-  unsigned drainReplyMs = 60000;  ///< For the reply that is taken off the connection after a stop.
-  unsigned extraReplyMs = 60000;  ///< For the second reply that may follow a 500 while FEAT is unanswered.
+  unsigned sendDirectMs = 20000;     ///< To send one outside the forms: logon, PASV, PWD, MKD, RETR, STOR, APPE.
+  unsigned replyMs = 60000;          ///< For each line of a reply.
+  unsigned drainReplyMs = 60000;     ///< For the reply that is taken off the connection after a stop.
+  unsigned extraReplyMs = 60000;     ///< For the second reply that may follow a 500 while FEAT is unanswered.
 
   // Logon.
   unsigned connectMs = 60000;  ///< For each address of the server or the proxy.
@@ -19,8 +18,7 @@ struct FtpTimeouts {
 
   // A data connection.
   unsigned dataConnectMs = 20000;
-  unsigned dataHandshakeMs =
-      3000;  ///< TLS on the data connection; a failure shows in the next read or write.
+  unsigned dataHandshakeMs = 3000;   ///< TLS on the data connection; a failure shows in the next read or write.
   unsigned dataReplyLineMs = 20000;  ///< For each line of a command whose answer comes as data.
   unsigned listingLineMs = 10000;    ///< For each line of a listing; a longer silence ends the listing.
   unsigned dataCloseMs = 2000;       ///< For the server's end behind ours, before the socket is closed.

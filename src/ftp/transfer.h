@@ -11,9 +11,8 @@
 /// emptied before anything is asked of the server. `errorText` (may be null) takes the server's last error
 /// reply, or becomes empty. After a failed transfer the local file is gone; after a refused one it is there,
 /// empty.
-[[nodiscard]] LProcessResult ProcessFtpDownload(LProcessInterface&, LFileTransferProtocol&,
-                                                const char* remote, const char* local,
-                                                char (*errorText)[kTextSize]);
+[[nodiscard]] LProcessResult ProcessFtpDownload(LProcessInterface&, LFileTransferProtocol&, const char* remote,
+                                                const char* local, char (*errorText)[kTextSize]);
 
 /// Sends the file `local` as `remote`. With `append` what the server has already is not sent again. The
 /// file's date follows where the server can set it.

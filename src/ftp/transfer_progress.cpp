@@ -8,10 +8,7 @@ constexpr uint64_t kShowings = 100;
 }  // namespace
 
 FtpTransferProgress::FtpTransferProgress(Direction wayOfData, uint64_t size, double start)
-    : direction(wayOfData),
-      iSize(size),
-      iBlocks(size / kBlockSize + (size % kBlockSize != 0)),
-      dFraction(start) {}
+    : direction(wayOfData), iSize(size), iBlocks(size / kBlockSize + (size % kBlockSize != 0)), dFraction(start) {}
 
 bool FtpTransferProgress::CountBlock(size_t bytes) {
   iBytes += bytes;

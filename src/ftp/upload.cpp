@@ -20,8 +20,8 @@ constexpr size_t kDatedCommand = 285;  ///< Bytes of a command with a date and a
 
 class FileUpload : public FtpFileTransfer {
  public:
-  FileUpload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote,
-             const char* local, char (*errorText)[kTextSize], bool append)
+  FileUpload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote, const char* local,
+             char (*errorText)[kTextSize], bool append)
       : FtpFileTransfer(process, session, errorText), szRemote(remote), szLocal(local), bAppend(append) {
     LFile::_GetFileFromPath(szName, local);
   }
@@ -144,8 +144,8 @@ FileUpload::End FileUpload::SendPiece(const char* bytes, size_t size) {
     // Each block has the whole time-out, however slow the line: a piece may take minutes.
     const int64_t left = blockStart + gFtpTimeouts.sendBlockMs - platform::ClockMonotonicMs();
     size_t moved = 0;
-    const LProcessResult result = data.Send(*pProcess, bytes + sent, size - sent, moved,
-                                            static_cast<unsigned>(std::max<int64_t>(left, 0)));
+    const LProcessResult result =
+        data.Send(*pProcess, bytes + sent, size - sent, moved, static_cast<unsigned>(std::max<int64_t>(left, 0)));
     if (result == LProcessResultStopped) return End::kStopped;
     if (result != LProcessResultOk) return End::kFailed;
     sent += moved;
@@ -208,17 +208,16 @@ void FileUpload::SetRemoteDate() {
   struct tm utc = {};
   if (platform::FileStatus(iFile, status) != 0 || !gmtime_r(&status.st_mtime, &utc)) return;
   char command[kDatedCommand];
-  FtpFormatCommand(command, "MFMT %04d%02d%02d%02d%02d%02d %s\r\n", utc.tm_year + 1900, utc.tm_mon + 1,
-                   utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec, szRemote);
+  FtpFormatCommand(command, "MFMT %04d%02d%02d%02d%02d%02d %s\r\n", utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday,
+                   utc.tm_hour, utc.tm_min, utc.tm_sec, szRemote);
   (void)ProcessFtpSendAndWaitForReply(*pProcess, *pSession, command, nullptr, nullptr);
 }
 
 LProcessResult FileUpload::Finish(bool isStopped) {
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read =
-      bLateReply ? ReadLateReplies(gFtpTimeouts.lateReplyUploadMs, kFtpLocalError, code, text)
-                 : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
+  const LProcessResult read = bLateReply ? ReadLateReplies(gFtpTimeouts.lateReplyUploadMs, kFtpLocalError, code, text)
+                                         : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
   if (isStopped) return LProcessResultStopped;
   // All data went out and the connection was closed in order: a server that says nothing more has the file.
   const LProcessResult result = read == LProcessResultOk ? JudgeClosingReply(code, text) : LProcessResultOk;
@@ -248,8 +247,7 @@ LProcessResult FileUpload::Run() {
 
 }  // namespace
 
-LProcessResult ProcessFtpUpload(LProcessInterface& process, LFileTransferProtocol& session,
-                                const char* remote, const char* local, char (*errorText)[kTextSize],
-                                bool append) {
+LProcessResult ProcessFtpUpload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote,
+                                const char* local, char (*errorText)[kTextSize], bool append) {
   return FileUpload(process, session, remote, local, errorText, append).Run();
 }

@@ -5,8 +5,8 @@
 
 namespace platform {
 
-int64_t ClockMonotonicMs();  ///< Milliseconds since some start; never goes back.
-int64_t ClockWallSeconds();  ///< Seconds since 1970, UTC.
+int64_t ClockMonotonicMs();      ///< Milliseconds since some start; never goes back.
+int64_t ClockWallSeconds();      ///< Seconds since 1970, UTC.
 void ClockSleepMs(unsigned ms);  ///< Sleeps the whole time, also over signals.
 
 }  // namespace platform

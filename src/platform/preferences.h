@@ -24,8 +24,7 @@ namespace platform {
 /// Calls `visit` with each key of the domain, in the order above. False if there is none.
 bool PreferencesCopyKeyList(const char* domain, const std::function<void(const char* key)>& visit);
 /// Calls `take` with the value, valid during the call; false if the key is absent.
-bool PreferencesCopyValue(const char* domain, const char* key,
-                          const std::function<void(const char* value)>& take);
+bool PreferencesCopyValue(const char* domain, const char* key, const std::function<void(const char* value)>& take);
 /// A null `value` removes the key.
 bool PreferencesSetValue(const char* domain, const char* key, const char* value);
 /// Makes all writes to the domain durable: all of them, or none on false.
@@ -34,8 +33,7 @@ bool PreferencesSynchronize(const char* domain);
 bool PreferencesCopyMultiple(const char* domain, const char* const* nullTerminatedKeys,
                              const std::function<void(const char* key, const char* value)>& visit);
 /// Sets `count` pairs; a null value removes its key.
-bool PreferencesSetMultiple(const char* domain, const char* const* keys, const char* const* values,
-                            int count);
+bool PreferencesSetMultiple(const char* domain, const char* const* keys, const char* const* values, int count);
 
 // The same key list, read through its order: what makes a walk over many keys cheap.
 
@@ -46,8 +44,7 @@ bool PreferencesVisitKeys(const char* domain, const char* prefix, size_t from,
 /// The name after `previous` among the names under `prefix`. A name is what follows the prefix in a key, up
 /// to the next "/", cut to `out`; an empty one does not count. Names that differ only by case are one. An
 /// empty `previous` asks for the first. False, with an empty `out`, if there is none.
-bool PreferencesNextName(const char* domain, const char* prefix, const char* previous,
-                         char (&out)[kFixedText]);
+bool PreferencesNextName(const char* domain, const char* prefix, const char* previous, char (&out)[kFixedText]);
 /// Positions in the key list; the end of PreferencesVisitKeys.
 size_t PreferencesKeyCount(const char* domain);
 

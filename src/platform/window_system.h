@@ -26,8 +26,17 @@ struct KeyPress {
   int code;  ///< Unicode code point in upper case, or a value of Key.
   bool shift, control, alt;
 };
-enum Key : int { kKeyReturn = 13, kKeyDelete = 0x110007, kKeyBackspace = 8, kKeyLeft = 0x110012, kKeyUp, kKeyRight,
-                 kKeyDown, kKeyF1 = 0x110030, kKeyF2 };
+enum Key : int {
+  kKeyReturn = 13,
+  kKeyDelete = 0x110007,
+  kKeyBackspace = 8,
+  kKeyLeft = 0x110012,
+  kKeyUp,
+  kKeyRight,
+  kKeyDown,
+  kKeyF1 = 0x110030,
+  kKeyF2
+};
 
 /// What a native window tells its owner. The owner outlives the window.
 class WindowEvents {
@@ -93,8 +102,25 @@ WindowEvents* WindowTopModal();
 // Controls
 
 enum class ControlKind {
-  kStatic, kInput, kPassword, kCheckBox, kRadioButton, kButton, kDefaultButton, kIconButton, kIconTextButton,
-  kComboBox, kPullDownList, kList, kProgressBar, kIcon, kGroup, kLine, kLog, kToolBar, kDivider,
+  kStatic,
+  kInput,
+  kPassword,
+  kCheckBox,
+  kRadioButton,
+  kButton,
+  kDefaultButton,
+  kIconButton,
+  kIconTextButton,
+  kComboBox,
+  kPullDownList,
+  kList,
+  kProgressBar,
+  kIcon,
+  kGroup,
+  kLine,
+  kLog,
+  kToolBar,
+  kDivider,
 };
 
 /// Makes a control and shows it. `text` is its label, or its accessible name where it shows none; it may be null.
@@ -125,8 +151,16 @@ void ControlSetColors(Window* window, int id, unsigned text, unsigned background
 /// Replaces the text of a log control and scrolls to its end.
 void LogSetText(Window* window, int id, const char* text);
 
-enum class ControlEvent { kClick, kDoubleClick, kRightClick, kHeaderRightClick, kSelectionChange, kFocusLost,
-                          kTextEdited, kReturn };
+enum class ControlEvent {
+  kClick,
+  kDoubleClick,
+  kRightClick,
+  kHeaderRightClick,
+  kSelectionChange,
+  kFocusLost,
+  kTextEdited,
+  kReturn
+};
 /// From now on the event reaches the owner as OnCommand(command). A button's click arrives as its own id unbound.
 void ControlBindEvent(Window* window, int id, ControlEvent event, int command);
 

@@ -8,8 +8,7 @@ namespace {
 // URI
 
 bool IsPlainInUri(unsigned char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-         (c && strchr("!-._~", c));
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c && strchr("!-._~", c));
 }
 
 unsigned HexDigitValue(char c) {
@@ -133,8 +132,7 @@ void LBase64Encode(const void* data, size_t size, LStringLongTemplate<char>& out
   out.data[out.length] = 0;
 }
 
-void LBase64Encode(const void* data, size_t size, LFixedLengthStringWriterTemplate<char>& out,
-                   unsigned flags) {
+void LBase64Encode(const void* data, size_t size, LFixedLengthStringWriterTemplate<char>& out, unsigned flags) {
   EncodeBase64(static_cast<const unsigned char*>(data), size, flags, [&out](char c) { out.Put(c); });
 }
 

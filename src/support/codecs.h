@@ -32,8 +32,7 @@ constexpr unsigned kBase64NoLineBreaks = 2;  ///< No CR LF after each 19 whole g
 /// Replaces the text of `out`.
 void LBase64Encode(const void* data, size_t size, LStringLongTemplate<char>& out, unsigned flags);
 /// The caller terminates.
-void LBase64Encode(const void* data, size_t size, LFixedLengthStringWriterTemplate<char>& out,
-                   unsigned flags);
+void LBase64Encode(const void* data, size_t size, LFixedLengthStringWriterTemplate<char>& out, unsigned flags);
 /// `out` has room for Base64EncodeGetRequiredLength bytes and is not terminated. Returns the bytes written.
 size_t LBase64Encode(const void* data, size_t size, char* out, unsigned flags);
 

@@ -137,8 +137,7 @@ LDatFileNativeFile* LDatFileNativeSystem::Open(const char* path) {
   return file;
 }
 
-bool LDatFileNativeSystem::Read(const char* path, const char* section, const char* key,
-                                char (&out)[kTextSize]) {
+bool LDatFileNativeSystem::Read(const char* path, const char* section, const char* key, char (&out)[kTextSize]) {
   const std::lock_guard lock(mutex);
   const char* value = Open(path)->Get(section, key);
   TextCopy(out, value);

@@ -25,9 +25,7 @@ bool BreakDownAny(int64_t time, tm& parts) {
 }
 
 /// The same, and false for no date.
-bool BreakDown(int64_t time, tm& parts) {
-  return time != 0 && BreakDownAny(time, parts);
-}
+bool BreakDown(int64_t time, tm& parts) { return time != 0 && BreakDownAny(time, parts); }
 
 void FormatDate(const tm& parts, char (&out)[kTextSize]) {
   TextFormat(out, "%.4d-%.2d-%.2d", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday);
@@ -112,12 +110,9 @@ void LDateTime::GetDateTime(char (&out)[kTextSize]) const {
   if (date[0]) TextFormat(out, "%.100s %.100s", date, timeText);
 }
 
-void LDateTime::GetDateTimeInLocalFormat(char (&out)[kTextSize]) const {
-  GetDateTime(out);
-}
+void LDateTime::GetDateTimeInLocalFormat(char (&out)[kTextSize]) const { GetDateTime(out); }
 
-int64_t LDateTime::SetDateTime(int64_t& time, int year, int month, int day, int hour, int minute,
-                               int second) {
+int64_t LDateTime::SetDateTime(int64_t& time, int year, int month, int day, int hour, int minute, int second) {
   tm parts{};
   parts.tm_year = YearOfTm(year);
   parts.tm_mon = month > INT_MIN ? month - 1 : month;
@@ -153,8 +148,8 @@ int64_t LDateTime::AdjustByMonths(int months) const {
   const int month = static_cast<int>(sum - years * 12) + 1;
   const int lastDay = GetNumberOfDaysInMonth(year, month);
   int64_t moved = iTime;
-  SetDateTime(moved, year, month, parts.tm_mday > lastDay ? lastDay : parts.tm_mday, parts.tm_hour,
-              parts.tm_min, parts.tm_sec);
+  SetDateTime(moved, year, month, parts.tm_mday > lastDay ? lastDay : parts.tm_mday, parts.tm_hour, parts.tm_min,
+              parts.tm_sec);
   return moved;
 }
 
@@ -172,9 +167,7 @@ int LDateTime::GetTimeZoneOffset() {
   return static_cast<int>(-parts.tm_gmtoff);
 }
 
-int64_t LDateTime::GetBuildDate() {
-  return TimeFromCompileDate(__DATE__);
-}
+int64_t LDateTime::GetBuildDate() { return TimeFromCompileDate(__DATE__); }
 
 int64_t LDateTime::TimeFromCompileDate(const char* text) {
   int month = 0;

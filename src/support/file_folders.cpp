@@ -84,8 +84,7 @@ bool LFile::IsSubFolder(const char* folder, const char* path) {
   _GetBaseFolderFromPath(top, step);
   while (step[0]) {
     struct stat status {};
-    if (stat(step, &status) == 0 && status.st_dev == wanted.st_dev && status.st_ino == wanted.st_ino)
-      return true;
+    if (stat(step, &status) == 0 && status.st_dev == wanted.st_dev && status.st_ino == wanted.st_ino) return true;
     if (strcmp(step, top) == 0) return false;
     _GetFolderFromPath(step, step);
   }
@@ -103,17 +102,12 @@ bool LFile::CreateFolderTree(const char* path) {
   return platform::FileMakeFolder(path, 0777) == 0;
 }
 
-bool LFile::DeleteFolderTree(const char* path) {
-  return DeleteTree(path, Locked::kStays);
-}
+bool LFile::DeleteFolderTree(const char* path) { return DeleteTree(path, Locked::kStays); }
 
-bool LFile::DeleteFolderTreeAlways(const char* path) {
-  return DeleteTree(path, Locked::kGoes);
-}
+bool LFile::DeleteFolderTreeAlways(const char* path) { return DeleteTree(path, Locked::kGoes); }
 
 bool LFile::DeleteFolderAndFiles(const char* path) {
-  ForEachEntry(
-      path, [](const char* entry) { return TypeOf(entry) == S_IFDIR || platform::FileUnlink(entry) == 0; });
+  ForEachEntry(path, [](const char* entry) { return TypeOf(entry) == S_IFDIR || platform::FileUnlink(entry) == 0; });
   return platform::FileRemoveFolder(path) == 0;
 }
 

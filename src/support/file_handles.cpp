@@ -10,9 +10,7 @@
 
 namespace {
 
-bool IsLineEnd(int byte) {
-  return byte == '\r' || byte == '\n';
-}
+bool IsLineEnd(int byte) { return byte == '\r' || byte == '\n'; }
 
 /// One byte of the file, or -1 at its end and on an error.
 int ReadByte(int descriptor) {

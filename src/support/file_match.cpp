@@ -46,17 +46,11 @@ bool IsRegularFile(const char* path) {
 
 }  // namespace
 
-bool LFile::IsMatch(const char* pattern, const char* name) {
-  return MatchFrom(pattern, name) == Match::kYes;
-}
+bool LFile::IsMatch(const char* pattern, const char* name) { return MatchFrom(pattern, name) == Match::kYes; }
 
-bool LIsDotName(const char* name) {
-  return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
-}
+bool LIsDotName(const char* name) { return strcmp(name, ".") == 0 || strcmp(name, "..") == 0; }
 
-LFile::FolderIterator::~FolderIterator() {
-  Close();
-}
+LFile::FolderIterator::~FolderIterator() { Close(); }
 
 void LFile::FolderIterator::Close() {
   if (pFolder) closedir(pFolder);
@@ -104,6 +98,4 @@ bool LFile::FolderIterator::_Matches(const char* name) const {
   return IsMatch(pattern, lowered);
 }
 
-bool LFile::FolderIteratorAllFiles::_Matches(const char*) const {
-  return true;
-}
+bool LFile::FolderIteratorAllFiles::_Matches(const char*) const { return true; }

@@ -5,9 +5,7 @@ namespace {
 
 constexpr size_t kFolderLimit = kTextSize - 2;  // Leaves room for one separator.
 
-bool IsSeparator(char c) {
-  return c == '/' || c == '\\';
-}
+bool IsSeparator(char c) { return c == '/' || c == '\\'; }
 
 /// The last separator, or null.
 const char* LastSeparator(const char* path) {
@@ -53,9 +51,7 @@ void LFile::_GetBaseFolderFromPath(char (&out)[kTextSize], const char* path) {
   TextCopyPart(out, path, length);
 }
 
-void LFile::_GetFileFromPath(char (&out)[kTextSize], const char* path) {
-  TextCopy(out, FileOf(path));
-}
+void LFile::_GetFileFromPath(char (&out)[kTextSize], const char* path) { TextCopy(out, FileOf(path)); }
 
 void LFile::_GetFileNameFromPath(char (&out)[kTextSize], const char* path) {
   const char* file = FileOf(path);
@@ -82,8 +78,7 @@ void LFile::MakeRelativeFolder(char (&out)[kTextSize], const char* from, const c
   TextCopy(out, relative);
 }
 
-void LFile::MakeUniqueOrderedFilePath(char (&out)[kTextSize], const char* folder, const char* name,
-                                      const char* ext) {
+void LFile::MakeUniqueOrderedFilePath(char (&out)[kTextSize], const char* folder, const char* name, const char* ext) {
   char path[kTextSize];
   char previous[kTextSize];
   _MakeFilePath(path, folder, name, ext);

@@ -59,6 +59,4 @@ void LFile::GetApplicationsFolder(char (&out)[kTextSize]) {
   if (!platform::FolderPath(platform::Folder::kSystemApplications, out)) TextCopy(out, "/Applications");
 }
 
-void LFile::GetProgramFolderApp(char (&out)[kTextSize]) {
-  platform::FolderPath(platform::Folder::kProgram, out);
-}
+void LFile::GetProgramFolderApp(char (&out)[kTextSize]) { platform::FolderPath(platform::Folder::kProgram, out); }

@@ -117,6 +117,4 @@ bool LSaveText(const char* path, const char* text) {
   return written;
 }
 
-bool LSaveTextAsUTF8(const char* path, const LStringLongTemplate<char>& text) {
-  return LSaveText(path, text.Text());
-}
+bool LSaveTextAsUTF8(const char* path, const LStringLongTemplate<char>& text) { return LSaveText(path, text.Text()); }

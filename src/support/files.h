@@ -35,8 +35,7 @@ class LFile {
   static void MakeRelativeFolder(char (&out)[kTextSize], const char* from, const char* to);
   /// A path at which nothing exists: with `name`, or else with name_0, name_1 and so on. Empty if a path of
   /// this length leaves no room for a number that is free.
-  static void MakeUniqueOrderedFilePath(char (&out)[kTextSize], const char* folder, const char* name,
-                                        const char* ext);
+  static void MakeUniqueOrderedFilePath(char (&out)[kTextSize], const char* folder, const char* name, const char* ext);
   /// Wildcards: `?` for one byte, `*` for any run. Case sensitive. A `*` that meets a literal `*` in the name
   /// stands for that byte alone.
   static bool IsMatch(const char* pattern, const char* name);

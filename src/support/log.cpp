@@ -105,28 +105,17 @@ void LLog::Log(const char* first, const char* second, unsigned char level) {
   LogWithoutEmailing(text, level);
 }
 
-void LOG(const char* text) {
-  gLLog.LogWithoutEmailing(text, kLogPlain);
-}
+void LOG(const char* text) { gLLog.LogWithoutEmailing(text, kLogPlain); }
 
-void LOG(const char* first, const char* second) {
-  gLLog.Log(first, second, kLogPlain);
-}
+void LOG(const char* first, const char* second) { gLLog.Log(first, second, kLogPlain); }
 
-void LOGERROR(const char* text) {
-  gLLog.LogWithoutEmailing(text, kLogError);
-}
+void LOGERROR(const char* text) { gLLog.LogWithoutEmailing(text, kLogError); }
 
-void LOGWARN(const char* text) {
-  gLLog.LogWithoutEmailing(text, kLogWarning);
-}
+void LOGWARN(const char* text) { gLLog.LogWithoutEmailing(text, kLogWarning); }
 
-void LOGINFO(const char* text) {
-  gLLog.LogWithoutEmailing(text, kLogInformation);
-}
+void LOGINFO(const char* text) { gLLog.LogWithoutEmailing(text, kLogInformation); }
 
-__attribute__((format(printf, 1, 0))) static void LOGVF(const char* format, unsigned char level,
-                                                        va_list arguments) {
+__attribute__((format(printf, 1, 0))) static void LOGVF(const char* format, unsigned char level, va_list arguments) {
   if (!gLLog.IsEnabled()) return;
   char text[kFormattedSize];
   TextFormatBounded(text, sizeof text, format, arguments);

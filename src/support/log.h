@@ -60,7 +60,7 @@ class LLog {
   /// Outlives the object's other fields in effect: who logs while the process ends still reads it.
   std::atomic<bool> bEnabled = false;
   char szFolder[kTextSize] = {};
-  int iFile = -1;  ///< -1 when no file is open. The file stays locked for this process while it is.
+  int iFile = -1;                  ///< -1 when no file is open. The file stays locked for this process while it is.
   std::recursive_mutex paneMutex;  ///< Guards the pane, also while it is called. `mutex` is free by then.
   LLogPane* pPane = nullptr;
   std::recursive_mutex mutex;  ///< Guards the descriptor and the day.

@@ -17,6 +17,4 @@ uint64_t LMemoryGetFreeHeapSize() {
   return std::min(left, LMemoryGetAvailableVirtualMemorySize());
 }
 
-uint64_t LMemoryGetAvailableVirtualMemorySize() {
-  return platform::MemoryFreeAndInactive();
-}
+uint64_t LMemoryGetAvailableVirtualMemorySize() { return platform::MemoryFreeAndInactive(); }

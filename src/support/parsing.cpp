@@ -8,13 +8,9 @@ namespace {
 
 constexpr size_t kFirstCapacity = 260;
 
-bool IsWhiteSpaceOrEnd(char c) {
-  return static_cast<unsigned char>(c) < 33;
-}
+bool IsWhiteSpaceOrEnd(char c) { return static_cast<unsigned char>(c) < 33; }
 
-bool IsLineEnd(char c) {
-  return c == '\r' || c == '\n';
-}
+bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 /// Behind the white space at `cursor`.
 const char* SkipWhiteSpace(const char* cursor) {
@@ -40,18 +36,12 @@ size_t ReadUntil(LStringLongTemplate<char>& out, const char* text, Stops stops) 
   return consumed;
 }
 
-int UpperAscii(char c) {
-  return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
-}
+int UpperAscii(char c) { return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); }
 
-size_t DigitsAt(const char* text) {
-  return strspn(text, "0123456789");
-}
+size_t DigitsAt(const char* text) { return strspn(text, "0123456789"); }
 
 /// The low 32 bits of the number that the digits at `text` make.
-int32_t NumberAt(const char* text) {
-  return static_cast<int32_t>(strtol(text, nullptr, 10));
-}
+int32_t NumberAt(const char* text) { return static_cast<int32_t>(strtol(text, nullptr, 10)); }
 
 /// The difference as a machine word has it: very large numbers may go round and change its sign.
 int Difference(int32_t a, int32_t b) {

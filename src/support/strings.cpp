@@ -18,9 +18,7 @@ struct Directive {
   char conversion;
 };
 
-bool IsSpecificationByte(char c) {
-  return c == '.' || (c >= '0' && c <= '9') || c == 'L' || c == 'l' || c == 'z';
-}
+bool IsSpecificationByte(char c) { return c == '.' || (c >= '0' && c <= '9') || c == 'L' || c == 'l' || c == 'z'; }
 
 /// Reads the directive at `cursor`, which stands behind the percent sign; returns the cursor behind it.
 const char* ReadDirective(const char* cursor, Directive& directive) {
@@ -372,9 +370,7 @@ void TrimBothEnds(char* text, Drops drops) {
   text[end - begin] = 0;
 }
 
-int UpperAscii(char c) {
-  return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : static_cast<unsigned char>(c);
-}
+int UpperAscii(char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : static_cast<unsigned char>(c); }
 
 }  // namespace
 

@@ -42,8 +42,8 @@ void TextAppend(char (&out)[N], const char* text) {
   TextCopyBounded(out + length, N - length, text);
 }
 
-__attribute__((format(printf, 3, 0))) inline void TextFormatBounded(char* out, size_t size,
-                                                                    const char* format, va_list arguments) {
+__attribute__((format(printf, 3, 0))) inline void TextFormatBounded(char* out, size_t size, const char* format,
+                                                                    va_list arguments) {
   // vsnprintf gives a negative number on an encoding error and leaves the text unsettled.
   if (vsnprintf(out, size, format, arguments) < 0) out[0] = 0;
 }

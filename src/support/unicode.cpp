@@ -11,13 +11,9 @@ namespace {
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr char32_t kUnicodeEnd = 0x110000;
 
-bool IsContinuation(unsigned char c) {
-  return c >= 0x80 && c <= 0xBF;
-}
+bool IsContinuation(unsigned char c) { return c >= 0x80 && c <= 0xBF; }
 
-bool IsSurrogate(char32_t c) {
-  return c >= 0xD800 && c <= 0xDFFF;
-}
+bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
 /// Bytes of the character that a lead byte opens, by its high bits alone; 0 for a continuation byte, 0xFE and
 /// 0xFF.
@@ -46,16 +42,11 @@ size_t CutAtCharacter(const char* text, size_t last) {
 /// what lies above U+10FFFF.
 bool IsSecondByte(unsigned char lead, unsigned char second) {
   switch (lead) {
-    case 0xE0:
-      return second >= 0xA0 && second <= 0xBF;
-    case 0xED:
-      return second >= 0x80 && second <= 0x9F;
-    case 0xF0:
-      return second >= 0x90 && second <= 0xBF;
-    case 0xF4:
-      return second >= 0x80 && second <= 0x8F;
-    default:
-      return IsContinuation(second);
+    case 0xE0: return second >= 0xA0 && second <= 0xBF;
+    case 0xED: return second >= 0x80 && second <= 0x9F;
+    case 0xF0: return second >= 0x90 && second <= 0xBF;
+    case 0xF4: return second >= 0x80 && second <= 0x8F;
+    default: return IsContinuation(second);
   }
 }
 

@@ -7,8 +7,7 @@ namespace {
 
 using Loader = LXMLLoaderTemplate<char>;
 
-constexpr char kUnnamed[] =
-    "名前の無い<を間違えて使っています。必要に応じて「<」では無く「&lt;」を使ってください。";
+constexpr char kUnnamed[] = "名前の無い<を間違えて使っています。必要に応じて「<」では無く「&lt;」を使ってください。";
 constexpr char kTagUnfinished[] = "<%s>タグの終わり山括弧（>）がありません";
 constexpr char kEndMissing[] =
     "(EOF) Element <%s> should be terminated with </%s>. Check you have terminated your element properly.";
@@ -78,8 +77,7 @@ class LXMLTreeReader {
   void ReadNext() {
     const char c = loader.GetChar();
     switch (c) {
-      case '<':
-        return ReadTag();
+      case '<': return ReadTag();
       case '&': {
         char character[kTextSize];
         XMLAmpChar(loader, character);
@@ -88,8 +86,7 @@ class LXMLTreeReader {
       case 0:
         if (const char* name = Current().tagName) loader.SetError(kEndMissing, name, name);
         return Close();
-      default:
-        return content.Append(c);
+      default: return content.Append(c);
     }
   }
 
@@ -161,9 +158,7 @@ LXMLElement::~LXMLElement() {
   delete[] text;
 }
 
-void LXMLElement::LoadData(Loader& loader) {
-  LXMLTreeReader(loader, *this).Read();
-}
+void LXMLElement::LoadData(Loader& loader) { LXMLTreeReader(loader, *this).Read(); }
 
 bool LXMLElement::LoadTag(Loader& loader, char ended) {
   if (tagName[0] == '!') {

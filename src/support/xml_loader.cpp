@@ -15,13 +15,9 @@ constexpr char kReferenceUnfinished[] =
     "アンドマーク（&）で始まる文字列は、セミコロン（;）で終了する必要があります。"
     "'&'を'&amp;'に置き換えるか制御文字列の最後に';'を加えてください。";
 
-bool IsLineEnd(char c) {
-  return c == '\r' || c == '\n';
-}
+bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 
-bool IsNameEnd(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '/' || c == '=' || c == '>';
-}
+bool IsNameEnd(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '/' || c == '=' || c == '>'; }
 
 /// These begin raw text, which may follow without anything between.
 bool IsWholeName(const char* name, size_t length) {
@@ -70,9 +66,7 @@ char16_t UnitFromText(const char* digits, unsigned base) {
   return static_cast<char16_t>(unit);
 }
 
-bool IsDecimal(const char* text) {
-  return *text && text[strspn(text, "0123456789")] == 0;
-}
+bool IsDecimal(const char* text) { return *text && text[strspn(text, "0123456789")] == 0; }
 
 /// Reads the reference up to its semicolon, which is dropped.
 bool LoadReference(Loader& loader, char (&reference)[kReferenceLimit]) {
@@ -156,8 +150,7 @@ void XMLAmpChar(Loader& loader, char (&out)[kTextSize]) {
   if (!LoadReference(loader, reference)) return loader.SetError("%s", kReferenceUnfinished);
   const bool isHexadecimal = reference[0] == '#' && reference[1] == 'x';
   if (isHexadecimal || (reference[0] == '#' && IsDecimal(reference + 1))) {
-    const char16_t units[] = {
-        isHexadecimal ? UnitFromText(reference + 2, 16) : UnitFromText(reference + 1, 10), 0};
+    const char16_t units[] = {isHexadecimal ? UnitFromText(reference + 2, 16) : UnitFromText(reference + 1, 10), 0};
     LCopyUTF8FromUnicode(out, units, kTextSize);
     return;
   }

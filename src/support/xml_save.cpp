@@ -11,9 +11,7 @@ using Text = LStringLongTemplate<char>;
 /// Deeper elements are indented no further: the tabs of a hostile document would grow with its size squared.
 constexpr int kIndentLimit = 1000;
 
-bool IsBlank(const char* text) {
-  return text[strspn(text, "\t\n\r ")] == 0;
-}
+bool IsBlank(const char* text) { return text[strspn(text, "\t\n\r ")] == 0; }
 
 void Encode(Text& out, const char* text) {
   LStringLongTemplateWriter<char> writer(out);
@@ -138,20 +136,11 @@ template <typename Writer>
 void LHTMLEncodeToWriterSimple(Writer& writer, const char* text) {
   for (; *text; ++text) {
     switch (*text) {
-      case '<':
-        tplstrcpy(writer, "&lt;");
-        break;
-      case '>':
-        tplstrcpy(writer, "&gt;");
-        break;
-      case '"':
-        tplstrcpy(writer, "&quot;");
-        break;
-      case '&':
-        tplstrcpy(writer, "&amp;");
-        break;
-      default:
-        writer.Put(*text);
+      case '<': tplstrcpy(writer, "&lt;"); break;
+      case '>': tplstrcpy(writer, "&gt;"); break;
+      case '"': tplstrcpy(writer, "&quot;"); break;
+      case '&': tplstrcpy(writer, "&amp;"); break;
+      default: writer.Put(*text);
     }
   }
 }

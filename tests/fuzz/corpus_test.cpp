@@ -14,8 +14,7 @@ namespace {
 std::vector<std::filesystem::path> CorpusOf(const std::string& name) {
   std::vector<std::filesystem::path> files;
   std::error_code error;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(ORVANE_SOURCE_DIR "/fuzz/corpus/" + name, error)) {
+  for (const auto& entry : std::filesystem::directory_iterator(ORVANE_SOURCE_DIR "/fuzz/corpus/" + name, error)) {
     files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());

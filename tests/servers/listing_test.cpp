@@ -32,8 +32,7 @@ class ServerListing : public ServerTest {
     PutRemote("two  blanks .txt", "abc");
     PutRemote("old.txt", "12345");
     std::filesystem::create_directory(Remote("フォルダ"));
-    for (const char* name : {"empty", "日本語 ファイル.txt", "two  blanks .txt", "フォルダ"})
-      SetTime(name, recent);
+    for (const char* name : {"empty", "日本語 ファイル.txt", "two  blanks .txt", "フォルダ"}) SetTime(name, recent);
     SetTime("old.txt", kLongAgo);
   }
   void SetTime(const char* name, int64_t seconds) const {
@@ -88,8 +87,7 @@ TEST_P(ServerListing, ByFacts) {
   // ProFTPD and pyftpdlib know the command, but their FEAT speaks of MLST alone; vsftpd knows neither.
   EXPECT_EQ(GetParam().kind == ServerKind::kPureFtpd, session.Has(LFileTransferProtocol::bHasMlsd));
   if (GetParam().kind == ServerKind::kPyftpdlib && GetParam().security != ServerSecurity::kPlain) {
-    GTEST_SKIP()
-        << "breaks off a data connection on which TLS begins before the command, as it does for MLSD";
+    GTEST_SKIP() << "breaks off a data connection on which TLS begins before the command, as it does for MLSD";
   }
   session.Set(LFileTransferProtocol::bHasMlsd);
   const bool answers = GetParam().kind != ServerKind::kVsftpd;
@@ -160,8 +158,7 @@ TEST_P(ServerListing, FoldersAreMadeAndDeletedWhole) {
   std::filesystem::permissions(Remote("新しい フォルダ"), std::filesystem::perms::all);
   const LProcessResult result = ProcessFtpDeleteDirectoryAndFiles(process, session, "新しい フォルダ");
   // A server that lists no hidden files cannot be rid of a folder that holds one.
-  const bool listsHidden =
-      GetParam().kind == ServerKind::kPureFtpd || GetParam().kind == ServerKind::kPyftpdlib;
+  const bool listsHidden = GetParam().kind == ServerKind::kPureFtpd || GetParam().kind == ServerKind::kPyftpdlib;
   EXPECT_EQ(listsHidden, result == LProcessResultOk);
   EXPECT_EQ(!listsHidden, std::filesystem::exists(Remote("新しい フォルダ")));
 }

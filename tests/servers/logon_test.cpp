@@ -43,11 +43,10 @@ TEST_P(UnknownServer, IsToldNothing) {
   EXPECT_EQ(LProcessResultFailed, LogOnWith(RealServer::Password()));
   const bool isExplicit = GetParam().security == ServerSecurity::kExplicitTls;
   const std::string message =
-      isExplicit
-          ? Message("サーバー", "でSSL/TSLを使うことができません。セキュリティ保護無しを試しています。")
-          : Message("サーバー",
-                    "からの応答がありません。正しいサーバーアドレスとポートが入力されていることを"
-                    "確認してください。");
+      isExplicit ? Message("サーバー", "でSSL/TSLを使うことができません。セキュリティ保護無しを試しています。")
+                 : Message("サーバー",
+                           "からの応答がありません。正しいサーバーアドレスとポートが入力されていることを"
+                           "確認してください。");
   EXPECT_TRUE(HistoryHas(message)) << message;
   EXPECT_FALSE(HistoryHas("USER"));
 }

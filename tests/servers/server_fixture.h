@@ -33,9 +33,7 @@ class ServerTest : public testing::TestWithParam<ServerSetup> {
   void LogOn() { ASSERT_EQ(LProcessResultOk, LogOnWith(RealServer::Password())); }
 
   // The server's folder, as its owner sees it.
-  std::filesystem::path Remote(const std::string& name) const {
-    return std::filesystem::path(server.Folder()) / name;
-  }
+  std::filesystem::path Remote(const std::string& name) const { return std::filesystem::path(server.Folder()) / name; }
   void PutRemote(const std::string& name, const std::string& content) const {
     std::ofstream(Remote(name), std::ios::binary) << content;
   }
@@ -77,13 +75,10 @@ inline std::string NameOf(const ServerSetup& setup) {
 }
 
 /// A failed row of a table names its server.
-inline void PrintTo(const ServerSetup& setup, std::ostream* out) {
-  *out << NameOf(setup);
-}
+inline void PrintTo(const ServerSetup& setup, std::ostream* out) { *out << NameOf(setup); }
 
 inline std::string NameOfParameter(const testing::TestParamInfo<ServerSetup>& parameter) {
   return NameOf(parameter.param);
 }
 
-#define SERVER_SUITE(name) \
-  INSTANTIATE_TEST_SUITE_P(Each, name, testing::ValuesIn(OfferedServers()), NameOfParameter)
+#define SERVER_SUITE(name) INSTANTIATE_TEST_SUITE_P(Each, name, testing::ValuesIn(OfferedServers()), NameOfParameter)

@@ -13,9 +13,7 @@ struct CommandResult {
     return (WIFSIGNALED(status) && WTERMSIG(status) == signal) ||
            (WIFEXITED(status) && WEXITSTATUS(status) == 128 + signal);
   }
-  bool Says(const std::string& line) const {
-    return ("\n" + output).find("\n" + line + "\n") != std::string::npos;
-  }
+  bool Says(const std::string& line) const { return ("\n" + output).find("\n" + line + "\n") != std::string::npos; }
 
   int status = -1;
   std::string output;
@@ -26,8 +24,7 @@ inline CommandResult RunCommand(const std::string& command) {
   FILE* pipe = popen(command.c_str(), "r");
   if (!pipe) return result;
   std::array<char, 4096> buffer;
-  while (const size_t size = fread(buffer.data(), 1, buffer.size(), pipe))
-    result.output.append(buffer.data(), size);
+  while (const size_t size = fread(buffer.data(), 1, buffer.size(), pipe)) result.output.append(buffer.data(), size);
   result.status = pclose(pipe);
   return result;
 }

@@ -51,9 +51,7 @@ bool Accepts(unsigned short port) {
   return accepted;
 }
 
-void SleepStep() {
-  usleep(kWaitStepMs * 1000);
-}
+void SleepStep() { usleep(kWaitStepMs * 1000); }
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -63,8 +61,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 }
 
 /// Starts a program as the leader of its own group, with its output in a file.
-pid_t Spawn(std::vector<std::string> arguments, std::vector<std::string> environment,
-            const std::string& output) {
+pid_t Spawn(std::vector<std::string> arguments, std::vector<std::string> environment, const std::string& output) {
   for (char** variable = environ; *variable; ++variable) environment.emplace_back(*variable);
   const std::vector<char*> argv = Pointers(arguments);
   const std::vector<char*> envp = Pointers(environment);
@@ -98,8 +95,7 @@ RealServer::RealServer(const ServerSetup& setup) : setup_(setup) {
   work_ = folder;
   folder_ = work_ + "/files";
   // The servers that give up root for another user must still reach their files.
-  if (chmod(folder, 0755) != 0 || mkdir(folder_.c_str(), 0777) != 0 || chmod(folder_.c_str(), 0777) != 0)
-    return;
+  if (chmod(folder, 0755) != 0 || mkdir(folder_.c_str(), 0777) != 0 || chmod(folder_.c_str(), 0777) != 0) return;
   for (int tries = 0; tries < kStartTries && !Start(); ++tries) {
   }
 }
@@ -121,9 +117,7 @@ const char* RealServer::User() const {
   return setup_.kind == ServerKind::kVsftpd ? "anonymous" : "tester";
 }
 
-std::string RealServer::Log() const {
-  return ReadFile(Work("output")) + ReadFile(Work("log"));
-}
+std::string RealServer::Log() const { return ReadFile(Work("output")) + ReadFile(Work("log")); }
 
 bool RealServer::Start() {
   port_ = FreePort();

@@ -16,23 +16,17 @@ constexpr unsigned kNobody = 65534;
 /// RealServer::Password() as crypt(3) hashes it with SHA-256.
 constexpr char kHashedPassword[] = "$5$orvane$NM1QVDCNU6b7uSG6F7n49qjOu.IUt1Nz47daWXEjI6D";
 
-std::string Fetched(const char* path) {
-  return std::string(ORVANE_SOURCE_DIR) + "/build/servers" + path;
-}
+std::string Fetched(const char* path) { return std::string(ORVANE_SOURCE_DIR) + "/build/servers" + path; }
 
 /// The libraries that come with the servers.
-std::vector<std::string> FetchedLibraries() {
-  return {"LD_LIBRARY_PATH=" + Fetched("/usr/lib/x86_64-linux-gnu")};
-}
+std::vector<std::string> FetchedLibraries() { return {"LD_LIBRARY_PATH=" + Fetched("/usr/lib/x86_64-linux-gnu")}; }
 
 const CertificateFiles& Certificate(const ServerSetup& setup) {
   return setup.certificate == ServerCertificate::kTrusted ? TrustedCertificate() : UnknownCertificate();
 }
 
 /// Who the servers that refuse to serve as root become.
-unsigned ServingUser() {
-  return geteuid() == 0 ? kNobody : geteuid();
-}
+unsigned ServingUser() { return geteuid() == 0 ? kNobody : geteuid(); }
 
 std::string NameOf(unsigned user) {
   const passwd* entry = getpwuid(user);
@@ -54,14 +48,10 @@ void WritePrivately(const std::string& path, const std::string& text) {
 
 RealServer::Launch RealServer::Configure() const {
   switch (setup_.kind) {
-    case ServerKind::kVsftpd:
-      return ConfigureVsftpd();
-    case ServerKind::kProftpd:
-      return ConfigureProftpd();
-    case ServerKind::kPureFtpd:
-      return ConfigurePureFtpd();
-    case ServerKind::kPyftpdlib:
-      return ConfigurePyftpdlib();
+    case ServerKind::kVsftpd: return ConfigureVsftpd();
+    case ServerKind::kProftpd: return ConfigureProftpd();
+    case ServerKind::kPureFtpd: return ConfigurePureFtpd();
+    case ServerKind::kPyftpdlib: return ConfigurePyftpdlib();
   }
   return {};
 }
@@ -93,16 +83,15 @@ RealServer::Launch RealServer::ConfigureVsftpd() const {
 
 RealServer::Launch RealServer::ConfigureProftpd() const {
   const std::string user = std::to_string(ServingUser());
-  WritePrivately(Work("passwd"), std::string(User()) + ":" + kHashedPassword + ":" + user + ":" + user +
-                                     "::" + folder_ + ":/bin/sh\n");
+  WritePrivately(Work("passwd"),
+                 std::string(User()) + ":" + kHashedPassword + ":" + user + ":" + user + "::" + folder_ + ":/bin/sh\n");
   std::string text =
       "ServerType standalone\nDefaultAddress 127.0.0.1\nMasqueradeAddress 127.0.0.1\nSocketBindTight on\n"
       "UseIPv6 off\nUseReverseDNS off\nAuthOrder mod_auth_file.c\nRequireValidShell off\nAllowOverwrite on\n"
       "AllowStoreRestart on\nUmask 022\nWtmpLog off\nDelayEngine off\nTransferLog none\nTimesGMT off\n";
-  text += "ModulePath " + Fetched("/usr/lib/proftpd") + "\nLoadModule mod_tls.c\nPort " +
-          std::to_string(port_) + "\nUser " + NameOf(ServingUser()) + "\nGroup " + GroupOf(ServingUser()) +
-          "\nAuthUserFile " + Work("passwd") + "\nPidFile " + Work("pid") + "\nScoreboardFile " +
-          Work("scoreboard") + "\nSystemLog " + Work("log") + "\n";
+  text += "ModulePath " + Fetched("/usr/lib/proftpd") + "\nLoadModule mod_tls.c\nPort " + std::to_string(port_) +
+          "\nUser " + NameOf(ServingUser()) + "\nGroup " + GroupOf(ServingUser()) + "\nAuthUserFile " + Work("passwd") +
+          "\nPidFile " + Work("pid") + "\nScoreboardFile " + Work("scoreboard") + "\nSystemLog " + Work("log") + "\n";
   if (HasTls()) {
     text += "TLSEngine on\nTLSRequired on\nTLSVerifyClient off\nTLSECCertificateFile " +
             Certificate(setup_).certificate + "\nTLSECCertificateKeyFile " + Certificate(setup_).key +
@@ -116,14 +105,13 @@ RealServer::Launch RealServer::ConfigureProftpd() const {
 RealServer::Launch RealServer::ConfigurePureFtpd() const {
   const std::string user = std::to_string(ServingUser());
   // Its own tool hashes a password in seconds; the server takes this hash as well.
-  WritePrivately(Work("users"), std::string(User()) + ":" + kHashedPassword + ":" + user + ":" + user +
-                                    "::" + folder_ + "/./::::::::::::\n");
-  const std::string command =
-      Fetched("/usr/bin/pure-pw") + " mkdb " + Work("users.pdb") + " -f " + Work("users");
+  WritePrivately(Work("users"), std::string(User()) + ":" + kHashedPassword + ":" + user + ":" + user + "::" + folder_ +
+                                    "/./::::::::::::\n");
+  const std::string command = Fetched("/usr/bin/pure-pw") + " mkdb " + Work("users.pdb") + " -f " + Work("users");
   if (system(command.c_str()) != 0) return {};
-  Launch launch{{Fetched("/usr/sbin/pure-ftpd"), "-4", "-E", "-H", "-A", "-P", "127.0.0.1", "-U", "022:022",
-                 "-S", "127.0.0.1," + std::to_string(port_), "-l", "puredb:" + Work("users.pdb"), "-g",
-                 Work("pid"), "-O", "clf:" + Work("log")},
+  Launch launch{{Fetched("/usr/sbin/pure-ftpd"), "-4", "-E", "-H", "-A", "-P", "127.0.0.1", "-U", "022:022", "-S",
+                 "127.0.0.1," + std::to_string(port_), "-l", "puredb:" + Work("users.pdb"), "-g", Work("pid"), "-O",
+                 "clf:" + Work("log")},
                 FetchedLibraries()};
   if (HasTls()) {
     for (const char* argument : {"-Y", "3", "-2"}) launch.arguments.emplace_back(argument);

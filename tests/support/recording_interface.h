@@ -28,8 +28,7 @@ class RecordingInterface : public LProcessInterfaceVoid {
     return IsStopping() ? LProcessResultStopped : LProcessInterfaceVoid::ProcessWaitSignal(signal, ms);
   }
   LProcessResult ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) override {
-    return IsStopping() ? LProcessResultStopped
-                        : LProcessInterfaceVoid::ProcessWaitSignalObjectGroup(group, ms);
+    return IsStopping() ? LProcessResultStopped : LProcessInterfaceVoid::ProcessWaitSignalObjectGroup(group, ms);
   }
 
   void SetError(const char* text) override { errors_.emplace_back(text); }

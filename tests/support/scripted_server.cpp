@@ -203,8 +203,8 @@ void ScriptedServer::Conversation::OpenPassive(bool listening) {
   entry_open_ = false;
   int port = 0;
   passive_ = OpenLoopbackSocket(listening, port);
-  SendText("227 Entering Passive Mode (127,0,0,1," + std::to_string(port / 256) + "," +
-           std::to_string(port % 256) + ")\r\n");
+  SendText("227 Entering Passive Mode (127,0,0,1," + std::to_string(port / 256) + "," + std::to_string(port % 256) +
+           ")\r\n");
 }
 
 /// Makes sure that the client has come to the data connection.
@@ -282,8 +282,7 @@ ScriptedServer::Step& ScriptedServer::Conversation::AddStep() {
 
 bool ScriptedServer::Conversation::WaitUntilDone(int ms) {
   std::unique_lock<std::mutex> lock(mutex_);
-  return changed_.wait_for(lock, std::chrono::milliseconds(ms),
-                           [this] { return steps_.empty() && !working_; });
+  return changed_.wait_for(lock, std::chrono::milliseconds(ms), [this] { return steps_.empty() && !working_; });
 }
 
 void ScriptedServer::Conversation::ReportProblems() {
@@ -308,9 +307,7 @@ Step& Step::Raw(const std::string& bytes) {
   return Then([bytes](Conversation& server) { server.SendText(bytes); });
 }
 
-Step& Step::Reply(const std::string& line) {
-  return Raw(line + "\r\n");
-}
+Step& Step::Reply(const std::string& line) { return Raw(line + "\r\n"); }
 
 Step& Step::ReplyLines(const std::vector<std::string>& lines) {
   std::string all;
@@ -366,9 +363,7 @@ Step& Step::DataPart(const std::string& bytes) {
   return Then([bytes](Conversation& server) { server.SendData(bytes); });
 }
 
-Step& Step::DataSend(const std::string& bytes) {
-  return DataPart(bytes).DataClose();
-}
+Step& Step::DataSend(const std::string& bytes) { return DataPart(bytes).DataClose(); }
 
 Step& Step::DataClose() {
   return Then([](Conversation& server) {
@@ -388,9 +383,7 @@ Step& Step::DataReset() {
   });
 }
 
-Step& Step::DataReceive() {
-  return DataReceive(static_cast<size_t>(-1));
-}
+Step& Step::DataReceive() { return DataReceive(static_cast<size_t>(-1)); }
 
 Step& Step::DataReceive(size_t bytes) {
   return Then([bytes](Conversation& server) { server.ReceiveData(bytes); });
@@ -405,17 +398,11 @@ ScriptedServer::ScriptedServer() {
   conversation_ = std::make_unique<Conversation>();
 }
 
-ScriptedServer::~ScriptedServer() {
-  conversation_->ReportProblems();
-}
+ScriptedServer::~ScriptedServer() { conversation_->ReportProblems(); }
 
-void ScriptedServer::UseOneByteSegments(bool on) {
-  conversation_->one_byte_ = on;
-}
+void ScriptedServer::UseOneByteSegments(bool on) { conversation_->one_byte_ = on; }
 
-void ScriptedServer::UseTls(ssl_ctx_st* context) {
-  conversation_->tls_ = context;
-}
+void ScriptedServer::UseTls(ssl_ctx_st* context) { conversation_->tls_ = context; }
 
 Step& ScriptedServer::Accept() {
   Step& step = conversation_->AddStep();
@@ -423,9 +410,7 @@ Step& ScriptedServer::Accept() {
   return step;
 }
 
-Step& ScriptedServer::Greet(const std::string& line) {
-  return Accept().Reply(line);
-}
+Step& ScriptedServer::Greet(const std::string& line) { return Accept().Reply(line); }
 
 Step& ScriptedServer::Expect(const std::string& command) {
   Step& step = conversation_->AddStep();
@@ -439,17 +424,11 @@ Step& ScriptedServer::ExpectAny() {
   return step;
 }
 
-int ScriptedServer::Port() const {
-  return conversation_->port_;
-}
+int ScriptedServer::Port() const { return conversation_->port_; }
 
-std::string ScriptedServer::Address() const {
-  return "127.0.0.1:" + std::to_string(Port());
-}
+std::string ScriptedServer::Address() const { return "127.0.0.1:" + std::to_string(Port()); }
 
-bool ScriptedServer::WaitUntilDone(int ms) {
-  return conversation_->WaitUntilDone(ms);
-}
+bool ScriptedServer::WaitUntilDone(int ms) { return conversation_->WaitUntilDone(ms); }
 
 std::vector<ScriptedServer::Command> ScriptedServer::CommandsWithSecurity() const {
   const std::lock_guard<std::mutex> lock(conversation_->mutex_);
@@ -467,9 +446,7 @@ std::vector<std::string> ScriptedServer::Received() const {
   return conversation_->received_;
 }
 
-void ScriptedServer::AllowUnusedSteps() {
-  conversation_->allow_unused_ = true;
-}
+void ScriptedServer::AllowUnusedSteps() { conversation_->allow_unused_ = true; }
 
 std::vector<std::string> ScriptedServer::TakeProblems() {
   const std::lock_guard<std::mutex> lock(conversation_->mutex_);

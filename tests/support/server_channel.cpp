@@ -39,8 +39,7 @@ int OpenLoopbackSocket(bool listening, int& port) {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t length = sizeof address;
   if (fd == -1 || bind(fd, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
-      getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0 ||
-      (listening && listen(fd, 8) != 0)) {
+      getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0 || (listening && listen(fd, 8) != 0)) {
     if (fd != -1) close(fd);
     port = 0;
     return -1;
@@ -58,9 +57,7 @@ void ServerChannel::Take(int fd) {
   setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
 }
 
-bool ServerChannel::WaitFor(short events, int ms) {
-  return WaitForDescriptor(fd_, events, stop_fd_, ms);
-}
+bool ServerChannel::WaitFor(short events, int ms) { return WaitForDescriptor(fd_, events, stop_fd_, ms); }
 
 bool ServerChannel::WaitReadable(int ms) {
   if (fd_ == -1) return false;
@@ -101,8 +98,7 @@ bool ServerChannel::Write(const std::string& bytes, bool oneByteSegments) {
     const long written = WriteSome(bytes.data() + done, piece);
     if (written > 0) {
       done += static_cast<size_t>(written);
-      if (oneByteSegments && done < kBytesWithPause)
-        std::this_thread::sleep_for(std::chrono::microseconds(30));
+      if (oneByteSegments && done < kBytesWithPause) std::this_thread::sleep_for(std::chrono::microseconds(30));
     } else if (errno != EAGAIN || !WaitFor(POLLOUT, kWriteLimitMs)) {
       return false;
     }

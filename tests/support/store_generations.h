@@ -47,8 +47,7 @@ inline int StoredGeneration() {
   StoreContent content;
   platform::PreferencesCopyKeyList(kSettingsDomain, [&content](const char* key) { content[key]; });
   for (auto& [key, value] : content) {
-    platform::PreferencesCopyValue(kSettingsDomain, key.c_str(),
-                                   [&value = value](const char* text) { value = text; });
+    platform::PreferencesCopyValue(kSettingsDomain, key.c_str(), [&value = value](const char* text) { value = text; });
   }
   for (int generation = 0; generation <= kLastGeneration; ++generation) {
     if (content == StoreGeneration(generation)) return generation;

@@ -10,9 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void Run(const std::string& command) {
-  EXPECT_EQ(0, system((command + " 2>/dev/null").c_str())) << command;
-}
+void Run(const std::string& command) { EXPECT_EQ(0, system((command + " 2>/dev/null").c_str())) << command; }
 
 /// An authority in a folder of its own, with one server certificate.
 class Authority {
@@ -22,13 +20,10 @@ class Authority {
     EXPECT_NE(nullptr, mkdtemp(folder));
     folder_ = folder;
     const std::string key = "-newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes";
-    Run("openssl req -x509 " + key + " -days 2 -subj '/CN=" + name + "' -keyout " + In("authority.key") +
-        " -out " + In("authority.pem") +
-        " -addext basicConstraints=critical,CA:TRUE -addext keyUsage=critical,keyCertSign");
-    Run("openssl req " + key + " -subj /CN=localhost -keyout " + In("server.key") + " -out " +
-        In("server.csr"));
-    std::ofstream(In("extensions"))
-        << "subjectAltName=IP:127.0.0.1,DNS:localhost\nextendedKeyUsage=serverAuth\n";
+    Run("openssl req -x509 " + key + " -days 2 -subj '/CN=" + name + "' -keyout " + In("authority.key") + " -out " +
+        In("authority.pem") + " -addext basicConstraints=critical,CA:TRUE -addext keyUsage=critical,keyCertSign");
+    Run("openssl req " + key + " -subj /CN=localhost -keyout " + In("server.key") + " -out " + In("server.csr"));
+    std::ofstream(In("extensions")) << "subjectAltName=IP:127.0.0.1,DNS:localhost\nextendedKeyUsage=serverAuth\n";
     Run("openssl x509 -req -days 2 -in " + In("server.csr") + " -CA " + In("authority.pem") + " -CAkey " +
         In("authority.key") + " -extfile " + In("extensions") + " -out " + In("server.pem"));
     Run("cat " + In("server.pem") + " " + In("server.key") + " > " + In("both.pem"));

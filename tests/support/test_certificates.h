@@ -103,14 +103,10 @@ class TestAuthority {
 
   static const char* AlternativeNames(TestCertificate kind) {
     switch (kind) {
-      case TestCertificate::kNameOnly:
-        return "DNS:localhost";
-      case TestCertificate::kAddressAsName:
-        return "DNS:127.0.0.1";
-      case TestCertificate::kWrongName:
-        return "DNS:other.example,IP:192.0.2.1";
-      default:
-        return "DNS:localhost,IP:127.0.0.1";
+      case TestCertificate::kNameOnly: return "DNS:localhost";
+      case TestCertificate::kAddressAsName: return "DNS:127.0.0.1";
+      case TestCertificate::kWrongName: return "DNS:other.example,IP:192.0.2.1";
+      default: return "DNS:localhost,IP:127.0.0.1";
     }
   }
 
@@ -124,8 +120,7 @@ class TestAuthority {
     const KeyPointer key(EVP_EC_gen("P-256"));
     const CertificatePointer certificate = Make("Test server", ValidityOf(kind));
     AddExtension(*certificate, NID_subject_alt_name, AlternativeNames(kind));
-    AddExtension(*certificate, NID_ext_key_usage,
-                 kind == TestCertificate::kForClients ? "clientAuth" : "serverAuth");
+    AddExtension(*certificate, NID_ext_key_usage, kind == TestCertificate::kForClients ? "clientAuth" : "serverAuth");
     const bool isOwnIssuer = kind == TestCertificate::kSelfSigned;
     Sign(*certificate, *key, isOwnIssuer ? *certificate : *certificate_, isOwnIssuer ? *key : *key_);
     ContextPointer context(SSL_CTX_new(TLS_server_method()));
@@ -151,9 +146,7 @@ class TestAuthority {
 };
 
 /// The context of a server that shows this certificate; the test process trusts its authority.
-inline SSL_CTX* TestServerContext(TestCertificate kind) {
-  return TestAuthority::Instance().ServerContext(kind);
-}
+inline SSL_CTX* TestServerContext(TestCertificate kind) { return TestAuthority::Instance().ServerContext(kind); }
 
 /// Before main: the client reads the trusted certificates once, when its first stream is made.
 inline const TestAuthority& kTestAuthorityAtStart = TestAuthority::Instance();

@@ -137,9 +137,7 @@ class TlsTestServer {
   using Behaviour = std::function<void(TlsTestPeer&)>;
 
   explicit TlsTestServer(Behaviour behaviour)
-      : behaviour_(std::move(behaviour)),
-        listen_fd_(ListenOnLoopback(port_)),
-        stop_fd_(eventfd(0, EFD_CLOEXEC)) {
+      : behaviour_(std::move(behaviour)), listen_fd_(ListenOnLoopback(port_)), stop_fd_(eventfd(0, EFD_CLOEXEC)) {
     signal(SIGPIPE, SIG_IGN);  // The library writes with no flag against it.
     thread_ = std::thread([this] { Serve(); });
   }

@@ -93,9 +93,7 @@ class VolatileDisk {
       content.replace(write.offset, size, write.data, 0, size);
     }
   }
-  bool IsInside(const std::string& path) const {
-    return path.compare(0, folder.size() + 1, folder + "/") == 0;
-  }
+  bool IsInside(const std::string& path) const { return path.compare(0, folder.size() + 1, folder + "/") == 0; }
   std::string NameOf(const std::string& path) const { return path.substr(folder.size() + 1); }
 
   std::string folder;

@@ -19,8 +19,7 @@ TEST_F(Alerts, EachButtonHasItsNumber) {
   } rows[] = {{"はい", 1}, {"キャンセル", 2}, {"いいえ", 3}};
   for (const auto& row : rows) {
     alerts.Expect("保存しますか？", row.press);
-    EXPECT_EQ(Alert::DisplayYesNoCancel(&Main(), "保存しますか？", "題", "はい", "いいえ", "キャンセル"),
-              row.result);
+    EXPECT_EQ(Alert::DisplayYesNoCancel(&Main(), "保存しますか？", "題", "はい", "いいえ", "キャンセル"), row.result);
   }
   alerts.Expect("消しますか？", "消す");
   EXPECT_TRUE(Alert::DisplayOkCancel(&Main(), "消しますか？", "題", "消す", "やめる"));
@@ -41,8 +40,8 @@ TEST_F(Alerts, TheCheckBoxComesBackAlsoWhenCancelled) {
   for (const bool before : {false, true}) {
     bool checked = before;
     alerts.Expect("続けますか？", "キャンセル", before ? 0 : 1);
-    EXPECT_EQ(LAlertWithButtonTextAndCheckBox::DisplayYesNoCancel(
-                  &Main(), "続けますか？", "題", "今後表示しない", checked, "はい", "いいえ", "キャンセル"),
+    EXPECT_EQ(LAlertWithButtonTextAndCheckBox::DisplayYesNoCancel(&Main(), "続けますか？", "題", "今後表示しない",
+                                                                  checked, "はい", "いいえ", "キャンセル"),
               2);
     EXPECT_NE(checked, before);
   }

@@ -26,8 +26,7 @@ class ConnectFailures : public TransferTest {
     EXPECT_TRUE(cancel.Acted());
     EXPECT_FALSE(Main().remotePane.bConnected);
     EXPECT_EQ(Sites(), kept);
-    for (const char* key : {"Current", "CurrentServer", "CurrentUser"})
-      EXPECT_EQ(Setting(key), kAbsent) << key;
+    for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
     EXPECT_EQ(LMainMenu::uRefCount, 0u);
   }
   /// What is kept of the sites.
@@ -72,8 +71,7 @@ TEST_F(ConnectFailures, TheCertificateDoesNotVerify) {
   ASSERT_TRUE(server->IsRunning());
   StartRefused(server->Address(), "サーバーにログインできません。", true);
   EXPECT_THAT(Messages(), Contains(HasSubstr("でSSL/TSLを使うことができません。")));
-  EXPECT_THAT(history.Lines(), testing::Not(Contains(HasSubstr("USER"))))
-      << "the user's name went out in the clear";
+  EXPECT_THAT(history.Lines(), testing::Not(Contains(HasSubstr("USER")))) << "the user's name went out in the clear";
   ExpectAnotherSiteConnects();
 }
 

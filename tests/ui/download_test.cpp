@@ -98,9 +98,9 @@ TEST_F(Download, AsksBeforeItOverwrites) {
     MakeLocal(name, "old");
   }
   StartConnected();
-  alerts.Expect("このファイルのコピー \"" + Local("a.txt") +
-                    "\" が既にローカルフォルダ内に存在します。上書きしますか？",
-                "上書きする");
+  alerts.Expect(
+      "このファイルのコピー \"" + Local("a.txt") + "\" が既にローカルフォルダ内に存在します。上書きしますか？",
+      "上書きする");
   alerts.Expect(Local("b.txt"), "スキップ");
   TransferTest::Download({"a.txt", "b.txt"});
   EXPECT_EQ(ContentOf(Local("a.txt")), "new");

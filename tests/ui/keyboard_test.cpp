@@ -30,8 +30,8 @@ TEST_F(Keyboard, TabReachesEachControlThatIsOn) {
   Select(kRemoteList, {"a.txt"});
   std::set<QWidget*> missing;
   for (QWidget* widget : Window()->findChildren<QWidget*>()) {
-    if (widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) &&
-        !widget->focusProxy() && !widget->inherits("QLineEdit")) {
+    if (widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) && !widget->focusProxy() &&
+        !widget->inherits("QLineEdit")) {
       missing.insert(widget);
     }
   }

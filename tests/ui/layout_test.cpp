@@ -43,8 +43,8 @@ class Layout : public WindowTest {
       EXPECT_TRUE(mayBeGone || !all[i]->geometry().isEmpty()) << NameOf(all[i]) << " has no room";
       for (size_t k = i + 1; k < all.size(); ++k) {
         const QRect common = all[i]->geometry() & all[k]->geometry();
-        EXPECT_TRUE(common.isEmpty()) << NameOf(all[i]) << " and " << NameOf(all[k]) << " overlap by "
-                                      << common.width() << " x " << common.height();
+        EXPECT_TRUE(common.isEmpty()) << NameOf(all[i]) << " and " << NameOf(all[k]) << " overlap by " << common.width()
+                                      << " x " << common.height();
       }
     }
   }
@@ -100,8 +100,8 @@ TEST_F(Layout, TheMainWindowAtItsSmallest) {
 TEST_F(Layout, TheMainWindowWithFilters) {
   Put("Settings/FiltersOn", "1");
   StartProgram();
-  for (const int id : {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply,
-                       kRemoteFilterRemove}) {
+  for (const int id :
+       {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove}) {
     EXPECT_TRUE(platform::ControlIsShown(Window(), id)) << id;
   }
   Resize(1200, 800);
@@ -160,8 +160,7 @@ TEST_F(Layout, TheLoginDialog) {
                          platform::Window* dialog = Dialog("ユーザーログイン");
                          ExpectGood(dialog);
                          for (const int field : {104, 107, 109}) {
-                           EXPECT_GE(dialog->Control(field)->height(),
-                                     dialog->Control(field)->sizeHint().height() - 2);
+                           EXPECT_GE(dialog->Control(field)->height(), dialog->Control(field)->sizeHint().height() - 2);
                          }
                          ui::Press(dialog, kCommandCancel);
                        });
@@ -173,24 +172,22 @@ TEST_F(Layout, TheLoginDialog) {
 TEST_F(Layout, ALongServerTextInAnAlertStaysOnTheScreen) {
   StartProgram();
   alerts.Hold(true);
-  const Meanwhile look(
-      [] { return platform::AlertIsOpen(); },
-      [&] {
-        ui::Pump(30);
-        const QWidget* box = QApplication::activeModalWidget();
-        EXPECT_LT(box->width(), 1400);
-        for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
-          EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()));
-        }
-        const QAbstractButton *yes = nullptr, *no = nullptr;
-        for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
-          (button->text() == QString::fromUtf8("上書きする") ? yes : no) = button;
-        }
-        EXPECT_TRUE(yes && no && yes->x() > no->x()) << "the affirmative button stands at the right";
-        platform::AlertDismiss();
-      });
-  const std::string text =
-      "このファイルのコピー \"" + std::string(200, 'x') + "\" が既に存在します。上書きしますか？";
+  const Meanwhile look([] { return platform::AlertIsOpen(); },
+                       [&] {
+                         ui::Pump(30);
+                         const QWidget* box = QApplication::activeModalWidget();
+                         EXPECT_LT(box->width(), 1400);
+                         for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
+                           EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()));
+                         }
+                         const QAbstractButton *yes = nullptr, *no = nullptr;
+                         for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
+                           (button->text() == QString::fromUtf8("上書きする") ? yes : no) = button;
+                         }
+                         EXPECT_TRUE(yes && no && yes->x() > no->x()) << "the affirmative button stands at the right";
+                         platform::AlertDismiss();
+                       });
+  const std::string text = "このファイルのコピー \"" + std::string(200, 'x') + "\" が既に存在します。上書きしますか？";
   LAlertWithButtonText::DisplayOkCancel(&Main(), text.c_str(), "上書きする", "上書きする", "スキップ");
   alerts.Hold(false);
 }

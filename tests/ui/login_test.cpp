@@ -27,9 +27,7 @@ class Login : public WindowTest {
     for (; count > 0; --count) alerts.Expect("サーバーにログインできません。", "続行");
   }
   bool IsAsking() const { return Dialog(kLoginTitle) != nullptr; }
-  std::string KeptPassword() const {
-    return Field(OpenSite(kSite, server->Address().c_str(), "0"), "Password");
-  }
+  std::string KeptPassword() const { return Field(OpenSite(kSite, server->Address().c_str(), "0"), "Password"); }
 };
 
 TEST_F(Login, ShowsServerAndUserAndTakesAPassword) {
@@ -49,9 +47,8 @@ TEST_F(Login, ShowsServerAndUserAndTakesAPassword) {
   EXPECT_TRUE(answer.Acted());
   EXPECT_TRUE(Main().remotePane.bConnected);
   EXPECT_EQ(KeptPassword(), PaneServer::Password());
-  EXPECT_THAT(
-      Messages(),
-      Contains("ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。"));
+  EXPECT_THAT(Messages(),
+              Contains("ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。"));
   ExpectUsable();
 }
 
@@ -60,22 +57,21 @@ TEST_F(Login, AsksAgainWhenTheNewPasswordIsRefusedToo) {
   StartWithWrongPassword();
   std::unique_ptr<Meanwhile> second;
   std::string keptBetween;
-  const Meanwhile first(
-      [&] { return IsAsking(); },
-      [&] {
-        const platform::Window* asking = Dialog(kLoginTitle);
-        // The dialog of the second question is a new one, or the old one's field is empty again.
-        second = std::make_unique<Meanwhile>(
-            [&, asking] {
-              return IsAsking() &&
-                     (Dialog(kLoginTitle) != asking || ui::Text(Dialog(kLoginTitle), kPasswordField).empty());
-            },
-            [&] {
-              keptBetween = KeptPassword();
-              ui::TypeAndReturn(Dialog(kLoginTitle), kPasswordField, PaneServer::Password());
-            });
-        ui::TypeAndReturn(Dialog(kLoginTitle), kPasswordField, "wrong too");
-      });
+  const Meanwhile first([&] { return IsAsking(); },
+                        [&] {
+                          const platform::Window* asking = Dialog(kLoginTitle);
+                          // The dialog of the second question is a new one, or the old one's field is empty again.
+                          second = std::make_unique<Meanwhile>(
+                              [&, asking] {
+                                return IsAsking() && (Dialog(kLoginTitle) != asking ||
+                                                      ui::Text(Dialog(kLoginTitle), kPasswordField).empty());
+                              },
+                              [&] {
+                                keptBetween = KeptPassword();
+                                ui::TypeAndReturn(Dialog(kLoginTitle), kPasswordField, PaneServer::Password());
+                              });
+                          ui::TypeAndReturn(Dialog(kLoginTitle), kPasswordField, "wrong too");
+                        });
   ASSERT_TRUE(ui::WaitUntil([&] { return Setting("CurrentRunHadUpload") == "0"; }));
   EXPECT_TRUE(second && second->Acted());
   EXPECT_EQ(keptBetween, "wrong too");

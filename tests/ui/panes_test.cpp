@@ -12,12 +12,9 @@ using testing::IsEmpty;
 class Panes : public WindowTest {
  protected:
   void Tool(int command) { PressTool(IsLocal(command) ? kLocalTools : kRemoteTools, command); }
-  static bool IsLocal(int command) {
-    return command >= kCommandLocalReload && command <= kCommandLocalNewFolder;
-  }
+  static bool IsLocal(int command) { return command >= kCommandLocalReload && command <= kCommandLocalNewFolder; }
   bool IsOn(int command) {
-    return testing::Value(EnabledTools(IsLocal(command) ? kLocalTools : kRemoteTools),
-                          testing::Contains(command));
+    return testing::Value(EnabledTools(IsLocal(command) ? kLocalTools : kRemoteTools), testing::Contains(command));
   }
   void TypePath(int control, const std::string& path) {
     EXPECT_TRUE(ui::TypeAndReturn(Window(), control, path.c_str())) << path;
@@ -108,9 +105,9 @@ TEST_F(Panes, ARemotePathThatIsNotThereLeavesThePane) {
   EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt"));
   EXPECT_EQ(PathOf(kRemotePath), "/");
   EXPECT_TRUE(Main().remotePane.bConnected);
-  EXPECT_THAT(Messages(),
-              testing::Contains(
-                  "ディレクトリを「/ない」に変更できません。ディレクトリ上で許可があるか確認してください。"));
+  EXPECT_THAT(
+      Messages(),
+      testing::Contains("ディレクトリを「/ない」に変更できません。ディレクトリ上で許可があるか確認してください。"));
 }
 
 TEST_F(Panes, RemoteFoldersStayOnTopInBothDirections) {

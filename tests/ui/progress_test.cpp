@@ -12,9 +12,7 @@
 struct TestJob {
   std::function<LProcessResult(LProcessInterface&)> run;
 };
-static LProcessResult Process(LProcessInterface& process, TestJob& job) {
-  return job.run(process);
-}
+static LProcessResult Process(LProcessInterface& process, TestJob& job) { return job.run(process); }
 
 namespace {
 
@@ -85,8 +83,7 @@ TEST_F(Progress, CancelEndsEachKindOfWait) {
     std::function<LProcessResult(LProcessInterface&)> wait;
   } rows[] = {
       {"plain", [](LProcessInterface& process) { return process.ProcessWait(20000); }},
-      {"for a signal",
-       [&](LProcessInterface& process) { return process.ProcessWaitSignal(never.Ref(), 20000); }},
+      {"for a signal", [&](LProcessInterface& process) { return process.ProcessWaitSignal(never.Ref(), 20000); }},
       {"for one of a group",
        [&](LProcessInterface& process) {
          LSignalObjectGroup group;
@@ -100,8 +97,7 @@ TEST_F(Progress, CancelEndsEachKindOfWait) {
     QElapsedTimer clock;
     clock.start();
     EXPECT_EQ(Run(row.wait), LProcessResultStopped);
-    printf("a wait (%s) ended %lld ms after Cancel\n", row.name,
-           static_cast<long long>(clock.elapsed() - 50));
+    printf("a wait (%s) ended %lld ms after Cancel\n", row.name, static_cast<long long>(clock.elapsed() - 50));
     EXPECT_LT(clock.elapsed(), 1050);
   }
 }
@@ -118,19 +114,15 @@ TEST_F(Progress, WaitsTakeTheirTimeAndSignalsEndThem) {
     LProcessResult result;
     int atLeastMs, atMostMs;
   } rows[] = {
-      {"time passes", [](LProcessInterface& process) { return process.ProcessWait(80); }, LProcessResultOk,
-       75, 1000},
-      {"no time at all", [](LProcessInterface& process) { return process.ProcessWait(0); }, LProcessResultOk,
-       0, 500},
+      {"time passes", [](LProcessInterface& process) { return process.ProcessWait(80); }, LProcessResultOk, 75, 1000},
+      {"no time at all", [](LProcessInterface& process) { return process.ProcessWait(0); }, LProcessResultOk, 0, 500},
       {"set before", [&](LProcessInterface& process) { return process.ProcessWaitSignal(set.Ref(), 20000); },
        LProcessResultOk, 0, 1000},
       {"never set", [&](LProcessInterface& process) { return process.ProcessWaitSignal(unset.Ref(), 80); },
        LProcessResultFailed, 75, 1000},
-      {"one of two set",
-       [&](LProcessInterface& process) { return process.ProcessWaitSignalObjectGroup(both, 20000); },
+      {"one of two set", [&](LProcessInterface& process) { return process.ProcessWaitSignalObjectGroup(both, 20000); },
        LProcessResultOk, 0, 1000},
-      {"empty group",
-       [&](LProcessInterface& process) { return process.ProcessWaitSignalObjectGroup(empty, 80); },
+      {"empty group", [&](LProcessInterface& process) { return process.ProcessWaitSignalObjectGroup(empty, 80); },
        LProcessResultFailed, 75, 1000},
   };
   for (const auto& row : rows) {

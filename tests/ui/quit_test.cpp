@@ -42,8 +42,7 @@ TEST_F(Quit, EndsAnOpenQuestion) {
   StartConnected();
   // Neither the dialog of the running download nor the question above it stays.
   alerts.Hold(true);
-  EXPECT_EQ(QuitDuring([&] { TransferTest::Download({"a.txt"}); }, [] { return platform::AlertIsOpen(); }),
-            0);
+  EXPECT_EQ(QuitDuring([&] { TransferTest::Download({"a.txt"}); }, [] { return platform::AlertIsOpen(); }), 0);
   alerts.Hold(false);
   EXPECT_EQ(ContentOf(Local("a.txt")), "old");
 }

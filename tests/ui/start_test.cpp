@@ -17,8 +17,7 @@ class Start : public WindowTest {};
 
 TEST_F(Start, WithoutASiteSaysWhatToDo) {
   StartProgram();
-  EXPECT_EQ(Messages(),
-            (Texts{"Orvane FTPファイル転送ソフト 実行", "接続ボタンをクリックしてサイトに接続する"}));
+  EXPECT_EQ(Messages(), (Texts{"Orvane FTPファイル転送ソフト 実行", "接続ボタンをクリックしてサイトに接続する"}));
   EXPECT_THAT(ui::LogText(Window(), kHistory), HasSubstr("\t接続ボタンをクリックしてサイトに接続する"));
   EXPECT_EQ(HistoryColor(), kPlainColor);
   EXPECT_THAT(StatusBar(), HasSubstr("Orvane FTPファイル転送ソフト v 5.01"));
@@ -34,8 +33,7 @@ TEST_F(Start, WithoutAConnectionOnlyTheLocalPaneIsOn) {
   StartProgram();
   for (const int off : {kRemotePath, kUploadButton, kDownloadButton, kSynchroniseButton})
     EXPECT_FALSE(IsEnabled(off)) << off;
-  for (const int on : {kLocalPath, kLocalGo, kLocalList, kRemoteList, kRemoteGo})
-    EXPECT_TRUE(IsEnabled(on)) << on;
+  for (const int on : {kLocalPath, kLocalGo, kLocalList, kRemoteList, kRemoteGo}) EXPECT_TRUE(IsEnabled(on)) << on;
   EXPECT_THAT(EnabledTools(kRemoteTools), IsEmpty());
   EXPECT_THAT(EnabledTools(kLocalTools), ElementsAre(kCommandLocalRefresh, kCommandLocalUp));
   EXPECT_THAT(EnabledTools(platform::kMainToolBar), Not(testing::Contains(kCommandDisconnect)));
@@ -59,8 +57,8 @@ TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
   EXPECT_EQ(PathOf(kRemotePath), "/");
   EXPECT_EQ(PathOf(kLocalPath), Local());
   EXPECT_THAT(StatusBar(), HasSubstr(std::string(kSite) + " (" + server->Address() + ")にannaとして接続中"));
-  EXPECT_THAT(Messages(), testing::IsSupersetOf(
-                              {"サーバーに接続しています：" + server->Address(), std::string("接続済み")}));
+  EXPECT_THAT(Messages(),
+              testing::IsSupersetOf({"サーバーに接続しています：" + server->Address(), std::string("接続済み")}));
   EXPECT_THAT(ui::LogText(Window(), kHistory), HasSubstr("\tコマンド: PWD\n"));
   EXPECT_FALSE(Main().remotePane.bReconnectArmed);
 }

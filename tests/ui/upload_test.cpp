@@ -31,8 +31,7 @@ TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   for (const char* name : {"a.txt", "b.txt"}) MakeRemote(name, "old");
   MakeRemote("empty.txt", "");
   StartConnected();
-  alerts.Expect("このファイルのコピー \"a.txt\" 既にリモートフォルダに存在します。上書きしますか？",
-                "上書きする");
+  alerts.Expect("このファイルのコピー \"a.txt\" 既にリモートフォルダに存在します。上書きしますか？", "上書きする");
   alerts.Expect("b.txt", "スキップ");
   TransferTest::Upload({"a.txt", "b.txt", "empty.txt"});
   EXPECT_EQ(ContentOf(Remote("a.txt")), "new");

@@ -38,8 +38,7 @@ Meanwhile::~Meanwhile() = default;
 // WindowTest
 
 WindowTest::WindowTest() : formerTimeouts(gFtpTimeouts) {
-  for (const char* folder : {"server", "local", "documents"})
-    std::filesystem::create_directory(root + "/" + folder);
+  for (const char* folder : {"server", "local", "documents"}) std::filesystem::create_directory(root + "/" + folder);
   WriteFile(root + "/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"" + Documents() + "\"\n");
   Put("Settings/MigratedAccounts3", "1");
 }
@@ -68,13 +67,9 @@ void WindowTest::KeepSite(const std::string& address, const char* password, bool
   Put("Settings/CurrentUser", PaneServer::User());
 }
 
-void WindowTest::MakeRemote(const std::string& name, const std::string& content) {
-  WriteFile(Remote(name), content);
-}
+void WindowTest::MakeRemote(const std::string& name, const std::string& content) { WriteFile(Remote(name), content); }
 
-void WindowTest::MakeLocal(const std::string& name, const std::string& content) {
-  WriteFile(Local(name), content);
-}
+void WindowTest::MakeLocal(const std::string& name, const std::string& content) { WriteFile(Local(name), content); }
 
 std::string WindowTest::RandomBytes(size_t size) {
   std::mt19937_64 source(size);
@@ -130,8 +125,7 @@ void WindowTest::DragDivider(int down) {
   QTest::mousePress(divider, Qt::LeftButton, {}, grabbed);
   // The bar moves under the pointer, so the event is made by hand.
   const QPoint to = grabbed + QPoint(0, down);
-  QMouseEvent move(QEvent::MouseMove, to, divider->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-                   Qt::NoModifier);
+  QMouseEvent move(QEvent::MouseMove, to, divider->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(divider, &move);
   QTest::mouseRelease(divider, Qt::LeftButton, {}, grabbed);
 }
@@ -144,9 +138,7 @@ std::string WindowTest::CurrentRow(int list) {
   return name;
 }
 
-std::string WindowTest::StatusBar() {
-  return Window()->statusBar->accessibleDescription().toStdString();
-}
+std::string WindowTest::StatusBar() { return Window()->statusBar->accessibleDescription().toStdString(); }
 
 std::vector<int> WindowTest::EnabledTools(int bar) {
   std::vector<int> commands;

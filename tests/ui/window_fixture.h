@@ -67,9 +67,7 @@ class WindowTest : public SettingsFixture {
 
   // The user
   void Press(int control) { EXPECT_TRUE(ui::Press(Window(), control)) << "control " << control; }
-  void PressTool(int bar, int command) {
-    EXPECT_TRUE(ui::PressTool(Window(), bar, command)) << "command " << command;
-  }
+  void PressTool(int bar, int command) { EXPECT_TRUE(ui::PressTool(Window(), bar, command)) << "command " << command; }
   void Select(int list, std::initializer_list<const char*> names) {
     EXPECT_TRUE(ui::SelectRows(Window(), list, names));
   }

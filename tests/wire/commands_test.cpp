@@ -58,8 +58,7 @@ TEST_P(Commands, NeedNeitherCodeNorText) {
   server.Expect("CWD a").Reply("250 ok");
   EXPECT_EQ(ProcessFtpSendAndWaitForReply(process, session, "CWD a\r\n", nullptr, nullptr), LProcessResultOk);
   server.Expect("PASS b").Reply("230 ok");
-  EXPECT_EQ(ProcessFtpSendAndWaitForReplyNoTrace(process, session, "PASS b\r\n", nullptr, nullptr),
-            LProcessResultOk);
+  EXPECT_EQ(ProcessFtpSendAndWaitForReplyNoTrace(process, session, "PASS b\r\n", nullptr, nullptr), LProcessResultOk);
   ExpectInStep();
 }
 
@@ -71,8 +70,8 @@ TEST_P(Commands, StandInTheHistoryWithTheirReplies) {
   EXPECT_EQ(SendTraced("PASS secret\r\n"), LProcessResultOk);
   server.Expect("PASS ").Reply("230 In");
   EXPECT_EQ(SendTraced("PASS \r\n"), LProcessResultOk);
-  EXPECT_THAT(history.Lines(), ElementsAre("コマンド: CWD 日本", "応答:  250 two", "コマンド: ******",
-                                           "応答:  230 In", "コマンド: ", "応答:  230 In"));
+  EXPECT_THAT(history.Lines(), ElementsAre("コマンド: CWD 日本", "応答:  250 two", "コマンド: ******", "応答:  230 In",
+                                           "コマンド: ", "応答:  230 In"));
 }
 
 TEST_P(Commands, TracedTellWhyTheyFailed) {

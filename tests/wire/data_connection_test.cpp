@@ -33,12 +33,7 @@ TEST_P(DataConnection, GivesLines) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
     session.CloseSocket();
-    Open(secure)
-        .DataPart("one\r\ntwo\n\r\na\rb\r\n")
-        .Delay(50)
-        .DataPart("cut in ")
-        .Delay(50)
-        .DataSend("two\r\nlast\r");
+    Open(secure).DataPart("one\r\ntwo\n\r\na\rb\r\n").Delay(50).DataPart("cut in ").Delay(50).DataSend("two\r\nlast\r");
     Begin(secure);
     for (const char* expected : {"one", "two", "", "a\rb", "cut in two", "last"}) {
       EXPECT_EQ(ReceiveLine(), LProcessResultOk);
@@ -78,8 +73,7 @@ TEST_P(DataConnection, MovesLargePiecesWithFewQuestions) {
     const int before = process.Questions();
     std::string received;
     size_t count = 0;
-    while (data.Receive(process, data.Piece(), FtpDataConnection::kPieceSize, count, kAmpleMs) ==
-           LProcessResultOk) {
+    while (data.Receive(process, data.Piece(), FtpDataConnection::kPieceSize, count, kAmpleMs) == LProcessResultOk) {
       ASSERT_LE(count, FtpDataConnection::kPieceSize);
       received.append(data.Piece(), count);
     }

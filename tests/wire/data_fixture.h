@@ -21,11 +21,10 @@ class DataTest : public WireTest {
 
   DataTest() {
     FtpTimeouts& table = gFtpTimeouts;
-    for (unsigned* limit :
-         {&table.dataConnectMs, &table.dataHandshakeMs, &table.dataReplyLineMs, &table.listingLineMs,
-          &table.closingReplyMs, &table.dataCloseMs, &table.receiveBlockMs, &table.sendBlockMs,
-          &table.noopSendMs, &table.noopReplyMs, &table.lateReplyUploadMs, &table.aborSendDownloadMs,
-          &table.aborSendUploadMs, &table.aborReplyMs}) {
+    for (unsigned* limit : {&table.dataConnectMs, &table.dataHandshakeMs, &table.dataReplyLineMs, &table.listingLineMs,
+                            &table.closingReplyMs, &table.dataCloseMs, &table.receiveBlockMs, &table.sendBlockMs,
+                            &table.noopSendMs, &table.noopReplyMs, &table.lateReplyUploadMs, &table.aborSendDownloadMs,
+                            &table.aborSendUploadMs, &table.aborReplyMs}) {
       *limit = kAmpleMs;
     }
     // A stop in the middle of a reply leaves its end, behind which nothing comes.
@@ -44,9 +43,7 @@ class DataTest : public WireTest {
     ASSERT_TRUE(session.ConvertSocketToSSLTimeOut(kAmpleMs));
     session.uCapabilities = Session::bFeaturesKnown | capabilities;
   }
-  void BeginAs(bool secure, uint32_t capabilities = 0) {
-    secure ? BeginSecure(capabilities) : Begin(capabilities);
-  }
+  void BeginAs(bool secure, uint32_t capabilities = 0) { secure ? BeginSecure(capabilities) : Begin(capabilities); }
 
   void ExpectProtection() {
     server.Expect("PBSZ 0").Reply("200 ok");
@@ -101,8 +98,7 @@ class DataTest : public WireTest {
   static long MillisecondsOf(Call call) {
     const auto start = std::chrono::steady_clock::now();
     call();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
-        .count();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
   }
 
   ScratchFolder folder;

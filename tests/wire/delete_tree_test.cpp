@@ -38,8 +38,8 @@ TEST_P(DeleteTree, RemovesFilesAndFoldersFromTheBottom) {
   ExpectLeave("old", "/home");
   EXPECT_EQ(Run(), LProcessResultOk);
   EXPECT_THAT(process.Statuses(),
-              ElementsAre(std::pair(1, std::string("/home/old/aを削除中")),
-                          std::pair(1, "サブフォルダを確認中..."), std::pair(1, "/home/old/sub/bを削除中")));
+              ElementsAre(std::pair(1, std::string("/home/old/aを削除中")), std::pair(1, "サブフォルダを確認中..."),
+                          std::pair(1, "/home/old/sub/bを削除中")));
   // A quarter for each entry, the dots counted in the whole but not as done; the folder's own share lies in
   // its part.
   EXPECT_THAT(process.Progress(), ElementsAre(0.25, 0.5, 0.5));

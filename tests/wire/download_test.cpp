@@ -18,9 +18,7 @@ constexpr char kProtectionRefused[] =
 
 class Download : public DataTest {
  protected:
-  LProcessResult Run() {
-    return ProcessFtpDownload(process, session, "r.bin", folder.Path("l.bin").c_str(), &error);
-  }
+  LProcessResult Run() { return ProcessFtpDownload(process, session, "r.bin", folder.Path("l.bin").c_str(), &error); }
   /// The commands up to the size.
   void ExpectStart(size_t size) {
     ExpectPassive("I");
@@ -47,9 +45,8 @@ TEST_P(Download, FetchesAFile) {
     EXPECT_THAT(history.Messages(), IsEmpty());
     ExpectInStep();
   }
-  EXPECT_THAT(Commands(),
-              ElementsAre("TYPE I", "PASV", "TYPE I", "SIZE r.bin", "RETR r.bin", "NOOP", "PBSZ 0", "PROT P",
-                          "TYPE I", "PASV", "TYPE I", "SIZE r.bin", "RETR r.bin", "NOOP"));
+  EXPECT_THAT(Commands(), ElementsAre("TYPE I", "PASV", "TYPE I", "SIZE r.bin", "RETR r.bin", "NOOP", "PBSZ 0",
+                                      "PROT P", "TYPE I", "PASV", "TYPE I", "SIZE r.bin", "RETR r.bin", "NOOP"));
 }
 
 TEST_P(Download, ShowsEachBlockOfASmallFile) {
@@ -57,8 +54,7 @@ TEST_P(Download, ShowsEachBlockOfASmallFile) {
   ExpectStart(4 * kBlock);
   ExpectData("RETR r.bin").DataSend(Content(4 * kBlock)).Reply("226 Done");
   EXPECT_EQ(Run(), LProcessResultOk);
-  EXPECT_THAT(StatusesAt(0),
-              ElementsAre("ダウンロードの準備をしています...", "ファイルをダウンロードしています..."));
+  EXPECT_THAT(StatusesAt(0), ElementsAre("ダウンロードの準備をしています...", "ファイルをダウンロードしています..."));
   if (one_byte) return;  // Single bytes are blocks of their own.
   EXPECT_THAT(StatusesAt(1),
               ElementsAre("r.bin", "r.bin:  0%", "r.bin: 25%", "r.bin: 50%", "r.bin: 75%", "r.bin: 100%"));
@@ -107,8 +103,7 @@ TEST_P(Download, NeedsNobodyToTakeTheErrorText) {
   Begin(Session::bHasSize);
   ExpectStart(5);
   server.Expect("RETR r.bin").Reply("550 No such file");
-  EXPECT_EQ(ProcessFtpDownload(process, session, "r.bin", folder.Path("l.bin").c_str(), nullptr),
-            LProcessResultFailed);
+  EXPECT_EQ(ProcessFtpDownload(process, session, "r.bin", folder.Path("l.bin").c_str(), nullptr), LProcessResultFailed);
 }
 
 TEST_P(Download, FailsBeforeTheServerIsAskedWhenTheLocalFileIsNotToBeHad) {

@@ -73,8 +73,8 @@ TEST_P(Listing, ByList) {
     EXPECT_TRUE(iterator.IsDirectory());
     ExpectInStep();
   }
-  EXPECT_THAT(Commands(), ElementsAre("TYPE A", "PASV", "LIST", "NOOP", "PBSZ 0", "PROT P", "TYPE A", "PASV",
-                                      "LIST", "NOOP"));
+  EXPECT_THAT(Commands(),
+              ElementsAre("TYPE A", "PASV", "LIST", "NOOP", "PBSZ 0", "PROT P", "TYPE A", "PASV", "LIST", "NOOP"));
 }
 
 TEST_P(Listing, FirstAsksForTheFeatures) {
@@ -175,8 +175,7 @@ TEST_P(Listing, MayHaveNoLineOrNoLineEnd) {
   EXPECT_EQ(Load(), LProcessResultOk);
   EXPECT_THAT(Names(), ElementsAre("last"));
   using namespace std::string_literals;
-  ExpectListing("LIST",
-                "-rw-r--r-- 1 a b 12 Jan 15 2019 one\r\r\n\n\0-rw-r--r-- 1 a b 12 Jan 15 2019 two\r\n"s);
+  ExpectListing("LIST", "-rw-r--r-- 1 a b 12 Jan 15 2019 one\r\r\n\n\0-rw-r--r-- 1 a b 12 Jan 15 2019 two\r\n"s);
   EXPECT_EQ(Load(), LProcessResultOk);
   EXPECT_THAT(Names(), ElementsAre("one", "two"));
   // A line that is too long loses its end, not its neighbours.
@@ -290,8 +289,7 @@ TEST_P(Listing, AsksForATypeThatIsNotKnownOnce) {
 
 TEST_P(Listing, TellsWhetherANameIsThere) {
   Begin();
-  for (const auto& [name, found] :
-       {std::pair("sub", true), {"a.txt", true}, {"A.TXT", false}, {"none", false}}) {
+  for (const auto& [name, found] : {std::pair("sub", true), {"a.txt", true}, {"A.TXT", false}, {"none", false}}) {
     ExpectListing("LIST", kLines);
     EXPECT_EQ(session.ContainDirectory(name), found);
   }

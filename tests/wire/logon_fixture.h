@@ -26,8 +26,8 @@ class LogonTest : public WireTest {
 
   LProcessResult LogOn(Security security = kPlain) { return LogOnTo(server.Address(), security); }
   LProcessResult LogOnTo(const std::string& address, Security security = kPlain) {
-    return ProcessFtpLogOnServer(process, session, address.c_str(), user.c_str(), password.c_str(),
-                                 security != kPlain, security == kImplicit);
+    return ProcessFtpLogOnServer(process, session, address.c_str(), user.c_str(), password.c_str(), security != kPlain,
+                                 security == kImplicit);
   }
   /// A message that names the scripted server: `before`, the host and the port, `after`.
   std::string Message(const std::string& before, const std::string& after) const {

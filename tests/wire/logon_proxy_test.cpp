@@ -59,10 +59,7 @@ TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
       {1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", "331 Password"}, {"PASS secret", "230 In"}}},
       {2, {{"OPEN ftp.example:2121", "220 Ready"}, {"USER anna", "331 Password"}, {"PASS secret", "230 In"}}},
       {3, {{"USER anna@ftp.example:2121", "331 Password"}, {"PASS secret", "230 In"}}},
-      {3,
-       {{"USER anna@ftp.example:2121", "220 Ready"},
-        {"USER anna", "331 Password"},
-        {"PASS secret", "230 In"}}},
+      {3, {{"USER anna@ftp.example:2121", "220 Ready"}, {"USER anna", "331 Password"}, {"PASS secret", "230 In"}}},
       {4,
        {{"USER pia", "331 Password"},
         {"PASS proxypass", "230 In"},
@@ -86,8 +83,7 @@ TEST_P(LogonProxy, MustGreetWithExactly220) {
     const HistoryCapture messages;
     server.Greet(greeting);
     EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed) << greeting;
-    EXPECT_THAT(messages.Messages(),
-                ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
+    EXPECT_THAT(messages.Messages(), ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
   }
 }
 
@@ -104,10 +100,9 @@ TEST_P(LogonProxy, OfAnUnknownTypeFailsAfterTheGreeting) {
 TEST_P(LogonProxy, TellsWhichProxyCannotBeReached) {
   UseProxy("255.255.255.255", "", "", kFtpProxyOpen);
   EXPECT_EQ(LogOnThroughProxy(kImplicit), LProcessResultFailed);
-  EXPECT_THAT(
-      history.Messages(),
-      ElementsAre("サーバ255.255.255.255（ポート990）に接続できませんでした。正しいサーバーアドレスとポートが"
-                  "入力されていることを確認してください。"));
+  EXPECT_THAT(history.Messages(),
+              ElementsAre("サーバ255.255.255.255（ポート990）に接続できませんでした。正しいサーバーアドレスとポートが"
+                          "入力されていることを確認してください。"));
   Use(2);
   gFtpTimeouts.greetingMs = kShortMs;
   server.Accept().Silence();
@@ -146,11 +141,7 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
        "サーバー",
        "からの応答がありません。" + check},
       {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", "からの応答が不明です。"},
-      {"logged on at once",
-       3,
-       {{"USER anna@ftp.example:2121", "230 In"}},
-       "サーバー",
-       "からの応答が不明です。"},
+      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", "からの応答が不明です。"},
       {"no answer to the server's user",
        2,
        {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}},
@@ -183,8 +174,7 @@ TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
   EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
   EXPECT_THAT(
       history.Messages(),
-      ElementsAre(kHasLineEnd,
-                  Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
+      ElementsAre(kHasLineEnd, Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
 
   proxy_user = "pia";
   proxy_password = "word\nDELE a";
@@ -195,8 +185,7 @@ TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
   EXPECT_EQ(history.Messages().back(),
             Message("サーバー", "にパスワードを送信できませんでした。接続を確認してください。"));
 
-  const std::string notRouted =
-      Message("サーバー", "へサイトコマンドを送信できませんでした。接続を確認してください。");
+  const std::string notRouted = Message("サーバー", "へサイトコマンドを送信できませんでした。接続を確認してください。");
   Use(2);
   server.Greet("220 Proxy");
   EXPECT_EQ(LogOnTo("ftp.example\r\nDELE a"), LProcessResultFailed);

@@ -16,9 +16,8 @@ TEST_P(Logon, SendsUserAndPassword) {
   EXPECT_EQ(LogOn(), LProcessResultOk);
   EXPECT_TRUE(session.IsValid());
   EXPECT_FALSE(session.IsSecure());
-  EXPECT_THAT(history.Lines(),
-              ElementsAre("応答:  220 Ready", "コマンド: USER anna", "応答:  331 Password please",
-                          "コマンド: ******", "応答:  230 In"));
+  EXPECT_THAT(history.Lines(), ElementsAre("応答:  220 Ready", "コマンド: USER anna", "応答:  331 Password please",
+                                           "コマンド: ******", "応答:  230 In"));
   EXPECT_THAT(process.Errors(), IsEmpty());
 }
 
@@ -43,8 +42,7 @@ TEST_P(Logon, TakesAGreetingFrom200To399) {
     const HistoryCapture messages;
     server.Greet(greeting);
     EXPECT_EQ(LogOn(), LProcessResultFailed) << greeting;
-    EXPECT_THAT(messages.Messages(),
-                ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
+    EXPECT_THAT(messages.Messages(), ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
   }
 }
 
@@ -54,12 +52,11 @@ TEST_P(Logon, TellsOfAServerThatCannotBeReached) {
   EXPECT_EQ(LogOnTo("255.255.255.255:21"), LProcessResultFailed);
   EXPECT_THAT(
       history.Messages(),
-      ElementsAre(
-          "サーバ127.0.0.1（ポート" + std::to_string(port) +
-              "）に接続できませんでした。正しいサーバーアドレスとポートが入力されていることを確認してください"
-              "。",
-          "サーバ255.255.255.255（ポート21）に接続できませんでした。正しいサーバーアドレスとポートが入力さ"
-          "れていることを確認してください。"));
+      ElementsAre("サーバ127.0.0.1（ポート" + std::to_string(port) +
+                      "）に接続できませんでした。正しいサーバーアドレスとポートが入力されていることを確認してください"
+                      "。",
+                  "サーバ255.255.255.255（ポート21）に接続できませんでした。正しいサーバーアドレスとポートが入力さ"
+                  "れていることを確認してください。"));
 }
 
 TEST_P(Logon, TellsOfAMissingGreeting) {
@@ -153,8 +150,7 @@ TEST_P(Logon, SaysNothingWhenStopped) {
     stopped.Expect("USER anna").Reply("331 Please");
     stopped.Expect("PASS secret").Reply("230 In");
     RecordingInterface stopping(n);
-    result =
-        ProcessFtpLogOnServer(stopping, session, stopped.Address().c_str(), "anna", "secret", false, false);
+    result = ProcessFtpLogOnServer(stopping, session, stopped.Address().c_str(), "anna", "secret", false, false);
     EXPECT_THAT(lines.Messages(), IsEmpty());
     if (result == LProcessResultOk) break;
     // A stop in the exchange of the password counts as a failure.
@@ -207,8 +203,7 @@ TEST_P(ConnectProcess, ShowsItsSteps) {
   server.Greet("220 Ready");
   server.Expect("USER anna").Reply("230 In");
   EXPECT_EQ(Run(server.Address()), LProcessResultOk);
-  EXPECT_THAT(process.Statuses(),
-              ElementsAre(Pair(0, "接続中..."), Pair(1, "接続中..."), Pair(1, "ログイン...")));
+  EXPECT_THAT(process.Statuses(), ElementsAre(Pair(0, "接続中..."), Pair(1, "接続中..."), Pair(1, "ログイン...")));
   EXPECT_THAT(process.Progress(), ElementsAre(0.1, 0.33, 0.66, 0.1));
   EXPECT_THAT(process.Errors(), IsEmpty());
 }

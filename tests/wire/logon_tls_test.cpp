@@ -26,8 +26,7 @@ class LogonTls : public LogonTest {
     return Message("サーバー", "でSSL/TSLを使うことができません。セキュリティ保護無しを試しています。");
   }
   std::string ExplicitFailed() const {
-    return Message("サーバー",
-                   "で明示的SSL/TSLに失敗しました。黙示的なSSL/TSLまたは標準FTPをお試しください。");
+    return Message("サーバー", "で明示的SSL/TSLに失敗しました。黙示的なSSL/TSLまたは標準FTPをお試しください。");
   }
   std::string NoGreeting() const { return MessageToCheckAddress("サーバー", "からの応答がありません。"); }
 };
@@ -85,10 +84,9 @@ TEST_P(LogonTls, ExplicitGoesOnInTheClearWhenDeclined) {
     ExpectUserAndPassword();
     EXPECT_EQ(LogOn(kExplicit), LProcessResultOk);
     EXPECT_FALSE(session.IsSecure());
-    ASSERT_THAT(lines.Messages(),
-                ElementsAre(Message("サーバー",
-                                    "は明示的SSL/TSLに対応していません。黙示的SSL/TSLまたは標準FTPを"
-                                    "お試しください。")));
+    ASSERT_THAT(lines.Messages(), ElementsAre(Message("サーバー",
+                                                      "は明示的SSL/TSLに対応していません。黙示的SSL/TSLまたは標準FTPを"
+                                                      "お試しください。")));
     EXPECT_EQ(lines.All()[3].level, kLogWarning);
   }
 }
@@ -143,8 +141,7 @@ TEST_P(LogonTls, AHandshakeMayMeetGarbageOrTheEnd) {
     const char* name;
     void (*behaves)(ScriptedServer::Step&);
   } rows[] = {
-      {"garbage",
-       [](ScriptedServer::Step& step) { step.IgnoreInput().Delay(30).Raw("garbage, no handshake\r\n"); }},
+      {"garbage", [](ScriptedServer::Step& step) { step.IgnoreInput().Delay(30).Raw("garbage, no handshake\r\n"); }},
       {"close", [](ScriptedServer::Step& step) { step.IgnoreInput().Delay(30).Close(); }},
       {"reset", [](ScriptedServer::Step& step) { step.IgnoreInput().Delay(30).Reset(); }},
   };

@@ -25,9 +25,7 @@ class Queries : public DataTest {
     tzset();
   }
 
-  LProcessResult AskSize(const char* name = "f.txt") {
-    return ProcessFtpGetFileSize(process, session, name, size);
-  }
+  LProcessResult AskSize(const char* name = "f.txt") { return ProcessFtpGetFileSize(process, session, name, size); }
   LProcessResult AskTime(const char* name = "f.txt") {
     return ProcessFtpGetFileModifiedTime(process, session, name, time);
   }
@@ -120,8 +118,7 @@ TEST_P(Queries, TakeTheSizeFromTheNextRung) {
 
   server.Expect("MLST d/f.txt").ReplyLines({"250-", " type=file; f.txt", "250 End"});
   server.Expect("TYPE I").Reply("250 but not 200");
-  server.Expect("MLSD d").ReplyLines(
-      {"250-", "size=1; other", "type=file; f.txt", "Size=7; f.txt", "250 End"});
+  server.Expect("MLSD d").ReplyLines({"250-", "size=1; other", "type=file; f.txt", "Size=7; f.txt", "250 End"});
   EXPECT_EQ(AskSize("d/f.txt"), LProcessResultOk);
   EXPECT_EQ(size, 7u);
 
@@ -261,8 +258,7 @@ TEST_P(Queries, PutAWindowsServerIntoItsOwnStyle) {
 }
 
 TEST_P(Queries, OfTheTimeEndWithAStop) {
-  const std::vector<std::string> ladder = {"MDTM f.txt", "MLST f.txt",    "MLSD ",
-                                           "SYST",       "site dirstyle", "TYPE A"};
+  const std::vector<std::string> ladder = {"MDTM f.txt", "MLST f.txt", "MLSD ", "SYST", "site dirstyle", "TYPE A"};
   for (size_t stopped = 1; stopped <= ladder.size(); ++stopped) {
     SCOPED_TRACE(ladder[stopped - 1]);
     Begin(Session::bHasMdtm | Session::bMlstModify | Session::bHasMlsd);

@@ -94,8 +94,7 @@ TEST_P(Replies, ComeInPiecesOverTime) {
 }
 
 TEST_P(Replies, HaveTheWholeTimeForEachLine) {
-  server.Accept().Reply("220-a").Delay(150).Reply("220-b").Delay(150).Reply("220-c").Delay(150).Reply(
-      "220 d");
+  server.Accept().Reply("220-a").Delay(150).Reply("220-b").Delay(150).Reply("220-c").Delay(150).Reply("220 d");
   ConnectToGreeting();
   EXPECT_EQ(Wait(2 * kShortMs), LProcessResultOk);
   EXPECT_STREQ(text, "d");

@@ -190,8 +190,7 @@ TEST_P(Upload, AppendsWhatTheServerLacks) {
     const char* remoteSize;
     const char* sent;
     const char* label;
-  } rows[] = {
-      {"3", "45", "l.bin: 100%"}, {"5", "", "l.bin"}, {"9", "", "l.bin"}, {nullptr, "12345", "l.bin: 100%"}};
+  } rows[] = {{"3", "45", "l.bin: 100%"}, {"5", "", "l.bin"}, {"9", "", "l.bin"}, {nullptr, "12345", "l.bin: 100%"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.remoteSize ? row.remoteSize : "no size");
     session.CloseSocket();

@@ -27,9 +27,9 @@ class WireTest : public testing::TestWithParam<bool> {
   /// All that wait for the server.
   static void SetTimeouts(unsigned ms) {
     FtpTimeouts& table = gFtpTimeouts;
-    for (unsigned* limit : {&table.sendMs, &table.sendNoTraceMs, &table.sendMultiLineMs, &table.sendDirectMs,
-                            &table.replyMs, &table.drainReplyMs, &table.extraReplyMs, &table.connectMs,
-                            &table.greetingMs, &table.logonHandshakeMs}) {
+    for (unsigned* limit :
+         {&table.sendMs, &table.sendNoTraceMs, &table.sendMultiLineMs, &table.sendDirectMs, &table.replyMs,
+          &table.drainReplyMs, &table.extraReplyMs, &table.connectMs, &table.greetingMs, &table.logonHandshakeMs}) {
       *limit = ms;
     }
   }
@@ -41,8 +41,7 @@ class WireTest : public testing::TestWithParam<bool> {
   }
   /// For a script that holds the connection already.
   void ConnectToGreeting() {
-    ASSERT_EQ(ProcessConnect<char>(process, session, server.Address().c_str(), 21, kAmpleMs, false),
-              LProcessResultOk);
+    ASSERT_EQ(ProcessConnect<char>(process, session, server.Address().c_str(), 21, kAmpleMs, false), LProcessResultOk);
   }
   /// The process is stopped as soon as the server has got so many commands.
   void StopAfterCommands(size_t count) {
@@ -58,8 +57,7 @@ class WireTest : public testing::TestWithParam<bool> {
     server.Expect("NOOP").Reply("200 In step");
     LProcessInterfaceVoid unstoppable;
     char reply[kTextSize];
-    EXPECT_EQ(ProcessFtpSendAndWaitForReply(unstoppable, session, "NOOP\r\n", nullptr, &reply),
-              LProcessResultOk);
+    EXPECT_EQ(ProcessFtpSendAndWaitForReply(unstoppable, session, "NOOP\r\n", nullptr, &reply), LProcessResultOk);
     EXPECT_STREQ(reply, "In step");
   }
 

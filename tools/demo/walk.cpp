@@ -3,8 +3,6 @@
 // Connects to the demo's site as the program does at its start, brings files down, sends files up, takes a picture of
 // the window, and compares every file with its copy byte for byte. One line for each step, a last line with the
 // counts; the exit status is 0 only if all of it went well.
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -12,6 +10,7 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "app/app_delegate.h"
@@ -108,7 +107,8 @@ class Walk {
     }
     compared += static_cast<int>(names.size());
     identicalFiles += same;
-    detail = std::to_string(same) + " of " + std::to_string(names.size()) + " identical, " + std::to_string(bytes) + " bytes";
+    detail = std::to_string(same) + " of " + std::to_string(names.size()) + " identical, " + std::to_string(bytes) +
+             " bytes";
     return same == static_cast<int>(names.size());
   }
 

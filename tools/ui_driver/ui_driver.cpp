@@ -21,9 +21,7 @@
 
 namespace ui {
 
-void Pump(int ms) {
-  QTest::qWait(ms);
-}
+void Pump(int ms) { QTest::qWait(ms); }
 
 bool WaitUntil(const std::function<bool()>& condition, int ms) {
   QElapsedTimer clock;
@@ -175,13 +173,9 @@ std::vector<std::string> Column(platform::Window* window, int list, int column) 
   return cells;
 }
 
-bool Grab(platform::Window* window, const char* path) {
-  return window->grab().save(QString::fromUtf8(path), "PNG");
-}
+bool Grab(platform::Window* window, const char* path) { return window->grab().save(QString::fromUtf8(path), "PNG"); }
 
-platform::Window* ModalWindow() {
-  return dynamic_cast<platform::Window*>(QApplication::activeModalWidget());
-}
+platform::Window* ModalWindow() { return dynamic_cast<platform::Window*>(QApplication::activeModalWidget()); }
 
 // Alerts
 
@@ -194,13 +188,9 @@ Alerts::Alerts() : timer(new Timer) {
   timer->timer.start(5);
 }
 
-Alerts::~Alerts() {
-  delete timer;
-}
+Alerts::~Alerts() { delete timer; }
 
-void Alerts::Expect(const std::string& text, const char* button, int check) {
-  queue.push_back({text, button, check});
-}
+void Alerts::Expect(const std::string& text, const char* button, int check) { queue.push_back({text, button, check}); }
 
 std::string Alerts::Complaints() const {
   std::string all = complaints;
@@ -224,8 +214,7 @@ void Alerts::Answer(QMessageBox& box) {
   const Expected expected = queue.front();
   queue.erase(queue.begin());
   if (!box.text().contains(QString::fromStdString(expected.text))) {
-    complaints +=
-        "an alert says \"" + box.text().toStdString() + "\" in place of \"" + expected.text + "\"\n";
+    complaints += "an alert says \"" + box.text().toStdString() + "\" in place of \"" + expected.text + "\"\n";
   }
   if (expected.check >= 0 && box.checkBox()) box.checkBox()->setChecked(expected.check != 0);
   for (QAbstractButton* button : box.buttons()) {

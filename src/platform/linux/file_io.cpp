@@ -10,81 +10,43 @@
 
 namespace platform {
 
-int FileOpen(const char* path, int flags, mode_t mode) {
-  return open(path, flags | O_CLOEXEC, mode);
-}
+int FileOpen(const char* path, int flags, mode_t mode) { return open(path, flags | O_CLOEXEC, mode); }
 
-ssize_t FileRead(int fd, void* data, size_t size) {
-  return read(fd, data, size);
-}
+ssize_t FileRead(int fd, void* data, size_t size) { return read(fd, data, size); }
 
-ssize_t FileWrite(int fd, const void* data, size_t size) {
-  return write(fd, data, size);
-}
+ssize_t FileWrite(int fd, const void* data, size_t size) { return write(fd, data, size); }
 
-off_t FileSeek(int fd, off_t offset, int whence) {
-  return lseek(fd, offset, whence);
-}
+off_t FileSeek(int fd, off_t offset, int whence) { return lseek(fd, offset, whence); }
 
-int FileTruncate(int fd, off_t size) {
-  return ftruncate(fd, size);
-}
+int FileTruncate(int fd, off_t size) { return ftruncate(fd, size); }
 
-int FileSync(int fd) {
-  return fsync(fd);
-}
+int FileSync(int fd) { return fsync(fd); }
 
-int FileClose(int fd) {
-  return close(fd);
-}
+int FileClose(int fd) { return close(fd); }
 
-int FileLock(int fd, int operation) {
-  return flock(fd, operation);
-}
+int FileLock(int fd, int operation) { return flock(fd, operation); }
 
-int FileStatus(int fd, struct stat& status) {
-  return fstat(fd, &status);
-}
+int FileStatus(int fd, struct stat& status) { return fstat(fd, &status); }
 
-int FileUnlink(const char* path) {
-  return unlink(path);
-}
+int FileUnlink(const char* path) { return unlink(path); }
 
-int FileRename(const char* from, const char* to) {
-  return rename(from, to);
-}
+int FileRename(const char* from, const char* to) { return rename(from, to); }
 
-int FileMakeFolder(const char* path, mode_t mode) {
-  return mkdir(path, mode);
-}
+int FileMakeFolder(const char* path, mode_t mode) { return mkdir(path, mode); }
 
-int FileRemoveFolder(const char* path) {
-  return rmdir(path);
-}
+int FileRemoveFolder(const char* path) { return rmdir(path); }
 
-int FileChangeMode(const char* path, mode_t mode) {
-  return chmod(path, mode);
-}
+int FileChangeMode(const char* path, mode_t mode) { return chmod(path, mode); }
 
-int FileChangeModeOf(int fd, mode_t mode) {
-  return fchmod(fd, mode);
-}
+int FileChangeModeOf(int fd, mode_t mode) { return fchmod(fd, mode); }
 
-int FileChangeOwner(int fd, uid_t user, gid_t group) {
-  return fchown(fd, user, group);
-}
+int FileChangeOwner(int fd, uid_t user, gid_t group) { return fchown(fd, user, group); }
 
-int FileSetTimes(int fd, const timespec (&times)[2]) {
-  return futimens(fd, times);
-}
+int FileSetTimes(int fd, const timespec (&times)[2]) { return futimens(fd, times); }
 
-int FileMakeLink(const char* target, const char* path) {
-  return symlink(target, path);
-}
+int FileMakeLink(const char* target, const char* path) { return symlink(target, path); }
 
-ssize_t FileListAttributes(int fd, char* names, size_t size) {
-  return flistxattr(fd, names, size);
-}
+ssize_t FileListAttributes(int fd, char* names, size_t size) { return flistxattr(fd, names, size); }
 
 ssize_t FileGetAttribute(int fd, const char* name, void* value, size_t size) {
   return fgetxattr(fd, name, value, size);

@@ -112,26 +112,18 @@ Path ProgramFolder() {
 
 Path Find(Folder folder) {
   switch (folder) {
-    case Folder::kHome:
-      return Home();
-    case Folder::kDocuments:
-      return UserDirectory("XDG_DOCUMENTS_DIR");
-    case Folder::kDownloads:
-      return UserDirectory("XDG_DOWNLOAD_DIR");
+    case Folder::kHome: return Home();
+    case Folder::kDocuments: return UserDirectory("XDG_DOCUMENTS_DIR");
+    case Folder::kDownloads: return UserDirectory("XDG_DOWNLOAD_DIR");
     case Folder::kApplications: {
       Path data = BaseFolder("XDG_DATA_HOME", ".local/share");
       return data.empty() ? data : data + "/applications";
     }
-    case Folder::kCaches:
-      return BaseFolder("XDG_CACHE_HOME", ".cache");
-    case Folder::kData:
-      return BaseFolder("XDG_DATA_HOME", ".local/share");
-    case Folder::kConfig:
-      return BaseFolder("XDG_CONFIG_HOME", ".config");
-    case Folder::kSystemApplications:
-      return SystemApplications();
-    case Folder::kProgram:
-      return ProgramFolder();
+    case Folder::kCaches: return BaseFolder("XDG_CACHE_HOME", ".cache");
+    case Folder::kData: return BaseFolder("XDG_DATA_HOME", ".local/share");
+    case Folder::kConfig: return BaseFolder("XDG_CONFIG_HOME", ".config");
+    case Folder::kSystemApplications: return SystemApplications();
+    case Folder::kProgram: return ProgramFolder();
   }
   return {};
 }

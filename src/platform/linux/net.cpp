@@ -25,9 +25,7 @@ ssize_t Uninterrupted(Call call) {
 
 }  // namespace
 
-int NetOpen() {
-  return socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-}
+int NetOpen() { return socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0); }
 
 void NetSetBuffers(int fd, int sendBytes, int receiveBytes) {
   // A kernel that grants less still works, only slower: the results do not matter.
@@ -78,13 +76,9 @@ int NetPoll(pollfd* entries, size_t count, int ms) {
   }
 }
 
-void NetShutdownSend(int fd) {
-  (void)shutdown(fd, SHUT_WR);
-}
+void NetShutdownSend(int fd) { (void)shutdown(fd, SHUT_WR); }
 
-void NetClose(int fd) {
-  (void)close(fd);
-}
+void NetClose(int fd) { (void)close(fd); }
 
 size_t NetResolve(const char* host, uint32_t (&addresses)[kNetMaxAddresses]) {
   addrinfo wanted = {};

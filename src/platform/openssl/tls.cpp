@@ -76,9 +76,7 @@ namespace {
 
 // The BIO
 
-TlsStream& StreamOf(BIO* bio) {
-  return *static_cast<TlsStream*>(BIO_get_data(bio));
-}
+TlsStream& StreamOf(BIO* bio) { return *static_cast<TlsStream*>(BIO_get_data(bio)); }
 
 /// Fetches what the transport has into the empty queue.
 void FillIncoming(TlsStream& stream) {
@@ -114,8 +112,8 @@ int BioRead(BIO* bio, char* data, size_t size, size_t* moved) {
 TlsStatus PushOutgoing(TlsStream& stream) {
   while (stream.outgoing.Size() != 0 && stream.writeError == TlsStatus::kOk) {
     size_t size = stream.outgoing.Size();
-    const TlsStatus status = stream.transport.write(stream.transport.connection,
-                                                    stream.outgoing.bytes + stream.outgoing.begin, size);
+    const TlsStatus status =
+        stream.transport.write(stream.transport.connection, stream.outgoing.bytes + stream.outgoing.begin, size);
     stream.outgoing.Drop(size);
     if (status == TlsStatus::kWouldBlock) return status;
     stream.writeError = status;
@@ -128,8 +126,7 @@ int BioWrite(BIO* bio, const char* data, size_t size, size_t* moved) {
   BIO_clear_retry_flags(bio);
   *moved = 0;
   if (stream.writeError != TlsStatus::kOk) return 0;
-  if (!stream.outgoing.MakeRoom(size) && PushOutgoing(stream) == TlsStatus::kOk)
-    (void)stream.outgoing.MakeRoom(size);
+  if (!stream.outgoing.MakeRoom(size) && PushOutgoing(stream) == TlsStatus::kOk) (void)stream.outgoing.MakeRoom(size);
   const size_t count = std::min(stream.outgoing.Room(), size);
   if (count == 0) {
     if (stream.writeError == TlsStatus::kOk) BIO_set_retry_write(bio);
@@ -144,12 +141,9 @@ int BioWrite(BIO* bio, const char* data, size_t size, size_t* moved) {
 long BioControl(BIO* bio, int command, long, void*) {
   const TlsStream& stream = StreamOf(bio);
   switch (command) {
-    case BIO_CTRL_FLUSH:
-      return 1;  // Each step of ours pushes the queue out by itself.
-    case BIO_CTRL_EOF:
-      return stream.transportEnd != TlsStatus::kOk && stream.incoming.Size() == 0;
-    default:
-      return 0;
+    case BIO_CTRL_FLUSH: return 1;  // Each step of ours pushes the queue out by itself.
+    case BIO_CTRL_EOF: return stream.transportEnd != TlsStatus::kOk && stream.incoming.Size() == 0;
+    default: return 0;
   }
 }
 
@@ -177,8 +171,7 @@ SSL_CTX* SharedContext() {
     SSL_CTX_set_verify(made, SSL_VERIFY_PEER, nullptr);
     SSL_CTX_set_session_cache_mode(made, SSL_SESS_CACHE_OFF);
     SSL_CTX_set_mode(made, SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER);
-    if (SSL_CTX_set_min_proto_version(made, TLS1_2_VERSION) != 1 ||
-        SSL_CTX_set_default_verify_paths(made) != 1) {
+    if (SSL_CTX_set_min_proto_version(made, TLS1_2_VERSION) != 1 || SSL_CTX_set_default_verify_paths(made) != 1) {
       SSL_CTX_free(made);
       return nullptr;
     }
@@ -200,8 +193,7 @@ void KeepLibraryError(TlsStream& stream) {
   const char* reason = ERR_reason_error_string(error);
   const long verdict = SSL_get_verify_result(stream.ssl);
   const bool isVerdict = ERR_GET_REASON(error) == SSL_R_CERTIFICATE_VERIFY_FAILED && verdict != X509_V_OK;
-  SetErrorText(stream, reason ? reason : "TLS failure",
-               isVerdict ? X509_verify_cert_error_string(verdict) : "");
+  SetErrorText(stream, reason ? reason : "TLS failure", isVerdict ? X509_verify_cert_error_string(verdict) : "");
 }
 
 /// Ends the stream for good with `status`.
@@ -217,10 +209,8 @@ TlsStatus BreakByTransport(TlsStream& stream, TlsStatus status) {
   switch (status) {
     case TlsStatus::kClosedGracefully:
       return Break(stream, status, "the peer closed the connection without a close notice");
-    case TlsStatus::kClosedAbort:
-      return Break(stream, status, "the connection was reset");
-    default:
-      return Break(stream, TlsStatus::kIoError, "the connection failed");
+    case TlsStatus::kClosedAbort: return Break(stream, status, "the connection was reset");
+    default: return Break(stream, TlsStatus::kIoError, "the connection failed");
   }
 }
 
@@ -317,9 +307,7 @@ TlsStatus TlsHandshake(TlsStream* stream) {
   return TlsStatus::kOk;
 }
 
-bool TlsWantsWrite(const TlsStream* stream) {
-  return stream->outgoing.Size() != 0 || SSL_want_write(stream->ssl);
-}
+bool TlsWantsWrite(const TlsStream* stream) { return stream->outgoing.Size() != 0 || SSL_want_write(stream->ssl); }
 
 TlsStatus TlsRead(TlsStream* stream, void* data, size_t size, size_t& moved) {
   moved = 0;
@@ -383,13 +371,9 @@ size_t TlsFetchReadSize(TlsStream* stream) {
   return static_cast<size_t>(SSL_pending(stream->ssl));
 }
 
-TlsState TlsGetState(const TlsStream* stream) {
-  return stream->state;
-}
+TlsState TlsGetState(const TlsStream* stream) { return stream->state; }
 
-bool TlsPeerClosedCleanly(const TlsStream* stream) {
-  return stream->isClosedByPeer;
-}
+bool TlsPeerClosedCleanly(const TlsStream* stream) { return stream->isClosedByPeer; }
 
 TlsStatus TlsClose(TlsStream* stream) {
   if (stream->isBroken) return stream->readEnd;
@@ -404,8 +388,6 @@ TlsStatus TlsClose(TlsStream* stream) {
   return TlsFlush(stream);
 }
 
-const char* TlsErrorText(const TlsStream* stream) {
-  return stream->errorText;
-}
+const char* TlsErrorText(const TlsStream* stream) { return stream->errorText; }
 
 }  // namespace platform

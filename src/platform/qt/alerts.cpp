@@ -26,8 +26,8 @@ int AlertRun(Window* parent, Alert& alert) {
   for (int i = 0; i < 3; ++i) {
     if (!alert.buttons[i] || !alert.buttons[i][0]) continue;
     // The role of the first puts it at the right by the desktop's habit, the others left of it.
-    buttons[i] = box.addButton(QString::fromUtf8(alert.buttons[i]),
-                               i == 0 ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+    buttons[i] =
+        box.addButton(QString::fromUtf8(alert.buttons[i]), i == 0 ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
   }
   if (buttons[0]) box.setDefaultButton(buttons[0]);
   if (buttons[1]) {
@@ -51,9 +51,7 @@ int AlertRun(Window* parent, Alert& alert) {
   return 2;
 }
 
-bool AlertIsOpen() {
-  return !gOpenAlerts.isEmpty();
-}
+bool AlertIsOpen() { return !gOpenAlerts.isEmpty(); }
 
 bool AlertDismiss() {
   if (QWidget* menu = QApplication::activePopupWidget()) return menu->close();

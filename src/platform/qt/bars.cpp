@@ -125,7 +125,9 @@ void StatusBarSet(Window* window, int count, const int* widths) {
   StatusBarOf(window).SetWidths(std::vector<int>(widths, widths + count));
 }
 
-void StatusBarSetText(Window* window, int part, const char* text) { StatusBarOf(window).SetText(part, ShownText(text)); }
+void StatusBarSetText(Window* window, int part, const char* text) {
+  StatusBarOf(window).SetText(part, ShownText(text));
+}
 
 void StatusBarSetIcon(Window* window, int part, Icon icon) { StatusBarOf(window).SetIcon(part, QIconOf(icon)); }
 

@@ -112,7 +112,8 @@ QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& tex
     case ControlKind::kButton:
     case ControlKind::kDefaultButton:
     case ControlKind::kIconButton:
-    case ControlKind::kIconTextButton: return NewButton(window, id, kind, kind == ControlKind::kIconButton ? QString() : text);
+    case ControlKind::kIconTextButton:
+      return NewButton(window, id, kind, kind == ControlKind::kIconButton ? QString() : text);
     case ControlKind::kComboBox: return new ComboControl(window, id, true);
     case ControlKind::kPullDownList: return new ComboControl(window, id, false);
     case ControlKind::kList: return new ListControl(window, id);
@@ -204,13 +205,15 @@ void ControlGetText(const Window* window, int id, char (&text)[kFixedText]) {
 
 void ControlSetTextLimit(Window* window, int id, int characters) {
   if (auto* input = window->ControlAs<QLineEdit>(id)) input->setMaxLength(characters);
-  if (auto* combo = window->ControlAs<QComboBox>(id); combo && combo->lineEdit()) combo->lineEdit()->setMaxLength(characters);
+  if (auto* combo = window->ControlAs<QComboBox>(id); combo && combo->lineEdit())
+    combo->lineEdit()->setMaxLength(characters);
 }
 
 void ControlSetPrompt(Window* window, int id, const char* text) {
   const QString prompt = QString::fromUtf8(text);
   if (auto* input = window->ControlAs<QLineEdit>(id)) input->setPlaceholderText(prompt);
-  if (auto* combo = window->ControlAs<QComboBox>(id); combo && combo->lineEdit()) combo->lineEdit()->setPlaceholderText(prompt);
+  if (auto* combo = window->ControlAs<QComboBox>(id); combo && combo->lineEdit())
+    combo->lineEdit()->setPlaceholderText(prompt);
   if (ListControl* list = window->List(id)) list->SetPrompt(prompt);
 }
 

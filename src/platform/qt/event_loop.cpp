@@ -15,9 +15,7 @@
 
 namespace platform {
 
-void EventLoopPump() {
-  QCoreApplication::processEvents();
-}
+void EventLoopPump() { QCoreApplication::processEvents(); }
 
 namespace {
 
@@ -104,9 +102,7 @@ Timer* TimerCreate(std::function<void()> call) {
   return made;
 }
 
-void TimerArm(Timer* timer, unsigned ms) {
-  timer->timer.start(static_cast<int>(ms));
-}
+void TimerArm(Timer* timer, unsigned ms) { timer->timer.start(static_cast<int>(ms)); }
 
 void TimerDestroy(Timer* timer) {
   if (!timer) return;

@@ -215,7 +215,8 @@ void ListControl::paintEvent(QPaintEvent* event) {
   if (!rowModel->rows.empty() || prompt.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
-  painter.drawText(viewport()->rect().adjusted(16, 24, -16, -16), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, prompt);
+  painter.drawText(viewport()->rect().adjusted(16, 24, -16, -16), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
+                   prompt);
 }
 
 void ListControl::resizeEvent(QResizeEvent* event) {

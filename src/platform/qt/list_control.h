@@ -92,7 +92,8 @@ class ListControl : public QTreeView {
 class LabelDelegate : public QStyledItemDelegate {
   Q_OBJECT
  public:
-  LabelDelegate(struct Window* window, int id, QObject* parent) : QStyledItemDelegate(parent), owner(window), list(id) {}
+  LabelDelegate(struct Window* window, int id, QObject* parent)
+      : QStyledItemDelegate(parent), owner(window), list(id) {}
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   void setEditorData(QWidget* editor, const QModelIndex& index) const override;
   void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;

@@ -27,12 +27,10 @@ QList<ModalRun>& ModalRuns() {
 
 Qt::WindowFlags FlagsOf(WindowKind kind) {
   switch (kind) {
-    case WindowKind::kMain:
-      return Qt::Window;
+    case WindowKind::kMain: return Qt::Window;
     case WindowKind::kDialog:
       return Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::CustomizeWindowHint;
-    case WindowKind::kProgress:
-      return Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint;
+    case WindowKind::kProgress: return Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint;
   }
   return Qt::Window;
 }
@@ -40,29 +38,20 @@ Qt::WindowFlags FlagsOf(WindowKind kind) {
 /// A text field keeps plain keys to itself.
 bool TakesText(const QWidget* widget) {
   return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QComboBox*>(widget) ||
-         (qobject_cast<const QPlainTextEdit*>(widget) &&
-          !qobject_cast<const QPlainTextEdit*>(widget)->isReadOnly());
+         (qobject_cast<const QPlainTextEdit*>(widget) && !qobject_cast<const QPlainTextEdit*>(widget)->isReadOnly());
 }
 
 int CodeOf(const QKeyEvent& event) {
   switch (event.key()) {
     case Qt::Key_Return:
-    case Qt::Key_Enter:
-      return kKeyReturn;
-    case Qt::Key_Delete:
-      return kKeyDelete;
-    case Qt::Key_Backspace:
-      return kKeyBackspace;
-    case Qt::Key_Left:
-      return kKeyLeft;
-    case Qt::Key_Up:
-      return kKeyUp;
-    case Qt::Key_Right:
-      return kKeyRight;
-    case Qt::Key_Down:
-      return kKeyDown;
-    default:
-      break;
+    case Qt::Key_Enter: return kKeyReturn;
+    case Qt::Key_Delete: return kKeyDelete;
+    case Qt::Key_Backspace: return kKeyBackspace;
+    case Qt::Key_Left: return kKeyLeft;
+    case Qt::Key_Up: return kKeyUp;
+    case Qt::Key_Right: return kKeyRight;
+    case Qt::Key_Down: return kKeyDown;
+    default: break;
   }
   if (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F12) return kKeyF1 + (event.key() - Qt::Key_F1);
   return event.key() < 0x110000 ? event.key() : 0;
@@ -71,10 +60,7 @@ int CodeOf(const QKeyEvent& event) {
 }  // namespace
 
 Window::Window(WindowEvents& owner, WindowKind windowKind, Window* parentWindow)
-    : QWidget(parentWindow, FlagsOf(windowKind)),
-      events(&owner),
-      kind(windowKind),
-      client(new QWidget(this)) {
+    : QWidget(parentWindow, FlagsOf(windowKind)), events(&owner), kind(windowKind), client(new QWidget(this)) {
   client->setObjectName("client");
   if (kind == WindowKind::kMain) qApp->installEventFilter(this);
 }
@@ -89,9 +75,7 @@ void Window::SendBound(int id, ControlEvent event) {
   if (const int command = Bound(id, event)) Send(command);
 }
 
-ListControl* Window::List(int id) const {
-  return qobject_cast<ListControl*>(controls.value(id));
-}
+ListControl* Window::List(int id) const { return qobject_cast<ListControl*>(controls.value(id)); }
 
 QToolBar* Window::ToolBar(int id) const {
   return id == kMainToolBar ? mainToolBar : qobject_cast<QToolBar*>(controls.value(id));
@@ -147,18 +131,16 @@ void Window::changeEvent(QEvent* event) {
 }
 
 bool Window::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress || QApplication::activeModalWidget() ||
-      QApplication::activePopupWidget()) {
+  if (event->type() != QEvent::KeyPress || QApplication::activeModalWidget() || QApplication::activePopupWidget()) {
     return false;
   }
   auto* widget = qobject_cast<QWidget*>(watched);
   if (!widget || widget->window() != this || widget != QApplication::focusWidget()) return false;
   auto& key = static_cast<QKeyEvent&>(*event);
   const Qt::KeyboardModifiers modifiers = key.modifiers();
-  if (TakesText(widget) && !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)))
-    return false;
-  const KeyPress press = {CodeOf(key), bool(modifiers & Qt::ShiftModifier),
-                          bool(modifiers & Qt::ControlModifier), bool(modifiers & Qt::AltModifier)};
+  if (TakesText(widget) && !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))) return false;
+  const KeyPress press = {CodeOf(key), bool(modifiers & Qt::ShiftModifier), bool(modifiers & Qt::ControlModifier),
+                          bool(modifiers & Qt::AltModifier)};
   bool handled = false;
   WithOwner([&](WindowEvents& owner) { handled = press.code != 0 && owner.OnKey(press); });
   return handled;
@@ -166,9 +148,7 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
 
 // Windows
 
-Window* WindowCreate(WindowEvents& events, WindowKind kind, Window* parent) {
-  return new Window(events, kind, parent);
-}
+Window* WindowCreate(WindowEvents& events, WindowKind kind, Window* parent) { return new Window(events, kind, parent); }
 
 void WindowDestroy(Window* window) {
   window->events = nullptr;
@@ -181,12 +161,8 @@ void WindowDestroy(Window* window) {
   }
 }
 
-void WindowShow(Window* window, bool show) {
-  window->setVisible(show);
-}
-bool WindowIsVisible(const Window* window) {
-  return window->isVisible();
-}
+void WindowShow(Window* window, bool show) { window->setVisible(show); }
+bool WindowIsVisible(const Window* window) { return window->isVisible(); }
 
 void WindowRaise(Window* window) {
   if (window->isMinimized()) window->showNormal();
@@ -195,9 +171,7 @@ void WindowRaise(Window* window) {
   window->activateWindow();
 }
 
-void WindowSetTitle(Window* window, const char* title) {
-  window->setWindowTitle(ShownText(title));
-}
+void WindowSetTitle(Window* window, const char* title) { window->setWindowTitle(ShownText(title)); }
 
 void WindowSetClientSize(Window* window, int width, int height) {
   const int menuHeight = window->menuBar ? window->menuBar->sizeHint().height() : 0;
@@ -219,9 +193,7 @@ void WindowGetClientSize(const Window* window, int& width, int& height) {
   height = window->height() - menuHeight;
 }
 
-Rect WindowGetFrame(const Window* window) {
-  return {window->x(), window->y(), window->width(), window->height()};
-}
+Rect WindowGetFrame(const Window* window) { return {window->x(), window->y(), window->width(), window->height()}; }
 
 void WindowSetFrame(Window* window, const Rect& frame) {
   QRect place(frame.x, frame.y, frame.width, frame.height);
@@ -239,18 +211,14 @@ void WindowSetFrame(Window* window, const Rect& frame) {
   window->move(place.topLeft());
 }
 
-bool WindowIsMaximized(const Window* window) {
-  return window->isMaximized();
-}
+bool WindowIsMaximized(const Window* window) { return window->isMaximized(); }
 
 void WindowMaximize(Window* window, bool maximize) {
   const Qt::WindowStates states = window->windowState();
   window->setWindowState(maximize ? states | Qt::WindowMaximized : states & ~Qt::WindowMaximized);
 }
 
-void WindowMinimize(Window* window) {
-  window->showMinimized();
-}
+void WindowMinimize(Window* window) { window->showMinimized(); }
 
 void WindowCenter(Window* window, const Window* other) {
   QRect around;
@@ -272,9 +240,7 @@ void WindowDialogUnits(const Window* window, double& horizontal, double& vertica
   vertical = metrics.height();
 }
 
-double WindowScaleFactor(const Window* window) {
-  return window->devicePixelRatioF();
-}
+double WindowScaleFactor(const Window* window) { return window->devicePixelRatioF(); }
 
 // Modal runs
 
@@ -327,8 +293,6 @@ void WindowEndSession(Window* window) {
   HideAndReturn(window);
 }
 
-WindowEvents* WindowTopModal() {
-  return ModalRuns().isEmpty() ? nullptr : ModalRuns().last().window->events;
-}
+WindowEvents* WindowTopModal() { return ModalRuns().isEmpty() ? nullptr : ModalRuns().last().window->events; }
 
 }  // namespace platform

@@ -8,9 +8,7 @@
 namespace platform {
 namespace {
 
-bool IsContinuation(char c) {
-  return (c & 0xC0) == 0x80;
-}
+bool IsContinuation(char c) { return (c & 0xC0) == 0x80; }
 
 /// Bytes of the character at `text`: 1 to 4, or 0 if it is not UTF-8. `text` is zero-terminated.
 qsizetype CharacterSize(const char* text) {

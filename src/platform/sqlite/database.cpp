@@ -63,8 +63,7 @@ int WaitForLock(void* since, int tries) {
 std::string ColumnText(sqlite3_stmt* statement) {
   const unsigned char* text = sqlite3_column_text(statement, 0);
   if (!text) return {};
-  return std::string(reinterpret_cast<const char*>(text),
-                     static_cast<size_t>(sqlite3_column_bytes(statement, 0)));
+  return std::string(reinterpret_cast<const char*>(text), static_cast<size_t>(sqlite3_column_bytes(statement, 0)));
 }
 
 }  // namespace
@@ -81,13 +80,9 @@ void Database::Close() {
   isVersionKnown = false;
 }
 
-int Database::Execute(const char* sql) {
-  return sqlite3_exec(pHandle, sql, nullptr, nullptr, nullptr);
-}
+int Database::Execute(const char* sql) { return sqlite3_exec(pHandle, sql, nullptr, nullptr, nullptr); }
 
-int Database::Step(Statement statement) {
-  return sqlite3_step(statements[statement]);
-}
+int Database::Step(Statement statement) { return sqlite3_step(statements[statement]); }
 
 /// Also lets go of the texts bound to the statement, which belong to the caller.
 int Database::StepToEnd(Statement statement) {
@@ -173,9 +168,7 @@ bool Database::WithRetry(const std::function<int()>& work) {
 
 // Operations
 
-bool Database::IsWritable() {
-  return EnsureOpen() && sqlite3_db_readonly(pHandle, "main") == 0;
-}
+bool Database::IsWritable() { return EnsureOpen() && sqlite3_db_readonly(pHandle, "main") == 0; }
 
 bool Database::ReadVersion(DataVersion& version) {
   const bool isRead = (EnsureOpen() && IsUnchanged()) || WithRetry([this] { return ReadVersionLocked(); });

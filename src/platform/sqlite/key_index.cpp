@@ -7,15 +7,11 @@ namespace platform {
 
 namespace {
 
-int LowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : static_cast<unsigned char>(c);
-}
+int LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : static_cast<unsigned char>(c); }
 
 /// "/" weighs less than any byte of a name, and the end of a key less than "/": so "a", "a/b", "a b" is the
 /// order, and the keys of the name "a" are not torn apart by the name "a b".
-int Weight(char c) {
-  return c == '/' ? 1 : LowerAscii(c) + 1;
-}
+int Weight(char c) { return c == '/' ? 1 : LowerAscii(c) + 1; }
 
 int CompareWithoutCase(std::string_view left, std::string_view right) {
   const size_t common = std::min(left.size(), right.size());
@@ -55,9 +51,8 @@ void KeyIndex::Remove(std::string_view key) {
 }
 
 size_t KeyIndex::FirstWithPrefix(std::string_view prefix) const {
-  const auto first = std::partition_point(keys.begin(), keys.end(), [prefix](const std::string& key) {
-    return CompareWithoutCase(key, prefix) < 0;
-  });
+  const auto first = std::partition_point(
+      keys.begin(), keys.end(), [prefix](const std::string& key) { return CompareWithoutCase(key, prefix) < 0; });
   return static_cast<size_t>(first - keys.begin());
 }
 
@@ -69,8 +64,7 @@ std::string_view KeyIndex::NextName(std::string_view prefix, std::string_view pr
   const auto first = keys.begin() + static_cast<std::ptrdiff_t>(FirstWithPrefix(prefix));
   // An empty name never comes after `previous`, so that it is passed over with the rest.
   const auto next = std::partition_point(first, keys.end(), [=](const std::string& key) {
-    return StartsWith(key, prefix) &&
-           CompareWithoutCase(NameBehind(key, prefix.size(), limit), previous) <= 0;
+    return StartsWith(key, prefix) && CompareWithoutCase(NameBehind(key, prefix.size(), limit), previous) <= 0;
   });
   if (next == keys.end() || !StartsWith(*next, prefix)) return {};
   return NameBehind(*next, prefix.size(), limit);

@@ -33,9 +33,7 @@ Store& TheStore() {
   return *store;
 }
 
-Domain& DomainOf(Store& store, const char* name) {
-  return store.domains[name];
-}
+Domain& DomainOf(Store& store, const char* name) { return store.domains[name]; }
 
 void ApplyToIndex(KeyIndex& index, const std::string& key, bool isPresent) {
   if (isPresent) {
@@ -150,8 +148,7 @@ bool PreferencesCopyMultiple(const char* domain, const char* const* keys,
   return isAnyThere;
 }
 
-bool PreferencesSetMultiple(const char* domain, const char* const* keys, const char* const* values,
-                            int count) {
+bool PreferencesSetMultiple(const char* domain, const char* const* keys, const char* const* values, int count) {
   bool isSet = true;
   for (int i = 0; i < count; ++i) isSet = PreferencesSetValue(domain, keys[i], values[i]) && isSet;
   return isSet;
@@ -168,8 +165,7 @@ bool PreferencesVisitKeys(const char* domain, const char* prefix, size_t from,
   return true;
 }
 
-bool PreferencesNextName(const char* domain, const char* prefix, const char* previous,
-                         char (&out)[kFixedText]) {
+bool PreferencesNextName(const char* domain, const char* prefix, const char* previous, char (&out)[kFixedText]) {
   char name[kFixedText] = {};  // `previous` may lie in `out`.
   if (const Visit index(domain); index) {
     const std::string_view next = index->NextName(prefix, previous, kFixedText - 1);

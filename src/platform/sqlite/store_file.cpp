@@ -50,8 +50,7 @@ std::string FreeNameFor(const std::string& path) {
   if (strftime(time, sizeof time, "%Y%m%d-%H%M%S", &parts) == 0) time[0] = 0;
   const std::string plain = path + ".damaged-" + time;
   std::string name = plain;
-  for (int number = 2; Exists(name) && number < kMaximumTries; ++number)
-    name = plain + "-" + std::to_string(number);
+  for (int number = 2; Exists(name) && number < kMaximumTries; ++number) name = plain + "-" + std::to_string(number);
   return name;
 }
 
@@ -90,9 +89,7 @@ bool StoreFilePrepare(const std::string& path) {
   return true;
 }
 
-bool StoreFileMayBeWritten(const std::string& path) {
-  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
-}
+bool StoreFileMayBeWritten(const std::string& path) { return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0; }
 
 bool StoreFileIdentify(const std::string& path, FileIdentity& identity) {
   struct stat status;

@@ -69,9 +69,7 @@ bool IsFieldOnOrAbsent(const LSharedSettingsRecord& record, const char* field) {
 
 }  // namespace
 
-LFTPAccountSettings::LFTPAccountSettings(const char* label) {
-  TextCopy(szKey, label);
-}
+LFTPAccountSettings::LFTPAccountSettings(const char* label) { TextCopy(szKey, label); }
 
 LFTPAccountSettings::LFTPAccountSettings(const char* label, const char* user) : LFTPAccountSettings(label) {
   TextCopy(szUserName, user);
@@ -136,13 +134,9 @@ void LFTPAccountSettings::StoreRecentDirectories(const char* local, const char* 
   if (remote && remote[0]) record.SetString("RecentRemoteDirectory", remote);
 }
 
-void LFTPAccountSettings::UpdateUploadCount(int n) {
-  AddToCounter("UploadCount", n);
-}
+void LFTPAccountSettings::UpdateUploadCount(int n) { AddToCounter("UploadCount", n); }
 
-void LFTPAccountSettings::UpdateDownloadCount(int n) {
-  AddToCounter("DownloadCount", n);
-}
+void LFTPAccountSettings::UpdateDownloadCount(int n) { AddToCounter("DownloadCount", n); }
 
 void LFTPAccountSettings::UpdateRunsWithUploads() {
   if (LUserSettingIsOn("Settings", "CurrentRunHadUpload")) return;

@@ -33,16 +33,14 @@ void Normalise(const LSharedSettingsRecord& label) {
   WriteBack(label, "UserName", "");
   WriteBack(label, "Directory", "/");
   WriteBack(label, "LocalDirectory", "");
-  for (const char* flag : {"RemP", "UseExplicitSSL", "UseImplicitSSL", "UseSFTP"})
-    WriteBackAsFlag(label, flag);
+  for (const char* flag : {"RemP", "UseExplicitSSL", "UseImplicitSSL", "UseSFTP"}) WriteBackAsFlag(label, flag);
   label.SetPassword("Password", LSettingIsOn(remember) ? password : "");
   label.SetString("UseRecentRemote", "0");
   label.SetString("UseRecentLocal", "0");
 }
 
 void NormaliseAll() {
-  for (AccountIterator label{LabelList(kAccountsSection)}; !label.IsAtEnd(); label.Advance())
-    Normalise(label.record);
+  for (AccountIterator label{LabelList(kAccountsSection)}; !label.IsAtEnd(); label.Advance()) Normalise(label.record);
 }
 
 /// Deletes every second label: the walk goes on twice for each one that goes. Layouts old enough to come here
@@ -99,8 +97,7 @@ void Move(const LSharedSettingsRecord& label) {
 }
 
 void MoveAll() {
-  for (AccountIterator label{LabelList(kAccountsSection)}; !label.IsAtEnd(); label.Advance())
-    Move(label.record);
+  for (AccountIterator label{LabelList(kAccountsSection)}; !label.IsAtEnd(); label.Advance()) Move(label.record);
 }
 
 void NumberFirstRecords() {

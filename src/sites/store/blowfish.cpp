@@ -10,9 +10,7 @@ constexpr int kWordsInP = kRounds + 2;
 
 }  // namespace
 
-LBlowFish::LBlowFish() {
-  ResetTables();
-}
+LBlowFish::LBlowFish() { ResetTables(); }
 
 void LBlowFish::ResetTables() {
   memcpy(P, kBlowfishInitialP, sizeof P);
@@ -26,8 +24,7 @@ void LBlowFish::SetKey(const char* text) {
   size_t next = 0;
   for (uint32_t& word : P) {
     uint32_t part = 0;
-    for (int i = 0; i < 4; ++i, next = (next + 1) % length)
-      part = part << 8 | static_cast<unsigned char>(text[next]);
+    for (int i = 0; i < 4; ++i, next = (next + 1) % length) part = part << 8 | static_cast<unsigned char>(text[next]);
     word ^= part;
   }
   uint32_t left = 0;

@@ -15,8 +15,7 @@ bool IsDirectChild(const char* rest, size_t& length) {
 
 }  // namespace
 
-bool _LSettingFindRecord(LSettingsUser, char (&out)[kTextSize], int& index, const char* path,
-                         const char* sub) {
+bool _LSettingFindRecord(LSettingsUser, char (&out)[kTextSize], int& index, const char* path, const char* sub) {
   char full[kJoinedPathSize];
   if (sub[0] == 0) {
     TextCopy(full, path);
@@ -28,20 +27,18 @@ bool _LSettingFindRecord(LSettingsUser, char (&out)[kTextSize], int& index, cons
   TextAppend(full, "/");
   const size_t prefix = strlen(full);
   bool isFound = false;
-  platform::PreferencesVisitKeys(kSettingsDomain, full, static_cast<size_t>(index),
-                                 [&](size_t at, const char* key) {
-                                   size_t length;
-                                   isFound = IsDirectChild(key + prefix, length);
-                                   if (!isFound) return true;
-                                   TextCopyPart(out, key + prefix, length);
-                                   index = static_cast<int>(at);
-                                   return false;
-                                 });
+  platform::PreferencesVisitKeys(kSettingsDomain, full, static_cast<size_t>(index), [&](size_t at, const char* key) {
+    size_t length;
+    isFound = IsDirectChild(key + prefix, length);
+    if (!isFound) return true;
+    TextCopyPart(out, key + prefix, length);
+    index = static_cast<int>(at);
+    return false;
+  });
   if (!isFound) index = static_cast<int>(platform::PreferencesKeyCount(kSettingsDomain));
   return isFound;
 }
 
-bool _LSettingPlistGetNextKey(LSettingsUser, const char* prefix, const char* previous,
-                              char (&out)[kTextSize]) {
+bool _LSettingPlistGetNextKey(LSettingsUser, const char* prefix, const char* previous, char (&out)[kTextSize]) {
   return platform::PreferencesNextName(kSettingsDomain, prefix, previous, out);
 }

@@ -77,8 +77,7 @@ bool LUserSettingSetPassword(const char* section, const char* key, const char* t
   return LUserSettingSetString(section, protectedKey, stored);
 }
 
-bool LUserSettingGetPassword(const char* section, const char* key, const char* /*ignored*/,
-                             char (&out)[kTextSize]) {
+bool LUserSettingGetPassword(const char* section, const char* key, const char* /*ignored*/, char (&out)[kTextSize]) {
   char protectedKey[kJoinedPathSize];
   TextFormat(protectedKey, "__%s", key);
   if (!_LUserSettingGetString(section, protectedKey, "", out)) return false;

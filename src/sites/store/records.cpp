@@ -2,8 +2,7 @@
 
 #include "sites/store/settings.h"
 
-bool LSharedSettingsRecord::GetString(const char* field, const char* defaultValue,
-                                      char (&out)[kTextSize]) const {
+bool LSharedSettingsRecord::GetString(const char* field, const char* defaultValue, char (&out)[kTextSize]) const {
   return _LSettingGetString(user, szKeyPath, field, defaultValue, out);
 }
 
@@ -25,12 +24,9 @@ bool LSharedSettingsRecord::SetString(const char* field, const char* value) cons
   return _LSettingMakeParentKeyPath(user, szKeyPath) && _LSettingSetString(user, szKeyPath, field, value);
 }
 
-bool LSharedSettingsRecord::SetPassword(const char* field, const char* text) const {
-  return SetString(field, text);
-}
+bool LSharedSettingsRecord::SetPassword(const char* field, const char* text) const { return SetString(field, text); }
 
-bool LSharedSettingsRecord::GetPassword(const char* field, const char* defaultValue,
-                                        char (&out)[kTextSize]) const {
+bool LSharedSettingsRecord::GetPassword(const char* field, const char* defaultValue, char (&out)[kTextSize]) const {
   return GetString(field, defaultValue, out);
 }
 
@@ -50,9 +46,7 @@ bool LSharedSettingsRecord::TestSubRecordExists(const char* name) const {
   return _LSettingFindRecord(user, child, index, szKeyPath, name);
 }
 
-bool LSharedSettingsRecord::DeleteRecord() const {
-  return _LSettingDeleteSection(user, szKeyPath);
-}
+bool LSharedSettingsRecord::DeleteRecord() const { return _LSettingDeleteSection(user, szKeyPath); }
 
 bool LSharedSettingsRecord::DeleteSubRecord(const char* name) const {
   char path[kJoinedPathSize];

@@ -35,12 +35,11 @@ bool _LSettingDeleteSection(LSettingsUser, const char* path) {
   LSettingJoinPath(prefix, path, "");
   bool isAnyRemoved = false;
   bool isWritten = true;
-  const bool hasKeys =
-      platform::PreferencesVisitKeys(kSettingsDomain, prefix, 0, [&](size_t, const char* key) {
-        isWritten = platform::PreferencesSetValue(kSettingsDomain, key, nullptr) && isWritten;
-        isAnyRemoved = true;
-        return true;
-      });
+  const bool hasKeys = platform::PreferencesVisitKeys(kSettingsDomain, prefix, 0, [&](size_t, const char* key) {
+    isWritten = platform::PreferencesSetValue(kSettingsDomain, key, nullptr) && isWritten;
+    isAnyRemoved = true;
+    return true;
+  });
   if (isAnyRemoved) isWritten = LSettingSynchronise() && isWritten;
   return hasKeys && isWritten;
 }
@@ -75,8 +74,7 @@ bool ParentOfPath(char (&out)[kTextSize], const char* path) {
 
 }  // namespace
 
-bool _LSettingChangePrimaryKey(LSettingsUser, const char* path, const char* newName,
-                               char (&outPath)[kTextSize]) {
+bool _LSettingChangePrimaryKey(LSettingsUser, const char* path, const char* newName, char (&outPath)[kTextSize]) {
   char parent[kTextSize];
   char oldPath[kJoinedPathSize];
   TextCopy(oldPath, path);  // Both arguments may lie in the record that takes `outPath`.

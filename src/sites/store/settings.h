@@ -22,8 +22,7 @@ constexpr const char* kSettingsDomain = "com.tessalysoft.orvaneftpjp";
 // Settings of this program, by section and key. A section may end in "/" or not.
 
 /// True when the key is there; otherwise `out` is the default. The fixed form cuts a long value.
-bool _LUserSettingGetString(const char* section, const char* key, const char* defaultValue,
-                            char (&out)[kTextSize]);
+bool _LUserSettingGetString(const char* section, const char* key, const char* defaultValue, char (&out)[kTextSize]);
 bool _LUserSettingGetString(const char* section, const char* key, const char* defaultValue,
                             LStringLongTemplate<char>& out);
 bool LUserSettingSetString(const char* section, const char* key, const char* value);
@@ -43,20 +42,13 @@ bool LUserSettingTestKeyFullPathExists(LSettingsUser user, const char* key);
 /// Keeps the text where a glance at the file does not read it, under the key "__" + `key`.
 bool LUserSettingSetPassword(const char* section, const char* key, const char* text);
 /// Absent gives empty. The third argument is not used.
-bool LUserSettingGetPassword(const char* section, const char* key, const char* ignored,
-                             char (&out)[kTextSize]);
+bool LUserSettingGetPassword(const char* section, const char* key, const char* ignored, char (&out)[kTextSize]);
 
 /// The usual rule for booleans: on when not empty and not beginning with "0".
-inline bool LSettingIsOn(const char* value) {
-  return value[0] != 0 && value[0] != '0';
-}
+inline bool LSettingIsOn(const char* value) { return value[0] != 0 && value[0] != '0'; }
 /// The other rule, for settings that are on until they are switched off: an absent value is on.
-inline bool LSettingIsOnOrAbsent(const char* value) {
-  return value[0] != '0';
-}
-inline const char* LSettingFromBool(bool value) {
-  return value ? "1" : "0";
-}
+inline bool LSettingIsOnOrAbsent(const char* value) { return value[0] != '0'; }
+inline const char* LSettingFromBool(bool value) { return value ? "1" : "0"; }
 /// The setting by the usual rule.
 bool LUserSettingIsOn(const char* section, const char* key);
 

@@ -99,8 +99,7 @@ bool LXMLSettingSetString(const char* file, const char* section, const char* key
   return Save(file, document);
 }
 
-bool _LSharedSettingGetString(const char* section, const char* key, const char* defaultValue,
-                              char (&out)[kTextSize]) {
+bool _LSharedSettingGetString(const char* section, const char* key, const char* defaultValue, char (&out)[kTextSize]) {
   char file[kTextSize];
   SharedFile(file);
   return LXMLSettingGetString(file, section, key, defaultValue, out);

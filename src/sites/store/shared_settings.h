@@ -24,8 +24,7 @@ bool LXMLSettingGetString(const char* file, const char* section, const char* key
 /// False if the value was dropped.
 bool LXMLSettingSetString(const char* file, const char* section, const char* key, const char* value);
 
-bool _LSharedSettingGetString(const char* section, const char* key, const char* defaultValue,
-                              char (&out)[kTextSize]);
+bool _LSharedSettingGetString(const char* section, const char* key, const char* defaultValue, char (&out)[kTextSize]);
 bool LSharedSettingSetString(const char* section, const char* key, const char* value);
 /// For int: the value as a decimal number; an absent or empty one gives the default.
 template <typename T>

@@ -8,9 +8,7 @@ namespace {
 thread_local int batchDepth = 0;
 thread_local bool isBatchDirty = false;
 
-const char* OrEmpty(const char* text) {
-  return text ? text : "";
-}
+const char* OrEmpty(const char* text) { return text ? text : ""; }
 
 }  // namespace
 
@@ -65,9 +63,7 @@ bool LSettingSynchronise() {
   return platform::PreferencesSynchronize(kSettingsDomain);
 }
 
-LSettingsBatch::LSettingsBatch() {
-  ++batchDepth;
-}
+LSettingsBatch::LSettingsBatch() { ++batchDepth; }
 
 LSettingsBatch::~LSettingsBatch() {
   if (--batchDepth > 0 || !isBatchDirty) return;

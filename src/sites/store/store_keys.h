@@ -36,19 +36,16 @@ bool _LSettingMakeParentKeyPath(LSettingsUser user, const char* path);
 bool _LSettingDeleteSection(LSettingsUser user, const char* path);
 /// Moves every key under `path`, which ends in "/", to the name `newName` in the same parent. `outPath` is
 /// the new path without a trailing "/". True if there was anything to move.
-bool _LSettingChangePrimaryKey(LSettingsUser user, const char* path, const char* newName,
-                               char (&outPath)[kTextSize]);
+bool _LSettingChangePrimaryKey(LSettingsUser user, const char* path, const char* newName, char (&outPath)[kTextSize]);
 
 // Walks.
 
 /// The first direct child of path/sub at or after position `index` of the key list, which is left on it.
-bool _LSettingFindRecord(LSettingsUser user, char (&out)[kTextSize], int& index, const char* path,
-                         const char* sub);
+bool _LSettingFindRecord(LSettingsUser user, char (&out)[kTextSize], int& index, const char* path, const char* sub);
 /// The name after `previous` among the next-level names under `prefix`, in ascending order without regard to
 /// case, each once; empty `previous` for the first. Fields and records come alike. False with an empty `out`
 /// at the end.
-bool _LSettingPlistGetNextKey(LSettingsUser user, const char* prefix, const char* previous,
-                              char (&out)[kTextSize]);
+bool _LSettingPlistGetNextKey(LSettingsUser user, const char* prefix, const char* previous, char (&out)[kTextSize]);
 
 /// Makes the writes so far durable; under an LSettingsBatch, leaves that to its end.
 bool LSettingSynchronise();

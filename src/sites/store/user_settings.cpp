@@ -10,8 +10,7 @@
 #include "support/files.h"
 #include "support/log.h"
 
-bool _LUserSettingGetString(const char* section, const char* key, const char* defaultValue,
-                            char (&out)[kTextSize]) {
+bool _LUserSettingGetString(const char* section, const char* key, const char* defaultValue, char (&out)[kTextSize]) {
   return _LSettingGetString(kCFPreferencesCurrentUser, section, key, defaultValue, out);
 }
 
@@ -68,9 +67,7 @@ bool LUserSettingDeleteItem(const char* section, const char* key) {
   return _LSettingDeleteItem(kCFPreferencesCurrentUser, section, twin) && isDeleted;
 }
 
-bool LUserSettingDeleteSection(const char* path) {
-  return _LSettingDeleteSection(kCFPreferencesCurrentUser, path);
-}
+bool LUserSettingDeleteSection(const char* path) { return _LSettingDeleteSection(kCFPreferencesCurrentUser, path); }
 
 bool LUserSettingTestExists(LSettingsUser user, const char* section, const char* key) {
   char path[kJoinedPathSize];
@@ -98,17 +95,14 @@ void LSettingGetCFPreferencesApplicationKeyLongForApplication(char (&out)[kTextS
 bool LSettingForApplicationSetString(const char* application, const char* key, const char* value) {
   char domain[kTextSize];
   LSettingGetCFPreferencesApplicationKeyLongForApplication(domain, application);
-  return platform::PreferencesSetValue(domain, key, value ? value : "") &&
-         platform::PreferencesSynchronize(domain);
+  return platform::PreferencesSetValue(domain, key, value ? value : "") && platform::PreferencesSynchronize(domain);
 }
 
 bool LSettingForApplicationSetBool(const char* application, const char* key, bool value) {
   return LSettingForApplicationSetString(application, key, LSettingFromBool(value));
 }
 
-bool LSettingsTakeDamagedStore(char (&out)[kTextSize]) {
-  return platform::PreferencesTakeDamagedFile(out);
-}
+bool LSettingsTakeDamagedStore(char (&out)[kTextSize]) { return platform::PreferencesTakeDamagedFile(out); }
 
 void LSettingsLogDamagedStore() {
   char kept[kTextSize];

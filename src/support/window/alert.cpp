@@ -50,7 +50,8 @@ bool LAlertWithButtonText::DisplayOkCancelDefaultCancel(View view, const char* t
   return RunWith(view, LAlert::kInformation, text, title, cancel, ok, nullptr) == 2;
 }
 
-bool LAlertWithButtonText::DisplayYesNo(View view, const char* text, const char* title, const char* yes, const char* no) {
+bool LAlertWithButtonText::DisplayYesNo(View view, const char* text, const char* title, const char* yes,
+                                        const char* no) {
   return DisplayOkCancel(view, text, title, yes, no);
 }
 

@@ -30,7 +30,8 @@ class LAlertWithButtonText {
   using View = LMacWindow*;
   static bool DisplayOkCancel(View, const char* text, const char* title, const char* ok, const char* cancel);
   /// The cancel button is first, so it is the default.
-  static bool DisplayOkCancelDefaultCancel(View, const char* text, const char* title, const char* ok, const char* cancel);
+  static bool DisplayOkCancelDefaultCancel(View, const char* text, const char* title, const char* ok,
+                                           const char* cancel);
   static bool DisplayYesNo(View, const char* text, const char* title, const char* yes, const char* no);
   /// 1 yes, 2 cancel, 3 no.
   static int DisplayYesNoCancel(View, const char* text, const char* title, const char* yes, const char* no,

@@ -78,7 +78,9 @@ void LMacWindow::LVGetColumnString(int id, int row, int column, char (&text)[kTe
   if (pNative) platform::ListGetCell(pNative, id, row, column, text);
 }
 
-intptr_t LMacWindow::LVGetItemData(int id, int row) const { return pNative ? platform::ListGetData(pNative, id, row) : 0; }
+intptr_t LMacWindow::LVGetItemData(int id, int row) const {
+  return pNative ? platform::ListGetData(pNative, id, row) : 0;
+}
 
 int LMacWindow::LVGetCount(int id) const { return pNative ? platform::ListCount(pNative, id) : 0; }
 

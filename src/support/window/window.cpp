@@ -111,9 +111,13 @@ double LMacWindow::VerticalUnit() const {
   return vertical;
 }
 
-int LMacWindow::UnitsToPixelsX(double units) const { return static_cast<int>(std::floor(units * HorizontalUnit() + 0.5)); }
+int LMacWindow::UnitsToPixelsX(double units) const {
+  return static_cast<int>(std::floor(units * HorizontalUnit() + 0.5));
+}
 
-int LMacWindow::UnitsToPixelsY(double units) const { return static_cast<int>(std::floor(units * VerticalUnit() + 0.5)); }
+int LMacWindow::UnitsToPixelsY(double units) const {
+  return static_cast<int>(std::floor(units * VerticalUnit() + 0.5));
+}
 
 void LMacWindow::WindowSizeSettingsStore(const char* key) {
   if (!pNative) return;

@@ -32,9 +32,8 @@ TEST(RemotePaths, TheRemotePathOfALocalOne) {
       {"/home/anna/", "/upload", "/home/anna/a.txt", "/upload/a.txt"},
       {"/home/anna", "/upload", "/home/anna/x/y.txt", "/upload/x/y.txt"},
       {"/home/anna", "/u", "/home/anna/x\\y.txt", "/u/x/y.txt"},
-      {"/home/anna", "/u/", "/home/anna/a", "/u//a"},  // The base is taken as it is.
-      {"/home/anna", "/u", "/tmp/otherplace/z",
-       "/u/place/z"},  // As many bytes go as the base has, whatever they are.
+      {"/home/anna", "/u/", "/home/anna/a", "/u//a"},           // The base is taken as it is.
+      {"/home/anna", "/u", "/tmp/otherplace/z", "/u/place/z"},  // As many bytes go as the base has, whatever they are.
       {"/home/anna", "/u", "/x", "/u/"},
   };
   for (const auto& row : rows) {
@@ -67,8 +66,7 @@ TEST(RemotePaths, AreJoinedByOneSeparator) {
 
 TEST(RemotePaths, ANameWithASeparatorIsNotPlain) {
   EXPECT_TRUE(RemoteNameIsPlain("a b.txt"));
-  for (const char* name : {"../x", "/etc/passwd", "a\\b", "x/"})
-    EXPECT_FALSE(RemoteNameIsPlain(name)) << name;
+  for (const char* name : {"../x", "/etc/passwd", "a\\b", "x/"}) EXPECT_FALSE(RemoteNameIsPlain(name)) << name;
 }
 
 TEST(RemotePaths, SizesAreComparedAsTheyAreShown) {

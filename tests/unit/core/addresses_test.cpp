@@ -149,8 +149,7 @@ TEST(ConnectByName, TriesTheNextAddressAfterARefusal) {
   Stoppable process;
   LSSLSocketTCP socket;
   // Nothing listens at the first address of the name; the default port is the server's.
-  ASSERT_EQ(ProcessConnect<char>(process, socket, "second.test", server.Port(), 5000, true),
-            LProcessResultOk);
+  ASSERT_EQ(ProcessConnect<char>(process, socket, "second.test", server.Port(), 5000, true), LProcessResultOk);
   EXPECT_STREQ(socket.szPeerName, "second.test");
 }
 

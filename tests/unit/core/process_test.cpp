@@ -54,9 +54,9 @@ void ExpectWaitsReachParent(LProcessInterface& child, Parent& parent) {
   EXPECT_EQ(child.ProcessWaitUntilStopped(), LProcessResultStopped);
   EXPECT_EQ(child.ProcessWaitSignalForever(LSignalObjectRef(7)), LProcessResultStopped);
   EXPECT_EQ(child.ProcessWaitSignalObjectGroupForever(group), LProcessResultStopped);
-  EXPECT_THAT(parent.waits, ElementsAre(Pair("wait", 5u), Pair("signal 7", 6u), Pair("group 1", 8u),
-                                        Pair("wait", 4294967295u), Pair("signal 7", 4294967295u),
-                                        Pair("group 1", 4294967295u)));
+  EXPECT_THAT(parent.waits,
+              ElementsAre(Pair("wait", 5u), Pair("signal 7", 6u), Pair("group 1", 8u), Pair("wait", 4294967295u),
+                          Pair("signal 7", 4294967295u), Pair("group 1", 4294967295u)));
 }
 
 TEST(Process, SubProcessMapsProgressAndSinksStatus) {
@@ -156,8 +156,7 @@ TEST(ProcessVoid, WaitsForSignals) {
   EXPECT_EQ(process.ProcessWaitSignalObjectGroup(group, 20), LProcessResultFailed);
   signal.Signal();
   EXPECT_EQ(process.ProcessWaitSignal(signal.Ref(), 5000), LProcessResultOk);
-  EXPECT_EQ(process.ProcessWaitSignalForever(signal.Ref()), LProcessResultOk)
-      << "A signal stays until it is reset";
+  EXPECT_EQ(process.ProcessWaitSignalForever(signal.Ref()), LProcessResultOk) << "A signal stays until it is reset";
   EXPECT_EQ(process.ProcessWaitSignalObjectGroupForever(group), LProcessResultOk);
 }
 

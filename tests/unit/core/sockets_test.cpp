@@ -19,13 +19,9 @@ namespace {
 
 constexpr unsigned kEnough = 10000;  ///< Never reached unless something is wrong.
 
-void Pause(int ms) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
+void Pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
-LIPAddressWithPort Loopback(uint16_t port) {
-  return {htonl(INADDR_LOOPBACK), htons(port)};
-}
+LIPAddressWithPort Loopback(uint16_t port) { return {htonl(INADDR_LOOPBACK), htons(port)}; }
 
 /// Holds a server's function back.
 class Gate {
@@ -201,8 +197,7 @@ TEST(SocketsConnect, InvalidAddressesFailAtOnce) {
 
 TEST(SocketsConnect, SeveralAddressesAreTriedInOrder) {
   TlsTestServer server([](TlsTestPeer&) {});
-  const LIPAddressMultiHomedWithPort target = {server.Port(),
-                                               {2, {inet_addr("127.0.0.2"), htonl(INADDR_LOOPBACK)}}};
+  const LIPAddressMultiHomedWithPort target = {server.Port(), {2, {inet_addr("127.0.0.2"), htonl(INADDR_LOOPBACK)}}};
   Stoppable process;
   LIPSocketTCP plain;
   EXPECT_EQ(ProcessConnect(process, plain, target, kEnough), LProcessResultOk);
@@ -219,8 +214,7 @@ TEST(SocketsConnect, CloseForgetsThePeerName) {
   TlsTestServer server([](TlsTestPeer&) {});
   Stoppable process;
   LSSLSocketTCP socket;
-  ASSERT_EQ(ProcessConnect(process, socket, "a.test:990", Loopback(server.Port()), kEnough),
-            LProcessResultOk);
+  ASSERT_EQ(ProcessConnect(process, socket, "a.test:990", Loopback(server.Port()), kEnough), LProcessResultOk);
   EXPECT_STREQ(socket.szPeerName, "a.test");
   socket.CloseSocket();
   EXPECT_STREQ(socket.szPeerName, "");
@@ -329,11 +323,9 @@ TYPED_TEST(Sockets, AnyOfSeveralCharactersEndsARead) {
   char buffer[20];
   size_t received = 0;
   auto&& used = this->Use();
-  EXPECT_EQ(ProcessRecvToCharacter(this->process, used, buffer, 20, received, ",;", kEnough),
-            LProcessResultOk);
+  EXPECT_EQ(ProcessRecvToCharacter(this->process, used, buffer, 20, received, ",;", kEnough), LProcessResultOk);
   EXPECT_EQ(std::string(buffer, received), std::string("ab\0c;", 5)) << "A zero byte ends nothing";
-  EXPECT_EQ(ProcessRecvToCharacter(this->process, used, buffer, 1, received, ",;", kEnough),
-            LProcessResultOk);
+  EXPECT_EQ(ProcessRecvToCharacter(this->process, used, buffer, 1, received, ",;", kEnough), LProcessResultOk);
   EXPECT_EQ(std::string(buffer, received), "d") << "No more than the buffer takes";
 }
 
@@ -411,8 +403,7 @@ TYPED_TEST(Sockets, WaitForDataOrClose) {
   EXPECT_GE(watch.Ms(), 390) << "Two slices of 200 ms";
   EXPECT_LE(this->process.WidestGapMs(), kWidestSliceMs);
   EXPECT_EQ(ProcessSendString(this->process, used, "x", kEnough), LProcessResultOk);
-  EXPECT_EQ(ProcessWaitForDataOrClose(this->process, used, kEnough), LProcessResultOk)
-      << "A close ends the wait";
+  EXPECT_EQ(ProcessWaitForDataOrClose(this->process, used, kEnough), LProcessResultOk) << "A close ends the wait";
 }
 
 TYPED_TEST(Sockets, InvalidDescriptorFailsAtOnce) {
@@ -422,8 +413,7 @@ TYPED_TEST(Sockets, InvalidDescriptorFailsAtOnce) {
   const Stopwatch watch;
   EXPECT_EQ(ProcessWaitForDataOrClose(this->process, used, kEnough), LProcessResultFailed);
   EXPECT_EQ(ProcessRecvReady(this->process, used, &byte, 1, received, kEnough), LProcessResultFailed);
-  EXPECT_EQ(ProcessRecvToCharacter(this->process, used, &byte, 1, received, "\n", kEnough),
-            LProcessResultFailed);
+  EXPECT_EQ(ProcessRecvToCharacter(this->process, used, &byte, 1, received, "\n", kEnough), LProcessResultFailed);
   EXPECT_EQ(ProcessSend(this->process, used, "x", 1, kEnough), LProcessResultFailed);
   EXPECT_LT(watch.Ms(), 1000);
 }
@@ -440,10 +430,8 @@ TYPED_TEST(Sockets, StopEndsEveryWaitAndLeavesTheSocketOpen) {
   LFixedLengthStringWriterTemplate<char> writer(text);
   const std::vector<std::pair<const char*, std::function<LProcessResult(LProcessInterface&)>>> operations = {
       {"wait", [&](LProcessInterface& p) { return ProcessWaitForDataOrClose(p, used, kEnough); }},
-      {"ready",
-       [&](LProcessInterface& p) { return ProcessRecvReady(p, used, buffer, 4, received, kEnough); }},
-      {"bytes",
-       [&](LProcessInterface& p) { return ProcessRecvBytes(p, used, buffer, 4, received, kEnough); }},
+      {"ready", [&](LProcessInterface& p) { return ProcessRecvReady(p, used, buffer, 4, received, kEnough); }},
+      {"bytes", [&](LProcessInterface& p) { return ProcessRecvBytes(p, used, buffer, 4, received, kEnough); }},
       {"line", [&](LProcessInterface& p) { return ProcessRecvLineToWriter(p, used, writer, kEnough); }},
       {"send", [&](LProcessInterface& p) { return ProcessSend(p, used, much.data(), much.size(), kEnough); }},
   };
@@ -560,8 +548,7 @@ TYPED_TEST(Sockets, LargeTransferBothWaysThroughASlowReader) {
   EXPECT_EQ(ProcessSend(this->process, used, data.data(), data.size(), kEnough), LProcessResultOk);
   std::string back(data.size(), '\0');
   size_t received = 0;
-  EXPECT_EQ(ProcessRecvBytes(this->process, used, back.data(), back.size(), received, kEnough),
-            LProcessResultOk);
+  EXPECT_EQ(ProcessRecvBytes(this->process, used, back.data(), back.size(), received, kEnough), LProcessResultOk);
   EXPECT_TRUE(back == data);
   this->EndServer();
 }

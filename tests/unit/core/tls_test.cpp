@@ -25,9 +25,7 @@ using ::testing::HasSubstr;
 constexpr unsigned kEnough = 10000;  ///< Never reached unless something is wrong.
 constexpr size_t kPiece = 256 * 1024;
 
-void Pause(int ms) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
+void Pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
 /// Bytes in which a lost, doubled or moved piece shows.
 std::string Pattern(size_t size) {
@@ -76,8 +74,7 @@ class Tls : public ::testing::Test {
   LProcessResult ReceiveReady(std::string& text) {
     text.assign(64, '\0');
     size_t received = 0;
-    const LProcessResult result =
-        ProcessRecvReady(process, socket, text.data(), text.size(), received, kEnough);
+    const LProcessResult result = ProcessRecvReady(process, socket, text.data(), text.size(), received, kEnough);
     text.resize(received);
     return result;
   }
@@ -100,8 +97,7 @@ class Tls : public ::testing::Test {
     size_t done = 0;
     for (;;) {
       size_t sent = 0;
-      const TlsStatus status =
-          socket.WriteAvailable(data.data() + done, std::min(kPiece, data.size() - done), sent);
+      const TlsStatus status = socket.WriteAvailable(data.data() + done, std::min(kPiece, data.size() - done), sent);
       done += sent;
       if (status == TlsStatus::kWouldBlock) {
         EXPECT_EQ(socket.PollEvents(), POLLOUT);
@@ -146,8 +142,7 @@ TEST_F(Tls, CertificatesAreCheckedAgainstChainNameAndTime) {
       {TestCertificate::kOldTls, "localhost", "protocol version"},
   };
   for (const Row& row : rows) {
-    SCOPED_TRACE(std::string(row.name) + " with certificate " +
-                 std::to_string(static_cast<int>(row.certificate)));
+    SCOPED_TRACE(std::string(row.name) + " with certificate " + std::to_string(static_cast<int>(row.certificate)));
     ServeSecure([](TlsTestPeer& peer) { peer.Send("in\n"); }, row.certificate);
     Connect(row.name);
     EXPECT_EQ(socket.ConvertSocketToSSLTimeOut(kEnough), row.error == nullptr);
@@ -198,8 +193,7 @@ TEST_F(Tls, ServerNameIsSentForNamesOnly) {
 
 TEST_F(Tls, NewestVersionAndAFullHandshakeEachTime) {
   const auto tell = [](TlsTestPeer& peer) {
-    peer.Send(std::string(SSL_get_version(peer.Tls())) +
-              (SSL_session_reused(peer.Tls()) ? " again\n" : " new\n"));
+    peer.Send(std::string(SSL_get_version(peer.Tls())) + (SSL_session_reused(peer.Tls()) ? " again\n" : " new\n"));
     peer.Receive(1);
   };
   ServeSecure(tell);
@@ -371,11 +365,9 @@ TEST_F(Tls, EndsOfTheStreamAreToldApart) {
     bool isClean;
   };
   const Row rows[] = {
-      {"notice and close", [](TlsTestPeer& peer) { peer.SendCloseNotice(); }, TlsStatus::kClosedGracefully,
-       true},
+      {"notice and close", [](TlsTestPeer& peer) { peer.SendCloseNotice(); }, TlsStatus::kClosedGracefully, true},
       {"close alone", [](TlsTestPeer&) {}, TlsStatus::kClosedGracefully, false},
-      {"half a record",
-       [](TlsTestPeer& peer) { (void)send(peer.Fd(), "\x17\x03\x03\x01\x00rubbish", 12, 0); },
+      {"half a record", [](TlsTestPeer& peer) { (void)send(peer.Fd(), "\x17\x03\x03\x01\x00rubbish", 12, 0); },
        TlsStatus::kClosedGracefully, false},
       {"broken record",
        [](TlsTestPeer& peer) {
@@ -550,8 +542,7 @@ TEST_F(Tls, StreamsOfSeveralThreadsDoNotDisturbEachOther) {
       if (ProcessConnect(own, client, "localhost", address, kEnough) != LProcessResultOk) return;
       if (!client.ConvertSocketToSSLTimeOut(kEnough)) return;
       std::string back(data.size(), '\0');
-      if (ProcessRecvBytes(own, client, back.data(), back.size(), kEnough) == LProcessResultOk &&
-          back == data) {
+      if (ProcessRecvBytes(own, client, back.data(), back.size(), kEnough) == LProcessResultOk && back == data) {
         ++whole;
       }
     });

@@ -32,8 +32,7 @@ TEST(LinePieces, EndAtLineEndsAndZeroBytes) {
       {"a\r" + zero + "\nb", {"a", "", "", "b"}},
       {"\n", {""}},
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(PiecesOf(row.bytes), row.pieces) << testing::PrintToString(row.bytes);
+  for (const auto& row : rows) EXPECT_EQ(PiecesOf(row.bytes), row.pieces) << testing::PrintToString(row.bytes);
 }
 
 TEST(LinePieces, AreCutAt259Bytes) {

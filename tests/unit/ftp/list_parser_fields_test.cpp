@@ -46,8 +46,7 @@ TEST(ListFields, Numbers) {
   EXPECT_EQ(0, Parser::strntoi("12", 0));
   EXPECT_EQ(5000000000ULL, Parser::strntoi64("5000000000x", 11));
   EXPECT_EQ(0U, Parser::strntoi64("x5", 2));
-  EXPECT_EQ(1U, Parser::strntoi64((std::string(258, '0') + "1999").c_str(), 262))
-      << "259 characters are read";
+  EXPECT_EQ(1U, Parser::strntoi64((std::string(258, '0') + "1999").c_str(), 262)) << "259 characters are read";
 }
 
 TEST(ListFields, Sizes) {
@@ -219,8 +218,7 @@ class MonthList {
       const size_t blank = pairs.find(' ', start);
       size_t end = pairs.find(' ', blank + 1);
       if (end == std::string::npos) end = pairs.size();
-      rows.emplace_back(pairs.substr(start, blank - start),
-                        std::stoi(pairs.substr(blank + 1, end - blank - 1)));
+      rows.emplace_back(pairs.substr(start, blank - start), std::stoi(pairs.substr(blank + 1, end - blank - 1)));
       start = end + 1;
     }
   }
@@ -241,15 +239,14 @@ TEST(ListFields, MonthTable) {
   }
   list.Add("10 10 11 11 12 12");
   list.Add(ToSingleByte("mrz 3 m\u00E4r 3 m\u00E4rz 3 mai 5 juni 6 juli 7 okt 10 dez 12", kLatin1));
-  list.Add(ToSingleByte(
-      "j\u00E4n 1 janv 1 f\u00E9b 2 f\u00E9v 2 fev 2 f\u00E9vr 2 fevr 2 mars 3 mrs 3 avr 4 juin 6 "
-      "juil 7 jui 7 ao\u00FB 8 ao\u00FBt 8 aout 8 d\u00E9c 12 dec 12",
-      kLatin1));
+  list.Add(
+      ToSingleByte("j\u00E4n 1 janv 1 f\u00E9b 2 f\u00E9v 2 fev 2 f\u00E9vr 2 fevr 2 mars 3 mrs 3 avr 4 juin 6 "
+                   "juil 7 jui 7 ao\u00FB 8 ao\u00FBt 8 aout 8 d\u00E9c 12 dec 12",
+                   kLatin1));
   list.Add("gen 1 mag 5 giu 6 lug 7 ago 8 set 9 ott 10 dic 12");
   list.Add("ene 1 fbro 2 mzo 3 ab 4 abr 4 agto 8 sbre 9 obre 9 nbre 9 dbre 9");
   list.Add("sty 1 lut 2 kwi 4 maj 5 cze 6 lip 7 sie 8 wrz 9 pa 10 lis 11 gru 12");
-  list.Add(ToSingleByte("янв 1 фев 2 мар 3 апр 4 май 5 июн 6 июл 7 авг 8 сен 9 окт 10 ноя 11 дек 12",
-                        kWindows1251));
+  list.Add(ToSingleByte("янв 1 фев 2 мар 3 апр 4 май 5 июн 6 июл 7 авг 8 сен 9 окт 10 ноя 11 дек 12", kWindows1251));
   list.Add("mrt 3 mei 5 out 10");
   list.AddNumbersWith("\x8C\x8E");
   list.AddNumbersWith("\xC6\xD4");

@@ -47,8 +47,7 @@ TEST(TransferProgress, ShowsSmallFilesAtEachBlockAndLargeOnesAHundredTimes) {
       const std::vector<uint64_t> showings = Showings(progress, row.size);
       ASSERT_EQ(showings.size(), row.showings);
       for (size_t i = 0; i < showings.size(); ++i) EXPECT_EQ(showings[i], row.first + i * row.step);
-      EXPECT_NEAR(progress.Fraction(),
-                  way == FtpTransferProgress::kDownload ? row.endDownload : row.endUpload, 1e-9);
+      EXPECT_NEAR(progress.Fraction(), way == FtpTransferProgress::kDownload ? row.endDownload : row.endUpload, 1e-9);
     }
   }
 }

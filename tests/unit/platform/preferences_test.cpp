@@ -76,9 +76,8 @@ TEST_F(Preferences, SetsAndCopiesMany) {
   Reopen();
   const char* const asked[] = {"c", "b", "a", nullptr};
   std::string seen;
-  EXPECT_TRUE(platform::PreferencesCopyMultiple(kDomain, asked, [&seen](const char* key, const char* value) {
-    seen += std::string(key) + value + " ";
-  }));
+  EXPECT_TRUE(platform::PreferencesCopyMultiple(
+      kDomain, asked, [&seen](const char* key, const char* value) { seen += std::string(key) + value + " "; }));
   EXPECT_EQ(seen, "c3 a1 ");
 }
 
@@ -171,16 +170,14 @@ TEST_F(Preferences, FindTheNextNameAsAScanWould) {
       if (std::find(keys.begin(), keys.end(), key) != keys.end()) continue;
       keys.push_back(key);
       platform::PreferencesSetValue(domain.c_str(), key.c_str(), "");
-      if (random() % 2)
-        Keys(domain.c_str());  // Sometimes the index is there before the key, sometimes after.
+      if (random() % 2) Keys(domain.c_str());  // Sometimes the index is there before the key, sometimes after.
     }
     for (int question = 0; question < 100; ++question) {
       const std::string prefix = text(3);
       std::string previous = text(3);
       previous = previous.substr(0, previous.find('/'));
       char next[platform::kFixedText];
-      const bool isFound =
-          platform::PreferencesNextName(domain.c_str(), prefix.c_str(), previous.c_str(), next);
+      const bool isFound = platform::PreferencesNextName(domain.c_str(), prefix.c_str(), previous.c_str(), next);
       const std::string expected = NextNameByScan(keys, prefix, previous);
       EXPECT_EQ(isFound, !expected.empty());
       ASSERT_STRCASEEQ(next, expected.c_str()) << "prefix " << prefix << ", previous " << previous;
@@ -192,8 +189,7 @@ TEST_F(Preferences, EndTheWalkOfNamesTooLongForATextOfTheirOwn) {
   for (const size_t size : {258, 259, 260, 261}) Set(("p/" + std::string(size, 'n')).c_str(), "");
   std::vector<size_t> sizes;
   char name[platform::kFixedText] = {};
-  while (platform::PreferencesNextName(kDomain, "p/", name, name) && sizes.size() < 10)
-    sizes.push_back(strlen(name));
+  while (platform::PreferencesNextName(kDomain, "p/", name, name) && sizes.size() < 10) sizes.push_back(strlen(name));
   EXPECT_EQ(sizes, (std::vector<size_t>{258, 259}));
 }
 
@@ -219,8 +215,7 @@ TEST_F(Preferences, VisitAPrefixFromAPosition) {
 
 TEST_F(Preferences, ShowOtherProcessesWhatIsSynchronised) {
   OtherProcess writer([] { return Set("shared", "theirs") && Set("new", "theirs"); });
-  OtherProcess reader(
-      [] { return Get("shared") == "theirs" && Get("mine") == kAbsent && Keys().size() == 2; });
+  OtherProcess reader([] { return Get("shared") == "theirs" && Get("mine") == kAbsent && Keys().size() == 2; });
   Set("shared", "ours");
   EXPECT_EQ(Keys().size(), 1u);  // From here on the index is there and has to notice.
   writer.Start();
@@ -239,8 +234,7 @@ TEST_F(Preferences, LoseNothingOfTwoWriters) {
     return [name] {
       for (int i = 0; i < kSaves; ++i) {
         const std::string number = std::to_string(i);
-        if (!Set((std::string(name) + "/" + number).c_str(), number.c_str()) || !Set("last", name))
-          return false;
+        if (!Set((std::string(name) + "/" + number).c_str(), number.c_str()) || !Set("last", name)) return false;
       }
       return true;
     };
@@ -261,8 +255,7 @@ TEST_F(Preferences, LoseNothingOfTwoWriters) {
 bool WriteGenerations(int first, int reports) {
   for (int generation = first;; ++generation) {
     const std::string value = std::to_string(generation) + ":" + std::string(500 + generation % 4000, 'g');
-    for (const char* key : {"a", "b", "c", "d", "e"})
-      platform::PreferencesSetValue(kDomain, key, value.c_str());
+    for (const char* key : {"a", "b", "c", "d", "e"}) platform::PreferencesSetValue(kDomain, key, value.c_str());
     if (!platform::PreferencesSynchronize(kDomain)) return false;
     if (write(reports, &generation, sizeof generation) != sizeof generation) return false;
   }
@@ -288,8 +281,7 @@ TEST_F(Preferences, SurviveAKillAtAnyMoment) {
 
     const std::string value = Get("a");
     const int found = atoi(value.c_str());
-    EXPECT_TRUE(found == durable || found == durable + 1)
-        << "round " << round << " " << found << " of " << durable;
+    EXPECT_TRUE(found == durable || found == durable + 1) << "round " << round << " " << found << " of " << durable;
     EXPECT_EQ(value, std::to_string(found) + ":" + std::string(500 + found % 4000, 'g'));
     for (const char* key : {"b", "c", "d", "e"}) EXPECT_EQ(Get(key), value);
     durable = found;
@@ -356,8 +348,7 @@ class DamagedPreferences : public Preferences {
   /// A store of some pages; returns its bytes.
   std::string MakeStore() {
     for (int i = 0; i < 300; ++i) {
-      platform::PreferencesSetValue(kDomain, ("key/" + std::to_string(i)).c_str(),
-                                    std::string(100, 'v').c_str());
+      platform::PreferencesSetValue(kDomain, ("key/" + std::to_string(i)).c_str(), std::string(100, 'v').c_str());
     }
     platform::PreferencesSynchronize(kDomain);
     Reopen();

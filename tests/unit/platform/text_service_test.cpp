@@ -42,8 +42,7 @@ TEST(TextService, CutsAtAWholeCharacter) {
       {"stray bytes are cut anywhere", 258, "\x80\x80\x80", "\x80"},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(Lower(std::string(row.letters, 'A') + row.tail), std::string(row.letters, 'a') + row.lower)
-        << row.name;
+    EXPECT_EQ(Lower(std::string(row.letters, 'A') + row.tail), std::string(row.letters, 'a') + row.lower) << row.name;
   }
 }
 

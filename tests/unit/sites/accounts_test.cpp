@@ -45,8 +45,7 @@ TEST_F(Accounts, LoadTheDefaultsOfAbsentFields) {
   EXPECT_STREQ(site.szServer, "");
   EXPECT_STREQ(site.szUserName, "joe");
   EXPECT_STREQ(site.szPassword, "");
-  for (const char* folder :
-       {site.szDirectory, site.szLocalDirectory, site.szRecentRemote, site.szRecentLocal}) {
+  for (const char* folder : {site.szDirectory, site.szLocalDirectory, site.szRecentRemote, site.szRecentLocal}) {
     EXPECT_STREQ(folder, "/");
   }
   EXPECT_FALSE(site.bRemember || site.bUseSSL || site.bImplicit || site.bSFTP);
@@ -141,11 +140,10 @@ TEST_F(Accounts, LoadByTheCurrentServerAndTheExactUser) {
     const char *label, *server, *user;
     bool isLoaded;
     const char* directory;
-  } cases[] = {
-      {"label", "one", "joe", true, "/of/joe"}, {"label", "two", "joe", true, "/of/joe"},
-      {"label", "two", "Joe", true, "/of/Joe"}, {"label", "two", "JOE", true, "/"},
-      {"LABEL", "two", "Joe", true, "/"},  // Found by the walk, which disregards case; its fields are not.
-      {"label", "gone", "joe", true, "/"},      {"", "one", "joe", false, ""}};
+  } cases[] = {{"label", "one", "joe", true, "/of/joe"}, {"label", "two", "joe", true, "/of/joe"},
+               {"label", "two", "Joe", true, "/of/Joe"}, {"label", "two", "JOE", true, "/"},
+               {"LABEL", "two", "Joe", true, "/"},  // Found by the walk, which disregards case; its fields are not.
+               {"label", "gone", "joe", true, "/"},      {"", "one", "joe", false, ""}};
   for (const auto& row : cases) {
     SetCurrent("whatever", row.server, row.user);
     LFTPAccountSettings site(row.label);
@@ -156,8 +154,7 @@ TEST_F(Accounts, LoadByTheCurrentServerAndTheExactUser) {
 
 TEST_F(Accounts, TakeTheCountForTheKeyPastNine) {
   AddUsers("label", "host", 11);  // They are walked 0, 1, 10, 2.
-  const std::pair<int, const char*> cases[] = {
-      {0, "/of/user0"}, {1, "/of/user1"}, {10, "/of/user2"}, {2, "/of/user3"}};
+  const std::pair<int, const char*> cases[] = {{0, "/of/user0"}, {1, "/of/user1"}, {10, "/of/user2"}, {2, "/of/user3"}};
   for (const auto& [user, directory] : cases) {
     SetCurrent("label", "host", User(user).c_str());
     LFTPAccountSettings site("label");
@@ -194,9 +191,8 @@ TEST_F(Accounts, StoreRecentFoldersOfTheCurrentSite) {
   EXPECT_EQ(recent("0"), "(absent) (absent)");
 
   const size_t keys = All().size();
-  const char* const others[][3] = {{"", "host", "user1"},      {"label", "", "user1"},
-                                   {"label", "host", ""},      {"label", "host", "nobody"},
-                                   {"label", "gone", "user1"}, {"gone", "host", "user1"}};
+  const char* const others[][3] = {{"", "host", "user1"},       {"label", "", "user1"},     {"label", "host", ""},
+                                   {"label", "host", "nobody"}, {"label", "gone", "user1"}, {"gone", "host", "user1"}};
   for (const auto& [label, server, user] : others) {
     SetCurrent(label, server, user);
     LFTPAccountSettings::StoreRecentDirectories("/x", "/y");
@@ -244,8 +240,7 @@ TEST_F(Accounts, CountLabels) {
 
 class OldLayout : public SettingsFixture {
  protected:
-  static void AddFlat(const std::string& label,
-                      const std::vector<std::pair<std::string, std::string>>& fields) {
+  static void AddFlat(const std::string& label, const std::vector<std::pair<std::string, std::string>>& fields) {
     for (const auto& [field, value] : fields) Put("FTPAccounts/" + label + "/" + field, value);
   }
 };

@@ -37,8 +37,7 @@ class ReferenceBlowfish {
     if (EVP_EncryptInit_ex(context, EVP_bf_ecb(), nullptr, nullptr, nullptr) != 1 ||
         EVP_CIPHER_CTX_set_key_length(context, static_cast<int>(key.size())) != 1 ||
         EVP_EncryptInit_ex(context, nullptr, nullptr, bytes, nullptr) != 1 ||
-        EVP_CIPHER_CTX_set_padding(context, 0) != 1 ||
-        EVP_EncryptUpdate(context, block, &size, block, 8) != 1) {
+        EVP_CIPHER_CTX_set_padding(context, 0) != 1 || EVP_EncryptUpdate(context, block, &size, block, 8) != 1) {
       return false;
     }
     left = right = 0;
@@ -136,10 +135,8 @@ std::string Secret(size_t length) {
 TEST(Passwords, AreStoredInWholeBlocksWithRoomForAZero) {
   const struct {
     size_t length, stored;
-  } cases[] = {{0, 0},   {1, 12},  {7, 12},  {8, 24},    {15, 24},
-               {16, 32}, {55, 76}, {56, 90}, {183, 254}, {184, 262}};
-  for (const auto& row : cases)
-    EXPECT_EQ(Encrypt(Secret(row.length).c_str()).size(), row.stored) << row.length;
+  } cases[] = {{0, 0}, {1, 12}, {7, 12}, {8, 24}, {15, 24}, {16, 32}, {55, 76}, {56, 90}, {183, 254}, {184, 262}};
+  for (const auto& row : cases) EXPECT_EQ(Encrypt(Secret(row.length).c_str()).size(), row.stored) << row.length;
   EXPECT_EQ(Encrypt(nullptr), "");
 }
 
@@ -185,8 +182,7 @@ TEST(Passwords, GiveGarbageForGarbageWithoutHarm) {
   std::mt19937 random(5);
   for (int round = 0; round < 500; ++round) {
     std::string stored(random() % 259 + 1, ' ');
-    for (char& c : stored)
-      c = static_cast<char>(round % 2 ? 1 + random() % 255 : "ABCabc019+/"[random() % 11]);
+    for (char& c : stored) c = static_cast<char>(round % 2 ? 1 + random() % 255 : "ABCabc019+/"[random() % 11]);
     EXPECT_LE(Decrypt(stored).size(), 200u);
   }
   EXPECT_EQ(Decrypt("===="), "");

@@ -14,8 +14,7 @@ TEST_F(Records, WriteTheMarkersBeforeTheField) {
   EXPECT_STREQ(record.szPrimaryKey, "label");
   EXPECT_STREQ(record.szKeyPath, "FTPAccounts/label/");
   EXPECT_TRUE(record.SetString("Server", "host"));
-  EXPECT_EQ(All(),
-            (Texts{"FTPAccounts/=FTPAccounts", "FTPAccounts/label/=label", "FTPAccounts/label/Server=host"}));
+  EXPECT_EQ(All(), (Texts{"FTPAccounts/=FTPAccounts", "FTPAccounts/label/=label", "FTPAccounts/label/Server=host"}));
   char out[kTextSize];
   EXPECT_TRUE(record.GetString("Server", out));
   EXPECT_STREQ(out, "host");

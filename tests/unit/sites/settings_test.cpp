@@ -187,8 +187,7 @@ TEST_F(Settings, TakeTheLastComponentForThePrimaryKey) {
 }
 
 TEST_F(Settings, FindRecordsDirectlyUnderAPath) {
-  for (const char* key :
-       {"P/s/", "P/s/field", "P/s/child/", "P/s/child/deep", "P/s//", "P/sx/f", "p/S/Other"}) {
+  for (const char* key : {"P/s/", "P/s/field", "P/s/child/", "P/s/child/deep", "P/s//", "P/sx/f", "p/S/Other"}) {
     Put(key, "x");
   }
   const struct {
@@ -218,16 +217,14 @@ TEST_F(Settings, FindRecordsDirectlyUnderAPath) {
 }
 
 TEST_F(Settings, RenameWithAllThatLiesUnderneath) {
-  for (const char* key :
-       {"L/", "L/old/", "L/old/Field", "L/OLD/Upper", "L/old/Sub/", "L/old/Sub/x", "L/older/y"}) {
+  for (const char* key : {"L/", "L/old/", "L/old/Field", "L/OLD/Upper", "L/old/Sub/", "L/old/Sub/x", "L/older/y"}) {
     Put(key, std::string("v:") + key);
   }
   char out[kTextSize];
   EXPECT_TRUE(_LSettingChangePrimaryKey(kCFPreferencesCurrentUser, "L/old/", "new", out));
   EXPECT_STREQ(out, "L/new");
-  EXPECT_EQ(All(),
-            (Texts{"L/=v:L/", "L/new/=new", "L/new/Field=v:L/old/Field", "L/new/Sub/=v:L/old/Sub/",
-                   "L/new/Sub/x=v:L/old/Sub/x", "L/new/Upper=v:L/OLD/Upper", "L/older/y=v:L/older/y"}));
+  EXPECT_EQ(All(), (Texts{"L/=v:L/", "L/new/=new", "L/new/Field=v:L/old/Field", "L/new/Sub/=v:L/old/Sub/",
+                          "L/new/Sub/x=v:L/old/Sub/x", "L/new/Upper=v:L/OLD/Upper", "L/older/y=v:L/older/y"}));
 
   const Texts before = All();
   EXPECT_FALSE(_LSettingChangePrimaryKey(kCFPreferencesCurrentUser, "L/new/", "", out));

@@ -73,10 +73,10 @@ TEST_F(SharedSettings, KeepEveryValueAndCutOnlyWhatIsGivenBack) {
 }
 
 TEST_F(SharedSettings, AreFoundByTheFirstSectionAndKeyInTheirCase) {
-  const std::string file = folder.Write(
-      "a.xml",
-      "<?xml version='1.0'?><!--Section--><Section><key value='lower'/><Key/><Key value='2'/></Section>"
-      "<Section><More value='3'/></Section><Text>Key</Text>");
+  const std::string file =
+      folder.Write("a.xml",
+                   "<?xml version='1.0'?><!--Section--><Section><key value='lower'/><Key/><Key value='2'/></Section>"
+                   "<Section><More value='3'/></Section><Text>Key</Text>");
   struct {
     const char *section, *key, *value;
   } rows[] = {

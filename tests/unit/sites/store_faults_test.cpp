@@ -77,9 +77,7 @@ class StoreFaults : public PreferenceFolder {
 };
 
 /// True for calls that change nothing that stays.
-bool IsPassing(const SystemCall& call) {
-  return call.name == "write" || call.name.find("access") != std::string::npos;
-}
+bool IsPassing(const SystemCall& call) { return call.name == "write" || call.name.find("access") != std::string::npos; }
 
 TEST_F(StoreFaults, KeepEverySaveWholeWhereverItIsKilled) {
   if (!CanTrace()) GTEST_SKIP() << "strace is missing or may not trace";
@@ -107,9 +105,8 @@ TEST_F(StoreFaults, KeepTheOldValuesWhenACallFails) {
     const char* error;
     const char* from;  ///< A plus sign: this call and all later ones.
   } faults[] = {
-      {"pwrite64", "ENOSPC", ""}, {"pwrite64", "ENOSPC", "+"}, {"pwrite64", "EIO", ""},
-      {"fdatasync", "EIO", ""},   {"fdatasync", "EIO", "+"},   {"ftruncate", "EIO", ""},
-      {"openat", "EMFILE", ""},
+      {"pwrite64", "ENOSPC", ""}, {"pwrite64", "ENOSPC", "+"}, {"pwrite64", "EIO", ""},  {"fdatasync", "EIO", ""},
+      {"fdatasync", "EIO", "+"},  {"ftruncate", "EIO", ""},    {"openat", "EMFILE", ""},
   };
   Begin();
   const std::vector<SystemCall> calls = CallsOf("save 2 2");
@@ -155,9 +152,7 @@ TEST_F(StoreFaults, KeepEverySaveWholeWhenThePowerIsCut) {
       [](const std::string&, size_t, size_t) { return Fate::kWritten; },
       [&](const std::string& file, size_t, size_t) { return isJournal(file) ? Fate::kWritten : Fate::kLost; },
       [&](const std::string& file, size_t, size_t) { return isJournal(file) ? Fate::kLost : Fate::kWritten; },
-      [](const std::string&, size_t index, size_t count) {
-        return index + 1 == count ? Fate::kTorn : Fate::kWritten;
-      },
+      [](const std::string&, size_t index, size_t count) { return index + 1 == count ? Fate::kTorn : Fate::kWritten; },
       [&](const std::string&, size_t, size_t) { return static_cast<Fate>(random() % 3); },
       [&](const std::string&, size_t, size_t) { return static_cast<Fate>(random() % 3); },
   };
@@ -194,8 +189,8 @@ class StoreDisks : public StoreFaults {
   /// Runs the commands with an empty memory disk mounted on the home folder.
   CommandResult OnDisk(const std::string& size, const std::string& commands) const {
     const std::string unshare = geteuid() == 0 ? "unshare -m" : "unshare -Urm";
-    return RunCommand(unshare + " sh -c 'mount -t tmpfs -o size=" + size + " tmpfs " + Home() + " && " +
-                      commands + "' 2>&1");
+    return RunCommand(unshare + " sh -c 'mount -t tmpfs -o size=" + size + " tmpfs " + Home() + " && " + commands +
+                      "' 2>&1");
   }
   std::string CopyStore() const { return "cp -a " + StoreFolder() + " " + Home() + " && "; }
   std::string SaveAndRead() const { return Writer(Home(), "save 2 2") + " && " + Writer(Home(), "read"); }

@@ -51,9 +51,8 @@ TEST_F(DatFileTest, AShorterStoreLeavesNothingOfTheLongerOne) {
 }
 
 TEST_F(DatFileTest, ReadsWhatOthersWrite) {
-  scratch.Write(
-      "store.dat",
-      "early=0\n[s]\nk=v=w\n=empty key\nno sign\n\n\n[t]\r\n k = v \r\nk2=\r\n[s]\rk3=3\r[]\n[half\nlast=1");
+  scratch.Write("store.dat",
+                "early=0\n[s]\nk=v=w\n=empty key\nno sign\n\n\n[t]\r\n k = v \r\nk2=\r\n[s]\rk3=3\r[]\n[half\nlast=1");
   const struct {
     const char* section;
     const char* key;
@@ -70,8 +69,7 @@ TEST_F(DatFileTest, TextsOfEveryLengthComeBackCutToTheirSize) {
     LDatFileNativeFile file(path.c_str());
     file.Set(name.c_str(), key.c_str(), value.c_str());
     file.Save();
-    EXPECT_EQ(Stored(name.substr(0, 259).c_str(), key.substr(0, 259).c_str()), value.substr(0, 259))
-        << length;
+    EXPECT_EQ(Stored(name.substr(0, 259).c_str(), key.substr(0, 259).c_str()), value.substr(0, 259)) << length;
   }
 }
 

@@ -226,8 +226,7 @@ TEST(DateTime, DaysInMonth) {
   } rows[] = {{2026, 1, 31}, {2026, 4, 30}, {2026, 12, 31}, {2026, 2, 28}, {2024, 2, 29},
               {1900, 2, 28}, {2000, 2, 29}, {2026, 0, 0},   {2026, 13, 0}, {2026, -1, 0}};
   for (const auto& row : rows) {
-    EXPECT_EQ(LDateTime::GetNumberOfDaysInMonth(row.year, row.month), row.days)
-        << row.year << '-' << row.month;
+    EXPECT_EQ(LDateTime::GetNumberOfDaysInMonth(row.year, row.month), row.days) << row.year << '-' << row.month;
   }
 }
 
@@ -294,9 +293,8 @@ TEST(DateTime, ListsShowTheDateInTheLocalesOrder) {
   const struct {
     int order;
     const char* text;
-  } rows[] = {{kOrderYearMonthDay, "2026/02/03"},
-              {kOrderMonthDayYear, "02/03/2026"},
-              {kOrderDayMonthYear, "03/02/2026"}};
+  } rows[] = {
+      {kOrderYearMonthDay, "2026/02/03"}, {kOrderMonthDayYear, "02/03/2026"}, {kOrderDayMonthYear, "03/02/2026"}};
   for (const auto& row : rows) {
     LDateTime::DateFormatOrder::iOrder = row.order;
     Text out;

@@ -57,24 +57,16 @@ TEST_F(FilesFoldersTest, SubfoldersAreSeenThroughLinksAndSpellings) {
     string path;
     bool within;
   } rows[] = {
-      {P("a"), P("a/b/c"), true},
-      {P("a"), P("a"), true},
-      {P("a/b"), P("a"), false},
-      {P("a"), P("other"), false},
-      {P("a"), P("./a//b"), true},
-      {P("a/b"), P("link/c"), true},
-      {P("link"), P("a/b/c"), true},
-      {P("a"), P("a/b/new/x"), true},  // What is not there yet lies where it would.
-      {P("none"), P("a"), false},
-      {"/tmp", P("a"), true},
-      {"/", P("a"), false},
-      {P("a"), "", false},
-      {"", P("a"), false},
-      {P("a"), "/", false},
+      {P("a"), P("a/b/c"), true},    {P("a"), P("a"), true},
+      {P("a/b"), P("a"), false},     {P("a"), P("other"), false},
+      {P("a"), P("./a//b"), true},   {P("a/b"), P("link/c"), true},
+      {P("link"), P("a/b/c"), true}, {P("a"), P("a/b/new/x"), true},  // What is not there yet lies where it would.
+      {P("none"), P("a"), false},    {"/tmp", P("a"), true},
+      {"/", P("a"), false},          {P("a"), "", false},
+      {"", P("a"), false},           {P("a"), "/", false},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(LFile::IsSubFolder(row.folder.c_str(), row.path.c_str()), row.within)
-        << row.folder << ' ' << row.path;
+    EXPECT_EQ(LFile::IsSubFolder(row.folder.c_str(), row.path.c_str()), row.within) << row.folder << ' ' << row.path;
   }
 }
 
@@ -154,8 +146,7 @@ TEST_F(FilesFoldersTest, ABackslashInALocalNameIsNoSeparatorForDeleting) {
 /// Folders' modes do not bind the superuser, so the work is done by another user in a child.
 bool AsPlainUser(bool (*work)(const char*), const string& path) {
   const pid_t child = fork();
-  if (child == 0)
-    _exit(geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0) ? 2 : work(path.c_str()) ? 0 : 1);
+  if (child == 0) _exit(geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0) ? 2 : work(path.c_str()) ? 0 : 1);
   int status = 0;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 2);
@@ -233,8 +224,7 @@ TEST_F(FilesFoldersTest, AnOldFileIsReplacedInOneStepOrStays) {
   EXPECT_EQ(scratch.Read("old"), "new");
   EXPECT_TRUE(LFile::CopyFile(from.c_str(), from.c_str()));
   EXPECT_EQ(scratch.Read("from"), "new");
-  EXPECT_EQ(scratch.Names(), (set<string>{"from", "old", "target", "link", "folder"}))
-      << "nothing is left over";
+  EXPECT_EQ(scratch.Names(), (set<string>{"from", "old", "target", "link", "folder"})) << "nothing is left over";
 }
 
 TEST_F(FilesFoldersTest, WithoutAnOldFileTheCopyIsAlwaysCalledDone) {
@@ -292,8 +282,7 @@ TEST_F(FilesFoldersTest, IteratorsGiveMatchingNames) {
   using Matching = LFile::FolderIterator;
   const char* root = scratch.Path().c_str();
   EXPECT_EQ(NamesOf<Matching>(root, "*.TXT"), (set<string>{"readme.txt", "NOTES.TXT"}));
-  EXPECT_EQ(NamesOf<Matching>(root),
-            (set<string>{"readme.txt", "NOTES.TXT", ".hidden", "a*b", "axb", "folder"}));
+  EXPECT_EQ(NamesOf<Matching>(root), (set<string>{"readme.txt", "NOTES.TXT", ".hidden", "a*b", "axb", "folder"}));
   EXPECT_EQ(NamesOf<Matching>(P("readme.txt").c_str()), set<string>{"readme.txt"});
   EXPECT_EQ(NamesOf<Matching>(P("*.txt").c_str()), set<string>{}) << "a path holds no wildcards";
   EXPECT_EQ(NamesOf<Matching>(root, "*.none"), set<string>{});

@@ -174,18 +174,39 @@ TEST(FileMatch, Wildcards) {
     const char* name;
     bool match;
   } rows[] = {
-      {"", "", true},           {"", "a", false},        {"a", "", false},
-      {"?", "", false},         {"*", "", true},         {"**", "", true},
-      {"*?", "", false},        {"a*", "a", true},       {"*c", "abc", true},
-      {"*c", "abcd", false},    {"a*c", "abc", true},    {"a*c", "ac", true},
-      {"a*c", "abcbc", true},   {"?bc", "abc", true},    {"?bc", "bc", false},
-      {"a?", "a", false},       {"abc", "abcd", false},  {"abcd", "abc", false},
-      {"*.txt", "a.txt", true}, {"*.txt", ".txt", true}, {"*.TXT", "a.txt", false},
-      {"*b*", "abc", true},     {"*?", "a", true},       {"*??", "a", false},
-      {"a**", "a", true},       {"あ*", "あいう", true}, {"??", "あ", false},
-      {"???", "あ", true},      {"a*b", "a*xb", false},  // The star meets the byte like itself and stands for
-                                                         // it alone.
-      {"a*b", "a*b", true},     {"*a*c", "a*bac", true}, {"*", "*x", false},
+      {"", "", true},
+      {"", "a", false},
+      {"a", "", false},
+      {"?", "", false},
+      {"*", "", true},
+      {"**", "", true},
+      {"*?", "", false},
+      {"a*", "a", true},
+      {"*c", "abc", true},
+      {"*c", "abcd", false},
+      {"a*c", "abc", true},
+      {"a*c", "ac", true},
+      {"a*c", "abcbc", true},
+      {"?bc", "abc", true},
+      {"?bc", "bc", false},
+      {"a?", "a", false},
+      {"abc", "abcd", false},
+      {"abcd", "abc", false},
+      {"*.txt", "a.txt", true},
+      {"*.txt", ".txt", true},
+      {"*.TXT", "a.txt", false},
+      {"*b*", "abc", true},
+      {"*?", "a", true},
+      {"*??", "a", false},
+      {"a**", "a", true},
+      {"あ*", "あいう", true},
+      {"??", "あ", false},
+      {"???", "あ", true},
+      {"a*b", "a*xb", false},  // The star meets the byte like itself and stands for
+                               // it alone.
+      {"a*b", "a*b", true},
+      {"*a*c", "a*bac", true},
+      {"*", "*x", false},
       {"**x", "*yx", true},
   };
   for (const auto& row : rows) {
@@ -233,10 +254,9 @@ TEST(FileSizes, WholeUnits) {
   const struct {
     uint64_t size;
     const char* text;
-  } rows[] = {
-      {0, "0 Bytes"},       {1023, "1023 Bytes"},       {1024, "1 KB"},       {1536, "1 KB"},
-      {1048575, "1023 KB"}, {1048576, "1 MB"},          {1ull << 30, "1 GB"}, {(1ull << 40) - 1, "1023 GB"},
-      {1ull << 40, "1 TB"}, {UINT64_MAX, "16777215 TB"}};
+  } rows[] = {{0, "0 Bytes"},       {1023, "1023 Bytes"},       {1024, "1 KB"},       {1536, "1 KB"},
+              {1048575, "1023 KB"}, {1048576, "1 MB"},          {1ull << 30, "1 GB"}, {(1ull << 40) - 1, "1023 GB"},
+              {1ull << 40, "1 TB"}, {UINT64_MAX, "16777215 TB"}};
   for (const auto& row : rows) {
     Text out;
     LFile::GetSizeFormattedBytes(row.size, out);
@@ -277,11 +297,8 @@ TEST(FileLocks, TriesAreSpreadOverTheLimit) {
   const struct {
     unsigned limit;
     std::vector<unsigned> sleeps;
-  } rows[] = {{500, {16, 32, 64, 128, 256}},
-              {1000, {32, 64, 128, 256, 512}},
-              {0, {}},
-              {1, {}},
-              {64, {3, 6, 12, 24, 48}}};
+  } rows[] = {
+      {500, {16, 32, 64, 128, 256}}, {1000, {32, 64, 128, 256, 512}}, {0, {}}, {1, {}}, {64, {3, 6, 12, 24, 48}}};
   for (const auto& row : rows) {
     const SettableClock clock(0);
     EXPECT_EQ(flocktimed(other, LOCK_EX | LOCK_NB, row.limit), -1);
@@ -312,8 +329,7 @@ std::vector<string> LinesOf(const string& path, Reader kind, size_t size) {
       if (!ref.ReadLine(growing)) break;
       lines.push_back(growing.Text());
     } else {
-      if (!(kind == Reader::kRef ? ref.ReadLine(line.data(), size) : buffered.ReadLine(line.data(), size)))
-        break;
+      if (!(kind == Reader::kRef ? ref.ReadLine(line.data(), size) : buffered.ReadLine(line.data(), size))) break;
       lines.push_back(line.data());
     }
   }

@@ -39,8 +39,8 @@ testing::AssertionResult IsSame(const string& text, const string& expected) {
   if (text == expected) return testing::AssertionSuccess();
   const size_t at = static_cast<size_t>(
       std::mismatch(text.begin(), text.end(), expected.begin(), expected.end()).first - text.begin());
-  return testing::AssertionFailure() << text.size() << " bytes, not " << expected.size() << "; from byte "
-                                     << at << ": " << text.substr(at, 80);
+  return testing::AssertionFailure() << text.size() << " bytes, not " << expected.size() << "; from byte " << at << ": "
+                                     << text.substr(at, 80);
 }
 
 /// Holds what the pane gets against what was logged.
@@ -134,9 +134,7 @@ class LogProcesses : public testing::Test {
   }
   ~LogProcesses() override { gLLog.SetFolder(formerFolder); }
 
-  string File(const char* date = "2026-02-03") {
-    return scratch.Read("Logs/" + string(date) + " Orvane FTP履歴.txt");
-  }
+  string File(const char* date = "2026-02-03") { return scratch.Read("Logs/" + string(date) + " Orvane FTP履歴.txt"); }
 
   ScratchFolder scratch;
   SettableClock clock{0};

@@ -65,9 +65,7 @@ class LogTest : public testing::Test {
     parts.tm_isdst = -1;
     return mktime(&parts);
   }
-  string File(const char* date = "2026-02-03") {
-    return scratch.Read("Logs/" + string(date) + " Orvane FTP履歴.txt");
-  }
+  string File(const char* date = "2026-02-03") { return scratch.Read("Logs/" + string(date) + " Orvane FTP履歴.txt"); }
   string FilePath() { return scratch.Path("Logs/2026-02-03 Orvane FTP履歴.txt"); }
   /// The text and level of the pane's newest line.
   std::pair<string, int> Newest() {
@@ -305,8 +303,7 @@ TEST_F(LogTest, TheFileIsNotLeftOpenToOtherPrograms) {
   int seen = 0;
   for (int file = 0; file < 256; ++file) {
     struct stat status {};
-    if (fstat(file, &status) != 0 || status.st_ino != wanted.st_ino || status.st_dev != wanted.st_dev)
-      continue;
+    if (fstat(file, &status) != 0 || status.st_ino != wanted.st_ino || status.st_dev != wanted.st_dev) continue;
     ++seen;
     EXPECT_NE(fcntl(file, F_GETFD) & FD_CLOEXEC, 0);
   }

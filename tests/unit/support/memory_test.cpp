@@ -28,9 +28,7 @@ class Memory : public testing::Test {
   ~Memory() override { gMachine = Machine(); }
 };
 
-bool IsGranted(size_t size) {
-  return std::unique_ptr<unsigned char[]>(LMemoryLargeArrayNew(size)) != nullptr;
-}
+bool IsGranted(size_t size) { return std::unique_ptr<unsigned char[]>(LMemoryLargeArrayNew(size)) != nullptr; }
 
 }  // namespace
 
@@ -39,9 +37,7 @@ uint64_t MemoryFreeAndInactive() {
   ++gMachine.questions;
   return gMachine.available;
 }
-uint64_t MemoryResident() {
-  return gMachine.resident;
-}
+uint64_t MemoryResident() { return gMachine.resident; }
 bool MemoryDataLimit(uint64_t& bytes) {
   if (gMachine.hasLimit) bytes = gMachine.limit;
   return gMachine.hasLimit;

@@ -111,8 +111,7 @@ TEST(FreeReaders, StopWhereTheyShouldAndSayHowFarTheyCame) {
     size_t toMinus;
     size_t toArrow;  ///< The first of `-` and `>`.
   } rows[] = {
-      {"", 0, 0, 0},      {"name", 4, 4, 4}, {"a > b - c", 9, 6, 2},
-      {"a\rb-", 1, 3, 3}, {"\n-", 0, 1, 1},  {"-x", 2, 0, 0},
+      {"", 0, 0, 0}, {"name", 4, 4, 4}, {"a > b - c", 9, 6, 2}, {"a\rb-", 1, 3, 3}, {"\n-", 0, 1, 1}, {"-x", 2, 0, 0},
   };
   for (const auto& row : rows) {
     const auto expectRead = [&](size_t consumed, const LStringLongTemplate<char>& out, size_t expected) {
@@ -174,9 +173,7 @@ TEST(CommaList, GivesItsItems) {
   }
 }
 
-int Sign(int value) {
-  return (value > 0) - (value < 0);
-}
+int Sign(int value) { return (value > 0) - (value < 0); }
 
 TEST(CompareLogical, OrdersNamesWithNumbers) {
   struct {

@@ -63,8 +63,7 @@ TEST(Tree, StaysBalancedAndOrderedWhateverTheOrderOfAdding) {
     // Equal keys stay in the order of their adding.
     std::vector<size_t> positions(keys.size());
     for (size_t i = 0; i < positions.size(); ++i) positions[i] = i;
-    std::stable_sort(positions.begin(), positions.end(),
-                     [&](size_t a, size_t b) { return keys[a] < keys[b]; });
+    std::stable_sort(positions.begin(), positions.end(), [&](size_t a, size_t b) { return keys[a] < keys[b]; });
     for (const size_t at : positions) expected.push_back(keys[at] + "=" + std::to_string(at));
     EXPECT_EQ(Pairs(table), expected);
     for (const size_t at : {size_t{0}, size_t{5}, size_t{6}, size_t{1999}}) {

@@ -21,17 +21,11 @@ SettableClock::SettableClock(int64_t wallSeconds) {
   isSet = true;
 }
 
-SettableClock::~SettableClock() {
-  isSet = false;
-}
+SettableClock::~SettableClock() { isSet = false; }
 
-void SettableClock::Set(int64_t wallSeconds) {
-  wall = wallSeconds;
-}
+void SettableClock::Set(int64_t wallSeconds) { wall = wallSeconds; }
 
-std::vector<unsigned> SettableClock::Sleeps() const {
-  return sleeps;
-}
+std::vector<unsigned> SettableClock::Sleeps() const { return sleeps; }
 
 namespace platform {
 
@@ -41,9 +35,7 @@ int64_t ClockMonotonicMs() {
   return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-int64_t ClockWallSeconds() {
-  return isSet ? wall.load() : static_cast<int64_t>(time(nullptr));
-}
+int64_t ClockWallSeconds() { return isSet ? wall.load() : static_cast<int64_t>(time(nullptr)); }
 
 void ClockSleepMs(unsigned ms) {
   if (isSet) return sleeps.push_back(ms);

@@ -106,8 +106,7 @@ TEST(Writer, GrowsFourfoldOnceTheTextFillsTheCapacity) {
   struct {
     size_t length;
     size_t capacity;
-  } rows[] = {{0, 260},    {258, 260},   {259, 260},   {260, 1040},
-              {261, 1040}, {1039, 1040}, {1040, 4160}, {20000, 66560}};
+  } rows[] = {{0, 260}, {258, 260}, {259, 260}, {260, 1040}, {261, 1040}, {1039, 1040}, {1040, 4160}, {20000, 66560}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.length);
     const std::string text(row.length, 'w');

@@ -151,8 +151,7 @@ TEST(Utf16, TakesAnySurrogateForTheStartOfAPair) {
     std::u32string characters;
   } rows[] = {
       {"plain and pairs", u"aあ\xD83D\xDE00", 16, U"aあ😀"},
-      {"a low one starts a pair too", u"\xDE00\xD83Dz", 16,
-       std::u32string{0x10000 + (0x200 << 10) + 0x3D, U'z'}},
+      {"a low one starts a pair too", u"\xDE00\xD83Dz", 16, std::u32string{0x10000 + (0x200 << 10) + 0x3D, U'z'}},
       {"the second unit is not looked at",
        u"\xD800"
        u"Az",

@@ -19,8 +19,7 @@ TEST(XmlReader, BuildsTheTree) {
       {"blanks are kept as text", "<a> <b/></a>", "a[' ' b]"},
       {"blanks around text are kept", "<a>\n\t x \n</a>", "a[' x ']"},
       {"line ends inside text become line feeds", "<a>1\r\n2\r3\n\r4\n5</a>", "a['1\n2\n3\n4\n5']"},
-      {"preserved space, for the children too", "<a xml:space=\"default\">\n<b>\t</b></a>",
-       "a['\n' b['\t']]"},
+      {"preserved space, for the children too", "<a xml:space=\"default\">\n<b>\t</b></a>", "a['\n' b['\t']]"},
       {"the case of xml:space", "<a XML:Space=''>\t</a>", "a['\t']"},
       {"attributes by name", "<a z=\"1\" b=\"2\" B=\"3\"/>", "a(B=3 b=2 z=1)"},
       {"the last of a repeated attribute", "<a b='1' b='2'/>", "a(b=2)"},
@@ -81,8 +80,7 @@ TEST(XmlReader, NotesTheFirstErrorAndKeepsWhatItRead) {
   const char unfinished[] =
       "アンドマーク（&）で始まる文字列は、セミコロン（;）で終了する必要があります。"
       "'&'を'&amp;'に置き換えるか制御文字列の最後に';'を加えてください。";
-  const char unnamed[] =
-      "名前の無い<を間違えて使っています。必要に応じて「<」では無く「&lt;」を使ってください。";
+  const char unnamed[] = "名前の無い<を間違えて使っています。必要に応じて「<」では無く「&lt;」を使ってください。";
   const char end[] = " Check you have terminated your element properly.";
   const struct {
     std::string text;
@@ -92,12 +90,10 @@ TEST(XmlReader, NotesTheFirstErrorAndKeepsWhatItRead) {
       {"<a", "Ln 1, Col 3: <a>タグの終わり山括弧（>）がありません", "a"},
       {"\n\n<a b='1'", "Ln 3, Col 9: <a>タグの終わり山括弧（>）がありません", "a(b=1)"},
       {"<a b='1>\n</a>", "Ln 2, Col 5: <a>タグの終わり山括弧（>）がありません", "a(b=1>\n</a>)"},
-      {"<a>\r\n<b>", std::string("Ln 2, Col 4: (EOF) Element <b> should be terminated with </b>.") + end,
-       "a[b]"},
+      {"<a>\r\n<b>", std::string("Ln 2, Col 4: (EOF) Element <b> should be terminated with </b>.") + end, "a[b]"},
       {"<!--x--", std::string("Ln 1, Col 8: (EOF) Element <!--> should be terminated with </!-->.") + end,
        "!--['x--']"},
-      {"<a><b>x</a>y",
-       std::string("Ln 1, Col 12: Element <b> should be terminated with </b>, was with a.") + end,
+      {"<a><b>x</a>y", std::string("Ln 1, Col 12: Element <b> should be terminated with </b>, was with a.") + end,
        "a[b['x'] 'y']"},
       {"<a/>\r\nあ</b><c/>", "Ln 2, Col 8: Misplaced </b> which does not match a <b>.", "a 'あ'"},
       {"<a>1 < 2<b/></a>", std::string("Ln 1, Col 8: ") + unnamed, "a['1 '] '2' b"},
@@ -127,8 +123,7 @@ TEST(XmlWriter, SavesTheForm) {
     const char* saved;
   } rows[] = {
       {"one line for a simple element", "<a b='1'>x</a>", "<a b=\"1\">x</a>\n"},
-      {"a level deeper by a tab", "<a><b><c/><d>x</d></b></a>",
-       "<a>\n\t<b>\n\t\t<c/>\n\t\t<d>x</d>\n\t</b>\n</a>\n"},
+      {"a level deeper by a tab", "<a><b><c/><d>x</d></b></a>", "<a>\n\t<b>\n\t\t<c/>\n\t\t<d>x</d>\n\t</b>\n</a>\n"},
       {"white space is no content", "<a> </a><b xml:space=''>\t\n</b>", "<a/>\n<b/>\n"},
       {"text beside elements is not indented", "<a>x<b/>y</a>", "<a>\nx\t<b/>\ny</a>\n"},
       {"encoded", "<a b='&lt;&gt;&amp;&quot;&apos;'>&lt;&gt;&amp;&quot;'あ</a>",

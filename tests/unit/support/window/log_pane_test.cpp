@@ -30,9 +30,7 @@ class LogPane : public WindowFixture {
   }
 
   /// And not in the middle of one.
-  static bool BeginsWithACharacter(const char* text) {
-    return (static_cast<unsigned char>(text[0]) & 0xC0) != 0x80;
-  }
+  static bool BeginsWithACharacter(const char* text) { return (static_cast<unsigned char>(text[0]) & 0xC0) != 0x80; }
 
   ScratchFolder scratch;
   LMacWindow window;
