@@ -6,11 +6,11 @@
 
 namespace {
 
-/// The name of a direct child: not empty, and no "/" but one at its very end, which is no part of it.
+/// The name of a direct child: no "/" but one at its very end, which is no part of it. That "/" alone is the
+/// marker of a level without a name, and a child.
 bool IsDirectChild(const char* rest, size_t& length) {
   length = strcspn(rest, "/");
-  const bool endsHere = rest[length] == 0 || rest[length + 1] == 0;
-  return length != 0 && endsHere;
+  return rest[0] != 0 && (rest[length] == 0 || rest[length + 1] == 0);
 }
 
 }  // namespace

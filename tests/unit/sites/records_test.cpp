@@ -63,6 +63,8 @@ TEST_F(Records, ExistByAFieldOrAChildMarker) {
   EXPECT_TRUE(list.TestSubRecordExists("child"));
   EXPECT_FALSE(list.TestSubRecordExists("deep"));
   EXPECT_FALSE(list.TestSubRecordExists("fiel"));
+  Put("L/twice//", "");
+  EXPECT_TRUE(list.TestSubRecordExists("twice")) << "a child without a name";
 }
 
 TEST_F(Records, DeleteThemselvesAndSubRecords) {
@@ -147,19 +149,6 @@ TEST_F(Records, MayGoAndComeDuringTheWalk) {
   }
   EXPECT_EQ(seen, (Texts{"a", "b", "bb", "d"}));
   EXPECT_EQ(All(), (Texts{"L/=L"}));
-}
-
-TEST_F(Records, CutPathsThatAreTooLong) {
-  for (const size_t length : {250, 256, 257, 258, 259, 300}) {
-    LSharedSettingsRecord record;
-    const std::string name(length, 'n');
-    List("L").Open(record, name.c_str());
-    EXPECT_EQ(std::string(record.szPrimaryKey), name.substr(0, 259));
-    EXPECT_EQ(std::string(record.szKeyPath), ("L/" + name + "/").substr(0, 259));
-    record.SetString("f", "value");
-    char value[kTextSize];
-    EXPECT_TRUE(record.GetString("f", value)) << length;
-  }
 }
 
 }  // namespace
