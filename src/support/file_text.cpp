@@ -1,6 +1,7 @@
 // Whole files of text.
 #include <cerrno>
 #include <fcntl.h>
+#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <utility>
@@ -8,6 +9,7 @@
 #include "platform/file_io.h"
 #include "support/file_handles.h"
 #include "support/files.h"
+#include "support/unicode.h"
 
 namespace {
 
@@ -34,45 +36,25 @@ bool ReadAll(int descriptor, LStringLongTemplate<char>& out) {
   return true;
 }
 
-void PutUtf8(LStringLongTemplateWriter<char>& writer, uint32_t code) {
-  const auto put = [&writer](uint32_t byte) { writer.Put(static_cast<char>(byte)); };
-  if (code < 0x80) return put(code);
-  if (code < 0x800) {
-    put(0xC0 | code >> 6);
-  } else {
-    if (code < 0x10000) {
-      put(0xE0 | code >> 12);
-    } else {
-      put(0xF0 | code >> 18);
-      put(0x80 | (code >> 12 & 0x3F));
-    }
-    put(0x80 | (code >> 6 & 0x3F));
-  }
-  put(0x80 | (code & 0x3F));
-}
-
-/// Turns UTF-16 behind its mark into UTF-8. A last odd byte is dropped, and the text ends at a zero unit. Any
-/// surrogate starts a pair, as everywhere in this program; one without a partner becomes U+FFFD.
+/// Turns UTF-16 behind its mark into UTF-8. A last odd byte is dropped, and the text ends at a zero unit.
 void ConvertUtf16(LStringLongTemplate<char>& text, bool bigEndian) {
-  const auto unitAt = [&text, bigEndian](size_t at) -> uint32_t {
-    const uint32_t first = static_cast<unsigned char>(text.data[at]);
-    const uint32_t second = static_cast<unsigned char>(text.data[at + 1]);
-    return bigEndian ? first << 8 | second : second << 8 | first;
-  };
-  const size_t end = text.length & ~static_cast<size_t>(1);
-  LStringLongTemplate<char> converted;
-  converted.GrowToSize(kTextSize);
-  LStringLongTemplateWriter<char> writer(converted);
-  for (size_t at = 2; at < end && unitAt(at) != 0; at += 2) {
-    uint32_t code = unitAt(at);
-    if (code >= 0xD800 && code <= 0xDFFF) {
-      at += 2;
-      code = at < end ? 0x10000 + ((code & 0x3FF) << 10) + (unitAt(at) & 0x3FF) : 0xFFFD;
-    }
-    PutUtf8(writer, code);
+  const size_t count = text.length / 2 - 1;
+  const std::unique_ptr<char16_t[]> units(new char16_t[count + 1]);
+  const char* bytes = text.data + 2;
+  for (size_t i = 0; i < count; ++i, bytes += 2) {
+    const unsigned char high = static_cast<unsigned char>(bytes[bigEndian ? 0 : 1]);
+    const unsigned char low = static_cast<unsigned char>(bytes[bigEndian ? 1 : 0]);
+    units[i] = static_cast<char16_t>(high << 8 | low);
   }
-  converted.data[converted.length] = 0;
-  text = std::move(converted);
+  units[count] = 0;
+  const std::unique_ptr<char32_t[]> characters(new char32_t[count + 1]);
+  LCopyUTF32FromUnicode(characters.get(), units.get(), count + 1);
+  // A unit gives three bytes at most, and a pair of them four.
+  const size_t limit = count * 4;
+  LStringLongTemplate<char> converted;
+  converted.GrowToSize(limit + 1);
+  LCopyUTF8FromUTF32Native(converted.data, characters.get(), limit);
+  text = converted.data;
 }
 
 void DropFront(LStringLongTemplate<char>& text, size_t size) {
