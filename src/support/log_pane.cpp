@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/desktop.h"
 #include "platform/event_loop.h"
 #include "support/log.h"
 
@@ -25,7 +26,31 @@ unsigned ColorOfLevel(unsigned char level) {
 void LStatusWindow::Init(LMacWindow& window, int control) {
   pWindow = &window;
   iControl = control;
-  platform::ControlSetColors(window.Native(), control, 0x000000, kBackground);
+  SetTextColor(0x000000);
+  SetBackgroundColor(kBackground);
+}
+
+void LStatusWindow::SetTextColor(unsigned color) { SetColor(uTextColor, color); }
+
+void LStatusWindow::SetBackgroundColor(unsigned color) { SetColor(uBackgroundColor, color); }
+
+void LStatusWindow::SetColor(unsigned& which, unsigned color) {
+  {
+    const std::lock_guard lock(mutex);
+    which = color;
+  }
+  ShowColors();
+}
+
+void LStatusWindow::ShowColors() const {
+  if (!Native()) return;
+  unsigned text, background;
+  {
+    const std::lock_guard lock(mutex);
+    text = uTextColor;
+    background = uBackgroundColor;
+  }
+  platform::ControlSetColors(Native(), iControl, text, background);
 }
 
 void LStatusWindow::DropOldestHalf() {
@@ -55,17 +80,17 @@ void LStatusWindow::DisplayStatus(const char* time, const char* text, unsigned c
 }
 
 void LStatusWindow::EvNotify() {
-  if (!pWindow || !pWindow->Native()) return;
+  if (!Native()) return;
   char text[kBufferSize];
-  unsigned color;
   {
     const std::lock_guard lock(mutex);
     memcpy(text, szText, uLength + 1);
-    color = uTextColor;
   }
-  platform::ControlSetColors(pWindow->Native(), iControl, color, kBackground);
-  platform::LogSetText(pWindow->Native(), iControl, text);
+  ShowColors();
+  platform::LogSetText(Native(), iControl, text);
 }
+
+void LLogViewLogs(LMacWindow& /*view*/) { platform::DesktopShowFolder(gLLog.Folder()); }
 
 LLogWindow::LLogWindow() { gLLog.SetPane(this); }
 

@@ -17,6 +17,9 @@ class LStatusWindow : public LThreadQueuedNotify, public LLogPane {
   /// Attaches to a control and sets its colours. Main thread.
   void Init(LMacWindow& window, int control);
   void Detach() { pWindow = nullptr; }
+  // Colours of the whole text, 0xRRGGBB. Main thread. The next line brings the text colour of its level.
+  void SetTextColor(unsigned color);
+  void SetBackgroundColor(unsigned color);
   /// Appends one line, cut at 259 bytes; the whole pane takes the colour of the newest line's level.
   void DisplayStatus(const char* time, const char* text, unsigned char level) override;
   void EvNotify() override;
@@ -24,14 +27,22 @@ class LStatusWindow : public LThreadQueuedNotify, public LLogPane {
 
  private:
   void DropOldestHalf();
+  /// Null while there is nothing to show in.
+  platform::Window* Native() const { return pWindow ? pWindow->Native() : nullptr; }
+  void SetColor(unsigned& which, unsigned color);
+  void ShowColors() const;
 
   LMacWindow* pWindow = nullptr;
   int iControl = 0;
-  std::recursive_mutex mutex;  ///< Guards the buffer and the colour.
+  mutable std::recursive_mutex mutex;  ///< Guards the buffer and the colours.
   char szText[kBufferSize] = {};
   size_t uLength = 0;
   unsigned uTextColor = 0;
+  unsigned uBackgroundColor = 0;
 };
+
+/// Shows the folder of the daily files in the file manager. Main thread.
+void LLogViewLogs(LMacWindow& view);
 
 /// The pane of gLLog for as long as it lives.
 class LLogWindow : public LStatusWindow {

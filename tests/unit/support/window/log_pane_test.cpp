@@ -70,6 +70,14 @@ TEST_F(LogPane, DropsItsOldestHalfAtACharacter) {
   EXPECT_EQ(left, whole.substr(from));
 }
 
+TEST_F(LogPane, NeverOverflowsWhateverComes) {
+  LStatusWindow pane;
+  for (int i = 0; i < 500; ++i) {
+    pane.DisplayStatus("00:00:00", string(static_cast<size_t>(i * 37 % 600), 'y').c_str(), kLogError);
+    ASSERT_LT(strlen(pane.Text()), LStatusWindow::kBufferSize);
+  }
+}
+
 TEST_F(LogPane, FillsFromSeveralThreads) {
   LLogWindow pane;
   pane.Init(window, kControl);
