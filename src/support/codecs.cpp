@@ -1,7 +1,10 @@
 #include "support/codecs.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+
+#include "support/ascii.h"
 
 namespace {
 
@@ -11,12 +14,8 @@ bool IsPlainInUri(unsigned char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c && strchr("!-._~", c));
 }
 
-unsigned HexDigitValue(char c) {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A' + 10);
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a' + 10);
-  return 0;
-}
+/// A byte that is no digit counts as 0.
+unsigned HexValue(char c) { return static_cast<unsigned>(std::max(HexDigitValue(c), 0)); }
 
 /// The one decoder. `stops(byte)` tells a stop character.
 template <typename Writer, typename Stops>
@@ -29,7 +28,7 @@ size_t DecodeUri(Writer& writer, const char* text, Stops stops) {
       continue;
     }
     if (!cursor[1] || !cursor[2]) return static_cast<size_t>(cursor - text) + strlen(cursor);
-    const unsigned code = HexDigitValue(cursor[1]) * 16 + HexDigitValue(cursor[2]);
+    const unsigned code = HexValue(cursor[1]) * 16 + HexValue(cursor[2]);
     if (code != 0 || cursor[2] != '0') writer.Put(static_cast<char>(code));
     cursor += 3;
   }

@@ -39,7 +39,8 @@ LDatFileNativeSection* LDatFileNativeFile::SectionNamed(const char* name) {
   char line[kTextSize];
   CopyOneLine(line, name);
   if (LDatFileNativeSection* found = FindSection(line)) return found;
-  LDatFileNativeSection* section = sections.Append(new LDatFileNativeSection);
+  LDatFileNativeSection* section = new LDatFileNativeSection;
+  sections.AddTail(section);
   TextCopy(section->szName, line);
   return section;
 }
@@ -56,7 +57,8 @@ void LDatFileNativeFile::Set(const char* section, const char* key, const char* v
   CopyOneLine(line, key);
   LDatFileNativeEntry* entry = target->Find(line);
   if (!entry) {
-    entry = target->entries.Append(new LDatFileNativeEntry);
+    entry = new LDatFileNativeEntry;
+    target->entries.AddTail(entry);
     TextCopy(entry->szKey, line);
   }
   CopyOneLine(entry->szValue, value);
@@ -132,7 +134,10 @@ void LDatFileNativeFile::Save() {
 LDatFileNativeFile* LDatFileNativeSystem::Open(const char* path) {
   LDatFileNativeFile* file = files.first;
   while (file && strcmp(file->szPath, path) != 0) file = file->next;
-  if (!file) file = files.Append(new LDatFileNativeFile(path));
+  if (!file) {
+    file = new LDatFileNativeFile(path);
+    files.AddTail(file);
+  }
   if (!file->bDirty && file->IsChangedOnDisk()) file->Load();
   return file;
 }

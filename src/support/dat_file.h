@@ -12,32 +12,8 @@
 #include <mutex>
 #include <sys/types.h>
 
+#include "support/containers.h"
 #include "support/text.h"
-
-/// A chain of nodes in the order they were added, each with a `next`. Owns them.
-template <typename Node>
-struct LDatFileNativeList {
-  LDatFileNativeList() = default;
-  LDatFileNativeList(const LDatFileNativeList&) = delete;
-  LDatFileNativeList& operator=(const LDatFileNativeList&) = delete;
-  ~LDatFileNativeList() { Clear(); }
-
-  /// Takes the node over.
-  Node* Append(Node* node) {
-    Node** end = &first;
-    while (*end) end = &(*end)->next;
-    return *end = node;
-  }
-  void Clear() {
-    while (first) {
-      Node* node = first;
-      first = node->next;
-      delete node;
-    }
-  }
-
-  Node* first = nullptr;
-};
 
 struct LDatFileNativeEntry {
   LDatFileNativeEntry* next = nullptr;
@@ -50,7 +26,7 @@ struct LDatFileNativeSection {
 
   LDatFileNativeSection* next = nullptr;
   char szName[kTextSize] = {};
-  LDatFileNativeList<LDatFileNativeEntry> entries;
+  LList<LDatFileNativeEntry> entries;
 };
 
 /// One store. Belongs to one thread at a time. Keys and names compare byte by byte.
@@ -75,7 +51,7 @@ struct LDatFileNativeFile {
   bool bDirty = false;
   time_t iModified = 0;  ///< Seconds since 1970 when last loaded or saved; 0 if there was no file.
   off_t iSize = 0;       ///< Bytes at that time.
-  LDatFileNativeList<LDatFileNativeSection> sections;
+  LList<LDatFileNativeSection> sections;
 
  private:
   LDatFileNativeSection* FindSection(const char* name) const;
@@ -104,7 +80,7 @@ class LDatFileNativeSystem {
   LDatFileNativeFile* Open(const char* path);
 
   std::mutex mutex;  ///< Guards the list and all that is in it.
-  LDatFileNativeList<LDatFileNativeFile> files;
+  LList<LDatFileNativeFile> files;
 };
 
 extern LDatFileNativeSystem gLDatFileNativeSystem;

@@ -6,11 +6,10 @@
 
 #include "platform/clock.h"
 #include "platform/file_io.h"
+#include "support/ascii.h"
 #include "support/files.h"
 
 namespace {
-
-bool IsLineEnd(int byte) { return byte == '\r' || byte == '\n'; }
 
 /// One byte of the file, or -1 at its end and on an error.
 int ReadByte(int descriptor) {

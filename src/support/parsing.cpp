@@ -4,13 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "support/ascii.h"
+
 namespace {
 
-constexpr size_t kFirstCapacity = 260;
-
 bool IsWhiteSpaceOrEnd(char c) { return static_cast<unsigned char>(c) < 33; }
-
-bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 /// Behind the white space at `cursor`.
 const char* SkipWhiteSpace(const char* cursor) {
@@ -28,15 +26,13 @@ size_t PutUntil(LStringLongTemplateWriter<char>& writer, const char* text, Stops
 
 template <typename Stops>
 size_t ReadUntil(LStringLongTemplate<char>& out, const char* text, Stops stops) {
-  out.GrowToSize(kFirstCapacity);
+  out.GrowToSize(kTextSize);
   out.length = 0;
   LStringLongTemplateWriter<char> writer(out);
   const size_t consumed = PutUntil(writer, text, stops);
   out.data[out.length] = 0;
   return consumed;
 }
-
-int UpperAscii(char c) { return static_cast<signed char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); }
 
 size_t DigitsAt(const char* text) { return strspn(text, "0123456789"); }
 
@@ -144,8 +140,8 @@ int LStringCompareLogical(const char* a, const char* b) {
     const size_t digitsOfA = DigitsAt(a);
     const size_t digitsOfB = DigitsAt(b);
     if (digitsOfA == 0 || digitsOfB == 0) {
-      const int upperA = UpperAscii(*a++);
-      const int upperB = UpperAscii(*b++);
+      const int upperA = static_cast<signed char>(UpperAscii(*a++));
+      const int upperB = static_cast<signed char>(UpperAscii(*b++));
       if (upperA != upperB) return upperA > upperB ? 1 : -1;
       continue;
     }

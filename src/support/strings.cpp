@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "platform/text_service.h"
+#include "support/ascii.h"
 
 namespace {
 
@@ -191,30 +192,6 @@ void LStringLongTemplate<T>::Append(const LStringLongTemplate& other) {
   if (other.length != 0) Append(other.data, other.length);
 }
 
-template <typename T>
-size_t LStringLongTemplate<T>::sprintf(const T* format, ...) {
-  GrowToSize(kFirstCapacity);
-  length = 0;
-  LStringLongTemplateWriter<T> writer(*this);
-  va_list arguments;
-  va_start(arguments, format);
-  tplprintf(writer, format, arguments);
-  va_end(arguments);
-  data[length] = 0;
-  return length;
-}
-
-template <typename T>
-void LStringLongTemplate<T>::tsprintfappend(const T* format, ...) {
-  GrowToSize(kFirstCapacity);
-  LStringLongTemplateAppender<T> appender(*this);
-  va_list arguments;
-  va_start(arguments, format);
-  tplprintf(appender, format, arguments);
-  va_end(arguments);
-  data[length] = 0;
-}
-
 // Writers
 
 template <typename T>
@@ -266,26 +243,47 @@ size_t tplprintf(Writer& writer, const char* format, va_list arguments) {
   return writer.Length();
 }
 
-size_t sprintf(LStringLongTemplate<char>& string, const char* format, ...) {
+/// Writes behind what `string` holds, and terminates.
+static size_t FormatInto(LStringLongTemplate<char>& string, const char* format, va_list arguments) {
   string.GrowToSize(kFirstCapacity);
-  string.length = 0;
-  LStringLongTemplateWriter<char> writer(string);
-  va_list arguments;
-  va_start(arguments, format);
-  tplprintf(writer, format, arguments);
-  va_end(arguments);
+  LStringLongTemplateAppender<char> appender(string);
+  tplprintf(appender, format, arguments);
   string.data[string.length] = 0;
   return string.length;
 }
 
-void tsprintfappend(LStringLongTemplate<char>& string, const char* format, ...) {
-  string.GrowToSize(kFirstCapacity);
-  LStringLongTemplateAppender<char> appender(string);
+template <typename T>
+size_t LStringLongTemplate<T>::sprintf(const T* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  tplprintf(appender, format, arguments);
+  length = 0;
+  const size_t written = FormatInto(*this, format, arguments);
   va_end(arguments);
-  string.data[string.length] = 0;
+  return written;
+}
+
+template <typename T>
+void LStringLongTemplate<T>::tsprintfappend(const T* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  FormatInto(*this, format, arguments);
+  va_end(arguments);
+}
+
+size_t sprintf(LStringLongTemplate<char>& string, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  string.length = 0;
+  const size_t written = FormatInto(string, format, arguments);
+  va_end(arguments);
+  return written;
+}
+
+void tsprintfappend(LStringLongTemplate<char>& string, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  FormatInto(string, format, arguments);
+  va_end(arguments);
 }
 
 size_t sprintf(LFixedLengthStringWriterTemplate<char>& writer, const char* format, ...) {
@@ -369,8 +367,6 @@ void TrimBothEnds(char* text, Drops drops) {
   memmove(text, text + begin, end - begin);
   text[end - begin] = 0;
 }
-
-int UpperAscii(char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : static_cast<unsigned char>(c); }
 
 }  // namespace
 

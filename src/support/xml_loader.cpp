@@ -1,6 +1,7 @@
 // The lexical steps of the XML reader: bytes, names, values and character references.
 #include <cstdint>
 
+#include "support/ascii.h"
 #include "support/unicode.h"
 #include "support/xml.h"
 
@@ -14,8 +15,6 @@ constexpr size_t kReferenceLimit = 23;  // Bytes behind the `&`, the semicolon c
 constexpr char kReferenceUnfinished[] =
     "アンドマーク（&）で始まる文字列は、セミコロン（;）で終了する必要があります。"
     "'&'を'&amp;'に置き換えるか制御文字列の最後に';'を加えてください。";
-
-bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 bool IsNameEnd(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '/' || c == '=' || c == '>'; }
 
@@ -49,18 +48,11 @@ char LoadWord(Loader& loader, Put put) {
   }
 }
 
-int HexadecimalDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 /// A number of any length, of which the low 16 bits count.
 char16_t UnitFromText(const char* digits, unsigned base) {
   uint32_t unit = 0;
   for (; *digits; ++digits) {
-    const int digit = HexadecimalDigit(*digits);
+    const int digit = HexDigitValue(*digits);
     if (digit >= 0) unit = (unit * base + static_cast<uint32_t>(digit)) & 0xFFFF;
   }
   return static_cast<char16_t>(unit);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <strings.h>
 
+#include "support/ascii.h"
 #include "support/xml.h"
 
 namespace {
@@ -32,9 +33,9 @@ bool WriteText(Text& out, const char* text) {
   if (!text || IsBlank(text)) return false;
   Text lines;
   for (; *text; ++text) {
-    const bool isLineEnd = *text == '\r' || *text == '\n';
+    const bool isLineEnd = IsLineEnd(*text);
     lines.Append(isLineEnd ? '\n' : *text);
-    if (isLineEnd && (text[1] == '\r' || text[1] == '\n') && text[1] != *text) ++text;
+    if (isLineEnd && IsLineEnd(text[1]) && text[1] != *text) ++text;
   }
   Encode(out, lines.Text());
   return true;

@@ -14,10 +14,11 @@
 #include <ctime>
 
 #include "sites/store/records.h"
+#include "support/program.h"
 #include "support/strings.h"
 #include "support/text.h"
 
-constexpr const char* kSettingsDomain = "com.tessalysoft.orvaneftpjp";
+constexpr const char* kSettingsDomain = kPreferenceDomain;
 
 // Settings of this program, by section and key. A section may end in "/" or not.
 

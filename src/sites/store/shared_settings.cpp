@@ -48,37 +48,41 @@ bool Save(const char* file, const LXMLDocument& document) {
   return written;
 }
 
-void EnsureFolder(const char* path) {
-  if (!LFile::TestFileExists(path) && !platform::FileIsReachable(path)) LFile::CreateFolderTree(path);
+/// Joins the two, and makes the folder if it is missing.
+void MakeFolderIn(char (&out)[kTextSize], const char* parent, const char* name) {
+  LFile::_MakeFilePath(out, parent, name, "");
+  if (!LFile::TestFileExists(out)) LFile::CreateFolderTree(out);
 }
 
-void SharedFile(char (&out)[kTextSize]) {
-  GetSharedFolder(out);
-  LFile::_MakeFilePath(out, out, "SharedSettings", ".xml");
-}
+/// One of the two files, which differ in nothing but where they lie.
+struct SettingsFile {
+  SettingsFile(void (&getFolder)(char (&)[kTextSize]), const char* name) {
+    getFolder(path);
+    LFile::_MakeFilePath(path, path, name, ".xml");
+  }
+  static SettingsFile Shared() { return {GetSharedFolder, "SharedSettings"}; }
+  static SettingsFile UserHidden() { return {GetUserHiddenFolder, "orvaneftp"}; }
 
-void UserHiddenFile(char (&out)[kTextSize]) {
-  GetUserHiddenFolder(out);
-  LFile::_MakeFilePath(out, out, "orvaneftp", ".xml");
-}
+  template <typename T>
+  T Number(const char* section, const char* key, T defaultValue) const {
+    char text[kTextSize];
+    LXMLSettingGetString(path, section, key, "", text);
+    return text[0] == 0 ? defaultValue : LSettingNumberFromText<T>(text);
+  }
 
-template <typename T>
-T NumberOr(const char* text, T defaultValue) {
-  return text[0] == 0 ? defaultValue : LSettingNumberFromText<T>(text);
-}
+  char path[kTextSize];
+};
 
 }  // namespace
 
 void GetSharedFolder(char (&out)[kTextSize]) {
   LFile::GetUserDataFolderApp(out);
-  LFile::_MakeFilePath(out, out, "Shared", "");
-  EnsureFolder(out);
+  MakeFolderIn(out, out, "Shared");
 }
 
 void GetUserHiddenFolder(char (&out)[kTextSize]) {
   platform::FolderPath(platform::Folder::kHome, out);
-  LFile::_MakeFilePath(out, out, ".tessalysoft", "");
-  EnsureFolder(out);
+  MakeFolderIn(out, out, ".tessalysoft");
 }
 
 bool LXMLSettingGetString(const char* file, const char* section, const char* key, const char* defaultValue,
@@ -100,54 +104,34 @@ bool LXMLSettingSetString(const char* file, const char* section, const char* key
 }
 
 bool _LSharedSettingGetString(const char* section, const char* key, const char* defaultValue, char (&out)[kTextSize]) {
-  char file[kTextSize];
-  SharedFile(file);
-  return LXMLSettingGetString(file, section, key, defaultValue, out);
+  return LXMLSettingGetString(SettingsFile::Shared().path, section, key, defaultValue, out);
 }
 
 bool LSharedSettingSetString(const char* section, const char* key, const char* value) {
-  char file[kTextSize];
-  SharedFile(file);
-  return LXMLSettingSetString(file, section, key, value);
+  return LXMLSettingSetString(SettingsFile::Shared().path, section, key, value);
 }
 
 template <typename T>
 T LSharedSettingGet(const char* section, const char* key, T defaultValue) {
-  char text[kTextSize];
-  _LSharedSettingGetString(section, key, "", text);
-  return NumberOr(text, defaultValue);
+  return SettingsFile::Shared().Number(section, key, defaultValue);
 }
 template int LSharedSettingGet(const char*, const char*, int);
 
 bool _LUserHiddenSettingGetString(const char* section, const char* key, const char* defaultValue,
                                   char (&out)[kTextSize]) {
-  char file[kTextSize];
-  UserHiddenFile(file);
-  return LXMLSettingGetString(file, section, key, defaultValue, out);
+  return LXMLSettingGetString(SettingsFile::UserHidden().path, section, key, defaultValue, out);
 }
 
 bool LUserHiddenSettingSetString(const char* section, const char* key, const char* value) {
-  char file[kTextSize];
-  UserHiddenFile(file);
-  return LXMLSettingSetString(file, section, key, value);
+  return LXMLSettingSetString(SettingsFile::UserHidden().path, section, key, value);
 }
 
 template <typename T>
 T LUserHiddenSettingGet(const char* section, const char* key, T defaultValue) {
-  char text[kTextSize];
-  _LUserHiddenSettingGetString(section, key, "", text);
-  return NumberOr(text, defaultValue);
+  return SettingsFile::UserHidden().Number(section, key, defaultValue);
 }
 template int LUserHiddenSettingGet(const char*, const char*, int);
 
-bool LSharedSettingsSave(const LXMLDocument& document) {
-  char file[kTextSize];
-  SharedFile(file);
-  return Save(file, document);
-}
+bool LSharedSettingsSave(const LXMLDocument& document) { return Save(SettingsFile::Shared().path, document); }
 
-bool LSharedSettingsLoad(LXMLDocument& document) {
-  char file[kTextSize];
-  SharedFile(file);
-  return Load(file, document);
-}
+bool LSharedSettingsLoad(LXMLDocument& document) { return Load(SettingsFile::Shared().path, document); }
