@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "support/boundary_lengths.h"
+
 namespace {
 
 using LongString = LStringLongTemplate<char>;
-
-/// The lengths around the one buffer size, where an off-by-one shows.
-constexpr size_t kBoundaries[] = {0, 258, 259, 260, 261};
 
 TEST(LongString, ReadsAsTheEmptyTextBeforeItIsGivenOne) {
   const LongString none;
@@ -140,23 +139,6 @@ TEST(Writer, DropsTheLastByteAboveHalfAGigabyte) {
   EXPECT_STREQ(text.data + text.length - 2, "ab");
 }
 
-TEST(Writer, AFixedOneHolds259BytesAndDropsTheRest) {
-  for (const size_t size : kBoundaries) {
-    SCOPED_TRACE(size);
-    char buffer[kTextSize + 1];
-    char(&fixed)[kTextSize] = reinterpret_cast<char(&)[kTextSize]>(buffer);
-    memset(buffer, '#', sizeof buffer);
-    LFixedLengthStringWriterTemplate<char> writer(fixed);
-    EXPECT_EQ(writer.capacity, 259u);
-    const size_t kept = std::min<size_t>(size, 259);
-    EXPECT_EQ(sprintf(writer, "%s", std::string(size, 'f').c_str()), kept);
-    EXPECT_EQ(buffer[kept], '#') << "terminated by the writer";
-    writer.Terminate();
-    EXPECT_EQ(std::string(buffer), std::string(kept, 'f'));
-    EXPECT_EQ(buffer[260], '#');
-  }
-}
-
 TEST(Formatting, FollowsItsOwnRules) {
   const uint64_t large = 0xFEDCBA9876543210;
   struct {
@@ -239,9 +221,10 @@ TEST(Formatting, AppendsAndCountsFromTheStart) {
   EXPECT_EQ(sprintf(text, "%s", "new"), 3u);
   EXPECT_STREQ(text.Text(), "new");
 
-  char buffer[8];
+  char buffer[8] = "#######";
   LFixedLengthStringWriterTemplate<char> writer(buffer);
-  sprintf(writer, "%s", "abc");
+  EXPECT_EQ(sprintf(writer, "%s", "abc"), 3u);
+  EXPECT_STREQ(buffer, "abc####") << "terminated by the writer";
   EXPECT_EQ(tplwprintf(writer, "%s", "defghij"), 7u);
   writer.Terminate();
   EXPECT_STREQ(buffer, "abcdefg");
@@ -347,32 +330,6 @@ TEST(LowerCase, ReachesBeyondAsciiAndIsCutAtTheArray) {
   TextCopy(text, "ABÀ");
   TextLowerAscii(text);
   EXPECT_STREQ(text, "abÀ");
-}
-
-TEST(FixedText, CutsInSilence) {
-  for (const size_t size : kBoundaries) {
-    SCOPED_TRACE(size);
-    const std::string text(size, 't');
-    const std::string kept(std::min<size_t>(size, 259), 't');
-    char out[kTextSize];
-    TextCopy(out, text.c_str());
-    EXPECT_EQ(out, kept);
-    TextCopyPart(out, text.data(), size);
-    EXPECT_EQ(out, kept);
-    TextFormat(out, "%s", text.c_str());
-    EXPECT_EQ(out, kept);
-    TextCopy(out, "");
-    TextAppend(out, text.c_str());
-    EXPECT_EQ(out, kept);
-    TextAppend(out, "!");
-    EXPECT_EQ(out, kept.size() < 259 ? kept + "!" : kept);
-  }
-  char out[8];
-  TextCopy(out, "abcdef");
-  TextCopy(out, out + 2);
-  EXPECT_STREQ(out, "cdef");
-  TextCopy(out, nullptr);
-  EXPECT_STREQ(out, "");
 }
 
 }  // namespace

@@ -1,0 +1,121 @@
+// Every operation of the support library that fills a fixed text.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "support/boundary_lengths.h"
+#include "support/containers.h"
+#include "support/file_handles.h"
+#include "support/files.h"
+#include "support/log.h"
+#include "support/log_pane.h"
+#include "support/parsing.h"
+#include "support/scratch_folder.h"
+#include "support/xml.h"
+
+namespace {
+
+using Text = char[kTextSize];
+using std::string;
+
+/// Lets `read` loose on a file that holds `text` and one line more.
+template <typename Reader>
+void ReadLineOf(const ScratchFolder& scratch, const string& text, Text& out) {
+  const int file = open(scratch.Write("lines", text + "\nnext").c_str(), O_RDONLY | O_CLOEXEC);
+  Reader reader(file);
+  EXPECT_TRUE(reader.ReadLine(out, sizeof out));
+  close(file);
+}
+
+TEST(FixedTexts, OfCopyingAndFormatting) {
+  ExpectCutAtTheArray({
+      {"TextCopy", "", "", [](const string& x, Text& out) { TextCopy(out, x.c_str()); }},
+      {"TextCopyPart", "", "", [](const string& x, Text& out) { TextCopyPart(out, x.data(), x.size()); }},
+      {"TextFormat", "<", ">", [](const string& x, Text& out) { TextFormat(out, "<%s>", x.c_str()); }},
+      {"TextAppend", "", "!",
+       [](const string& x, Text& out) {
+         out[0] = 0;
+         TextAppend(out, x.c_str());
+         TextAppend(out, "!");
+       }},
+      {"a fixed writer", "<", ">",
+       [](const string& x, Text& out) {
+         LFixedLengthStringWriterTemplate<char> writer(out);
+         tplwprintf(writer, "<%s>", x.c_str());
+         writer.Terminate();
+       }},
+      {"LCharsetsLowerCase", "", "",
+       [](const string& x, Text& out) {
+         TextCopy(out, x.c_str());
+         LCharsetsLowerCase(out);
+       }},
+      {"a key of a map", "", "",
+       [](const string& x, Text& out) { TextCopy(out, LMapStringKeyTemplate<char>(x.c_str()).text); }},
+  });
+  char out[8];
+  TextCopy(out, "abcdef");
+  TextCopy(out, out + 2);
+  EXPECT_STREQ(out, "cdef");
+  TextCopy(out, nullptr);
+  EXPECT_STREQ(out, "");
+}
+
+TEST(FixedTexts, OfPaths) {
+  const string data = string(getenv("XDG_DATA_HOME")) + "/OrvaneFTP/";
+  ExpectCutAtTheArray({
+      {"_MakeFilePath, name", "/top/", ".ext",
+       [](const string& x, Text& out) { LFile::_MakeFilePath(out, "/top", x.c_str(), ".ext"); }},
+      {"_MakeFilePath, extension", "/top/name", "",
+       [](const string& x, Text& out) { LFile::_MakeFilePath(out, "/top", "name", x.c_str()); }},
+      {"_GetFolderFromPath", "/a", "",
+       [](const string& x, Text& out) { LFile::_GetFolderFromPath(out, ("/a" + x + "/y").c_str()); }},
+      {"_GetBaseFolderFromPath", "/a", "",
+       [](const string& x, Text& out) { LFile::_GetBaseFolderFromPath(out, ("/a" + x + "/y").c_str()); }},
+      {"_GetFileFromPath", "", "", [](const string& x, Text& out) { LFile::_GetFileFromPath(out, ("/" + x).c_str()); }},
+      {"_GetFileNameFromPath", "a", "",
+       [](const string& x, Text& out) { LFile::_GetFileNameFromPath(out, ("/a" + x + ".e").c_str()); }},
+      {"_GetFileExtensionFromPath", ".", "",
+       [](const string& x, Text& out) { LFile::_GetFileExtensionFromPath(out, ("/a." + x).c_str()); }},
+      {"MakeRelativeFolder", "../", "",
+       [](const string& x, Text& out) { LFile::MakeRelativeFolder(out, "/q/r", ("/q/" + x).c_str()); }},
+      {"MakeUniqueOrderedFilePath", "/none/", ".e",
+       [](const string& x, Text& out) { LFile::MakeUniqueOrderedFilePath(out, "/none", x.c_str(), ".e"); }},
+      {"GetUserDataFolderAppSubFolder", data, "",
+       [](const string& x, Text& out) { LFile::GetUserDataFolderAppSubFolder(x.c_str(), out); }},
+  });
+}
+
+TEST(FixedTexts, OfReadersAndPanes) {
+  const ScratchFolder scratch;
+  using Parser = LStringParserTemplate<char>;
+  ExpectCutAtTheArray({
+      {"LReadFileRef", "", "", [&](const string& x, Text& out) { ReadLineOf<LReadFileRef>(scratch, x, out); }},
+      {"LReadFileBuffered", "", "",
+       [&](const string& x, Text& out) { ReadLineOf<LReadFileBuffered>(scratch, x, out); }},
+      {"GetToWhiteSpaceAndSkip", "", "",
+       [](const string& x, Text& out) { Parser((x + " ").c_str()).GetToWhiteSpaceAndSkip(out); }},
+      {"GetToEndOfLineAndSkip", "", "",
+       [](const string& x, Text& out) { Parser((x + "\n").c_str()).GetToEndOfLineAndSkip(out); }},
+      {"GetToString", "", "", [](const string& x, Text& out) { Parser((x + "->").c_str()).GetToString("->", out); }},
+      {"GetToString, no match", "", "", [](const string& x, Text& out) { Parser(x.c_str()).GetToString("->", out); }},
+      {"XMLLoadTag", "a", "",
+       [](const string& x, Text& out) {
+         Text error = "";
+         LXMLLoaderTemplate<char> loader(error);
+         loader.text = ("a" + x + ">").c_str();
+         EXPECT_EQ(XMLLoadTag(loader, out), '>');
+       }},
+      {"an error of XML", "Ln 1, Col 1: ", "",
+       [](const string& x, Text& out) {
+         out[0] = 0;
+         LXMLLoaderTemplate<char>(out).SetError("%s", x.c_str());
+       }},
+      {"a line of the pane", "23:59:59\t", "\n",
+       [](const string& x, Text& out) {
+         LStatusWindow pane;
+         pane.DisplayStatus("23:59:59", x.c_str(), kLogPlain);
+         TextCopy(out, pane.Text());
+       }},
+  });
+}
+
+}  // namespace
