@@ -4,12 +4,15 @@
 #include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
-#include <time.h>
+#include <thread>
 #include <unistd.h>
 
+#include "support/commands.h"
 #include "support/log.h"
+#include "support/numbered_lines.h"
 #include "support/scratch_folder.h"
 #include "support/settable_clock.h"
 
@@ -20,17 +23,10 @@ using std::string;
 constexpr int kLines = 10000;
 constexpr unsigned kLimitSeconds = 30;  // A copy that hangs ends by itself.
 
-/// "A 00042 " and up to 199 bytes more, so that lines begin and end at all places of the file's blocks.
-string Line(char copy, int number) {
-  char head[16];
-  TextFormat(head, "%c %05d ", copy, number);
-  return head + string(static_cast<size_t>(number * 37 % 200), static_cast<char>('a' + number % 26));
-}
-
 /// What the file holds after the copy's lines from `first` up to `end`.
 string FileOf(const char* time, char copy, int first, int end) {
   string text;
-  for (int i = first; i < end; ++i) text += time + (" " + Line(copy, i)) + "\r\n";
+  for (int i = first; i < end; ++i) text += time + (" " + NumberedLine(copy, i)) + "\r\n";
   return text;
 }
 
@@ -48,7 +44,7 @@ class CheckingPane : public LLogPane {
  public:
   explicit CheckingPane(char name) : copy(name) {}
   void DisplayStatus(const char*, const char* text, unsigned char) override {
-    if (text != Line(copy, shown++)) isRight = false;
+    if (text != NumberedLine(copy, shown++)) isRight = false;
   }
   const char copy;
   int shown = 0;
@@ -94,7 +90,7 @@ class Copy {
   }
 
   void Log(int count) {
-    for (int i = 0; i < count; ++i) LOG(Line(pane.copy, logged++).c_str());
+    for (int i = 0; i < count; ++i) LOG(NumberedLine(pane.copy, logged++).c_str());
   }
   /// True if the copy ended well and every line had reached its pane.
   bool Finish() { return Reap() == 0; }
@@ -120,15 +116,8 @@ class Copy {
 class LogProcesses : public testing::Test {
  protected:
   LogProcesses() {
-    tm parts{};
-    parts.tm_year = 2026 - 1900;
-    parts.tm_mon = 1;
-    parts.tm_mday = 3;
-    parts.tm_hour = 23;
-    parts.tm_min = parts.tm_sec = 59;
-    parts.tm_isdst = -1;
-    clock.Set(mktime(&parts));
-    midnight = mktime(&parts) + 1;
+    midnight = LocalTime(2026, 2, 4, 0, 0, 0);
+    clock.Set(midnight - 1);
     TextCopy(formerFolder, gLLog.Folder());
     gLLog.SetFolder(scratch.Path("Logs").c_str());
   }
@@ -227,6 +216,65 @@ TEST_F(LogProcesses, AtMidnightTheNewFileIsForWhoeverComesFirst) {
   const string rest = file.substr(ofFirst.size());
   const int left = static_cast<int>(std::count(rest.begin(), rest.end(), '\n'));
   EXPECT_TRUE(IsSame(rest, FileOf(kAfter, second, kLines - left, kLines)));
+}
+
+// The same with the machine's clock running three hundred times as fast, through midnight, while both log.
+
+/// What a file of two copies shows line by line.
+struct Reading {
+  int lines = 0;
+  int turns = 0;         ///< How often the next line is another copy's.
+  bool isWhole = true;   ///< Every line is one that was logged, and each copy's follow one another.
+  int next[2] = {0, 0};  ///< Behind the last line of each copy.
+
+  void Read(const string& file, const string& earliest, const string& latest) {
+    std::istringstream stream(file);
+    char last = 0;
+    for (string line; std::getline(stream, line); ++lines) {
+      const bool hasHead = line.size() > 17 && line.back() == '\r' && (line[9] == 'A' || line[9] == 'B');
+      if (!hasHead || line.substr(0, 8) < earliest || line.substr(0, 8) > latest) isWhole = false;
+      if (!isWhole) return;
+      const char copy = line[9];
+      const int number = atoi(line.c_str() + 11);
+      if (line.substr(9) != NumberedLine(copy, number) + "\r") isWhole = false;
+      int& expected = next[copy - 'A'];
+      if (last == copy && number != expected) isWhole = false;
+      if (number < expected) isWhole = false;
+      expected = number + 1;
+      if (last != 0 && last != copy) ++turns;
+      last = copy;
+    }
+  }
+};
+
+TEST(LogUnderAFastClock, TheDaysFilesOfTwoCopiesHoldWholeLinesInTurn) {
+  const ScratchFolder scratch;
+  const auto command = [&scratch](const char* name) {
+    return "faketime -f '@2026-02-03 23:45:00 x300' env ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0 "
+           "TZ=UTC " ORVANE_LOG_WRITER " " +
+           scratch.Path("Logs") + " " + name + " " + std::to_string(kLines) + " 1800 2>&1";
+  };
+  if (!RunCommand("faketime -f '@2026-02-03 23:45:00 x300' true 2>&1").Succeeded()) {
+    GTEST_SKIP() << "faketime is missing";
+  }
+  CommandResult results[2];
+  std::thread other([&] { results[1] = RunCommand(command("B")); });
+  results[0] = RunCommand(command("A"));
+  other.join();
+  for (const CommandResult& result : results) EXPECT_EQ(result.output, "shown " + std::to_string(kLines) + "\n");
+
+  // Each copy's clock began when it started, so that the later one may take over a day that the other has left.
+  Reading days;
+  days.Read(scratch.Read("Logs/2026-02-03 Orvane FTP履歴.txt"), "23:45:00", "23:59:59");
+  EXPECT_TRUE(days.isWhole) << "line " << days.lines;
+  EXPECT_LE(days.turns, 1) << "whoever holds the file keeps it to the end of its day";
+  const int linesBefore = days.lines;
+  EXPECT_GT(linesBefore, 0);
+  days.turns = 0;
+  days.Read(scratch.Read("Logs/2026-02-04 Orvane FTP履歴.txt"), "00:00:00", "12:00:00");
+  EXPECT_TRUE(days.isWhole) << "line " << days.lines;
+  EXPECT_LE(days.turns, 1) << "the other's turn comes when the holder has ended";
+  EXPECT_GT(days.lines, linesBefore);
 }
 
 }  // namespace

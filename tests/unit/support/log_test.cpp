@@ -8,9 +8,7 @@
 #include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
-#include <time.h>
 #include <unistd.h>
 #include <vector>
 
@@ -54,17 +52,6 @@ class LogTest : public testing::Test {
     gLLog.SetFolder(formerFolder);
   }
 
-  static int64_t LocalTime(int year, int month, int day, int hour, int minute, int second) {
-    tm parts{};
-    parts.tm_year = year - 1900;
-    parts.tm_mon = month - 1;
-    parts.tm_mday = day;
-    parts.tm_hour = hour;
-    parts.tm_min = minute;
-    parts.tm_sec = second;
-    parts.tm_isdst = -1;
-    return mktime(&parts);
-  }
   string File(const char* date = "2026-02-03") { return scratch.Read("Logs/" + string(date) + " Orvane FTP履歴.txt"); }
   string FilePath() { return scratch.Path("Logs/2026-02-03 Orvane FTP履歴.txt"); }
   /// The text and level of the pane's newest line.
@@ -186,19 +173,20 @@ TEST_F(LogTest, TextsAreCutToTheirBuffers) {
     LOGFTPCOMMAND(("PASS " + x).c_str());
     EXPECT_EQ(Newest().first, (label + string(length, '*')).substr(0, 519)) << length;
   }
-  const string large(100000, 'x');
+  const string large(10 << 20, 'x');
   LOG(large.c_str());
-  EXPECT_EQ(Newest().first, large);
+  EXPECT_TRUE(Newest().first == large);
   EXPECT_NE(File().find(" " + large + "\r\n"), string::npos);
 }
 
-TEST_F(LogTest, ANewDayBeginsANewFile) {
+TEST_F(LogTest, ANewDayBeginsANewFileOrGoesOnWithOne) {
+  scratch.Write("Logs/2026-02-04 Orvane FTP履歴.txt", "00:00:00 another copy\r\n");
   clock.Set(LocalTime(2026, 2, 3, 23, 59, 59));
   LOG("before");
   clock.Set(LocalTime(2026, 2, 4, 0, 0, 0));
   LOG("after");
   EXPECT_EQ(File(), "23:59:59 before\r\n");
-  EXPECT_EQ(File("2026-02-04"), "00:00:00 after\r\n");
+  EXPECT_EQ(File("2026-02-04"), "00:00:00 another copy\r\n00:00:00 after\r\n");
   OtherHolder free(FilePath());  // The file of the day before is closed, so its lock is to be had.
 }
 
@@ -208,12 +196,6 @@ TEST_F(LogTest, OnlyTheDayOfTheMonthIsCompared) {
   LOG("March");
   EXPECT_EQ(File(), "14:03:22 February\r\n08:00:00 March\r\n");
   EXPECT_FALSE(scratch.Has("Logs/2026-03-03 Orvane FTP履歴.txt"));
-}
-
-TEST_F(LogTest, LinesAreAppendedToWhatIsThere) {
-  scratch.Write("Logs/2026-02-03 Orvane FTP履歴.txt", "10:00:00 earlier\r\n");
-  LOG("later");
-  EXPECT_EQ(File(), "10:00:00 earlier\r\n14:03:22 later\r\n");
 }
 
 TEST_F(LogTest, AMissingFolderIsMade) {
@@ -245,33 +227,6 @@ TEST_F(LogTest, WhileAnotherHoldsTheFileOnlyThePaneFills) {
   EXPECT_EQ(File(), "");
   LOG("three");
   EXPECT_EQ(File(), "14:03:22 three\r\n");
-}
-
-TEST_F(LogTest, ASecondProcessWaitsForTheFirstToEnd) {
-  LOG("parent");
-  const auto logInChild = [&](const char* text) {
-    const pid_t child = fork();
-    if (child == 0) {
-      // Its own log, as a second copy of the program has; the inherited one shares its lock with the parent.
-      bool shown = false;
-      {
-        LLog own;
-        own.SetFolder(gLLog.Folder());
-        own.SetPane(&pane);
-        own.LogWithoutEmailing(text, kLogPlain);
-        shown = Newest().first == text;
-      }
-      _exit(shown ? 0 : 1);
-    }
-    int status = -1;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-  };
-  logInChild("child while the parent runs");
-  EXPECT_EQ(File(), "14:03:22 parent\r\n");
-  gLLog.SetFolder(gLLog.Folder());  // Closes the file, as the end of the process does.
-  logInChild("child alone");
-  EXPECT_EQ(File(), "14:03:22 parent\r\n14:03:22 child alone\r\n");
 }
 
 TEST_F(LogTest, LinesOfSeveralThreadsDoNotMix) {
