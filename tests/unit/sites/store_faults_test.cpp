@@ -13,11 +13,14 @@
 
 namespace {
 
-// A question mark: not on every processor.
-constexpr char kTraced[] =
+// What changes something on the disk, and what marks the steps of the writer. A question mark: not on every
+// processor.
+constexpr char kChanges[] =
     "?access,faccessat,?faccessat2,openat,?mkdir,mkdirat,?chmod,fchmod,fchmodat,pwrite64,write,fdatasync,"
     "fsync,"
     "ftruncate,?unlink,unlinkat,?rename,?renameat,?renameat2";
+// Every call that has to do with a file.
+constexpr char kFileCalls[] = "%file,%desc";
 
 class StoreFaults : public PreferenceFolder {
  protected:
@@ -26,8 +29,8 @@ class StoreFaults : public PreferenceFolder {
     // Leaks are not looked for under a tracer, which would end the process in its place.
     return "XDG_CONFIG_HOME=" + home + " ASAN_OPTIONS=detect_leaks=0 " ORVANE_STORE_WRITER " " + arguments;
   }
-  std::string Traced(const std::string& options, const std::string& arguments) const {
-    return "strace -qq -y -xx -s 100000 -o " + Log() + " -e trace=" + kTraced + " " + options + " env " +
+  std::string Traced(const std::string& options, const std::string& arguments, const char* traced = kChanges) const {
+    return "strace -qq -y -xx -s 100000 -o " + Log() + " -e trace=" + traced + " " + options + " env " +
            Writer(root, arguments) + " 2>/dev/null";
   }
   std::string Log() const { return root + "/calls.log"; }
@@ -48,8 +51,8 @@ class StoreFaults : public PreferenceFolder {
   }
 
   /// The calls of the saves, those before them left out.
-  std::vector<SystemCall> CallsOf(const std::string& arguments) const {
-    const CommandResult result = RunCommand(Traced("", arguments));
+  std::vector<SystemCall> CallsOf(const std::string& arguments, const char* traced = kChanges) const {
+    const CommandResult result = RunCommand(Traced("", arguments, traced));
     EXPECT_TRUE(result.Succeeded()) << result.output;
     std::vector<SystemCall> calls = ReadSystemCalls(Log());
     const auto isMark = [](const SystemCall& call) { return call.Text() == "/saves-begin"; };
@@ -67,6 +70,17 @@ class StoreFaults : public PreferenceFolder {
     return isDamaged ? kNoGeneration : generation;
   }
 
+  /// Runs the writer, which dies at the call. `before` is the generation that was there.
+  void KillAt(const SystemCall& call, const std::string& arguments, int before) const {
+    SCOPED_TRACE(call.name + " " + std::to_string(call.number));
+    const std::string inject = "-e inject=" + call.name + ":signal=KILL:when=" + std::to_string(call.number);
+    const CommandResult result = RunCommand(Traced(inject, arguments, call.name.c_str()));
+    ASSERT_TRUE(result.WasKilledBy(SIGKILL)) << result.output;
+    const int saved = std::max(before, LastSaved(result.output));
+    const int found = Found();
+    EXPECT_TRUE(found == saved || found == saved + 1) << found << " after " << saved;
+  }
+
   static int LastSaved(const std::string& output) {
     int saved = 0;
     for (int generation = 1; generation <= kLastGeneration; ++generation) {
@@ -81,21 +95,25 @@ bool IsPassing(const SystemCall& call) { return call.name == "write" || call.nam
 
 TEST_F(StoreFaults, KeepEverySaveWholeWhereverItIsKilled) {
   if (!CanTrace()) GTEST_SKIP() << "strace is missing or may not trace";
-  const std::vector<SystemCall> calls = CallsOf("save 1 2");
-  int kills = 0;
+  std::vector<SystemCall> calls = CallsOf("save 1 2");
+  std::erase_if(calls, IsPassing);
   for (const SystemCall& call : calls) {
-    if (IsPassing(call)) continue;
-    SCOPED_TRACE(call.name + " " + std::to_string(call.number));
     std::filesystem::remove_all(StoreFolder());
-    const std::string inject = "-e inject=" + call.name + ":signal=KILL:when=" + std::to_string(call.number);
-    const CommandResult result = RunCommand(Traced(inject, "save 1 2"));
-    ASSERT_TRUE(result.WasKilledBy(SIGKILL)) << result.output;
-    const int saved = LastSaved(result.output);
-    const int found = Found();
-    EXPECT_TRUE(found == saved || found == saved + 1) << found << " after " << saved;
-    ++kills;
+    KillAt(call, "save 1 2", 0);
   }
-  EXPECT_GT(kills, 40);
+  EXPECT_GT(calls.size(), 40u);
+}
+
+TEST_F(StoreFaults, KeepASaveOverAnotherWholeAtEverySystemCall) {
+  if (!CanTrace()) GTEST_SKIP() << "strace is missing or may not trace";
+  Begin();
+  std::vector<SystemCall> calls = CallsOf("save 2 2", kFileCalls);
+  std::erase_if(calls, [](const SystemCall& call) { return call.name == "mmap"; });
+  for (const SystemCall& call : calls) {
+    Begin();
+    KillAt(call, "save 2 2", 1);
+  }
+  EXPECT_GT(calls.size(), 100u);
 }
 
 TEST_F(StoreFaults, KeepTheOldValuesWhenACallFails) {
@@ -105,8 +123,8 @@ TEST_F(StoreFaults, KeepTheOldValuesWhenACallFails) {
     const char* error;
     const char* from;  ///< A plus sign: this call and all later ones.
   } faults[] = {
-      {"pwrite64", "ENOSPC", ""}, {"pwrite64", "ENOSPC", "+"}, {"pwrite64", "EIO", ""},  {"fdatasync", "EIO", ""},
-      {"fdatasync", "EIO", "+"},  {"ftruncate", "EIO", ""},    {"openat", "EMFILE", ""},
+      {"pwrite64", "ENOSPC", ""}, {"pwrite64", "ENOSPC", "+"}, {"pwrite64", "EIO", ""},  {"pwrite64", "EIO", "+"},
+      {"fdatasync", "EIO", ""},   {"fdatasync", "EIO", "+"},   {"ftruncate", "EIO", ""}, {"openat", "EMFILE", ""},
   };
   Begin();
   const std::vector<SystemCall> calls = CallsOf("save 2 2");
