@@ -111,16 +111,6 @@ TEST(Vector, SetSizeLargeDoublesAndKeepsTheBytes) {
   EXPECT_EQ(bytes.data, nullptr);
 }
 
-TEST(SizedArray, ReplacesItsBlock) {
-  LSizedArray<unsigned char> block;
-  block.SetArrayCapacityLarge(3);
-  EXPECT_EQ(block.size, 3u);
-  memset(block.data, 1, 3);
-  block.SetArrayCapacityLarge(0);
-  EXPECT_EQ(block.data, nullptr);
-  EXPECT_EQ(block.size, 0u);
-}
-
 TEST(List, OwnsItsNodes) {
   int alive = 0;
   {

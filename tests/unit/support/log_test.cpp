@@ -90,13 +90,6 @@ int OpenDescriptors() {
   return count;
 }
 
-TEST(LogFolder, LiesInTheUsersDataFolder) {
-  char expected[kTextSize];
-  LFile::GetUserDataFolderAppSubFolder("Logs", expected);
-  EXPECT_STREQ(gLLog.Folder(), expected);
-  EXPECT_TRUE(gLLog.IsEnabled());
-}
-
 TEST_F(LogTest, EachFunctionWritesALineAndShowsItsLevel) {
   LOG("plain");
   LOG("joined ", "of two");
@@ -196,12 +189,6 @@ TEST_F(LogTest, OnlyTheDayOfTheMonthIsCompared) {
   LOG("March");
   EXPECT_EQ(File(), "14:03:22 February\r\n08:00:00 March\r\n");
   EXPECT_FALSE(scratch.Has("Logs/2026-03-03 Orvane FTP履歴.txt"));
-}
-
-TEST_F(LogTest, AMissingFolderIsMade) {
-  gLLog.SetFolder(scratch.Path("Logs/below/it").c_str());
-  LOG("x");
-  EXPECT_EQ(scratch.Names("Logs/below/it").size(), 1u);
 }
 
 TEST_F(LogTest, WhatCannotBeWrittenStillReachesThePane) {
