@@ -119,6 +119,14 @@ LProcessResult ProcessFtpLogOnServer(LProcessInterface& process, LFileTransferPr
   return result;
 }
 
+bool FtpServerHasAddress(const char* server, bool secure, bool implicit) {
+  char host[kTextSize];
+  (void)SplitPortFromAddr(server, host, DefaultPort(secure, implicit));
+  LIPAddressMultiHomed addresses;
+  addresses.Resolve(host);
+  return addresses.count != 0 && addresses.addresses[0] != 0;
+}
+
 void GetErrorReportAddressAndPort(const char* address, bool secure, bool implicit, char (&host)[kTextSize], int& port) {
   TextCopyPart(host, address, strcspn(address, ":"));
   const char* colon = strchr(address, ':');
@@ -130,11 +138,7 @@ LProcessResult Process(LProcessInterface& process, LProcessSecureFtpConnect& con
   process.SetProgress(0.1);
   process.SetStatus("接続中...", 1);
   process.SetProgress(0.33);
-  char host[kTextSize];
-  (void)SplitPortFromAddr(connect.szServer, host, DefaultPort(connect.bSecure, connect.bImplicit));
-  LIPAddressMultiHomed addresses;
-  addresses.Resolve(host);
-  if (addresses.count == 0 || addresses.addresses[0] == 0) {
+  if (!FtpServerHasAddress(connect.szServer, connect.bSecure, connect.bImplicit)) {
     process.SetError("サーバーに接続できません");
     return LProcessResultFailed;
   }

@@ -15,6 +15,9 @@
 [[nodiscard]] LProcessResult ProcessFtpLogOnServer(LProcessInterface&, LFileTransferProtocol&, const char* server,
                                                    const char* user, const char* password, bool secure, bool implicit);
 
+/// Whether the host of `server` is an address or the resolver knows one for it. Blocks.
+[[nodiscard]] bool FtpServerHasAddress(const char* server, bool secure, bool implicit);
+
 /// The host and port that messages name.
 void GetErrorReportAddressAndPort(const char* address, bool secure, bool implicit, char (&host)[kTextSize], int& port);
 

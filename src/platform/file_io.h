@@ -11,6 +11,8 @@
 namespace platform {
 
 int FileOpen(const char* path, int flags, mode_t mode);
+/// mkostemp(3) with that mode: `path` ends in "XXXXXX", which becomes what makes the name unique.
+int FileMakeTemporary(char* path, mode_t mode);
 ssize_t FileRead(int fd, void* data, size_t size);
 ssize_t FileWrite(int fd, const void* data, size_t size);
 off_t FileSeek(int fd, off_t offset, int whence);

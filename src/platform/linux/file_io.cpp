@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <sys/file.h>
 #include <sys/statfs.h>
 #include <sys/xattr.h>
@@ -11,6 +12,12 @@
 namespace platform {
 
 int FileOpen(const char* path, int flags, mode_t mode) { return open(path, flags | O_CLOEXEC, mode); }
+
+int FileMakeTemporary(char* path, mode_t mode) {
+  const int file = mkostemp(path, O_CLOEXEC);
+  if (file != -1) fchmod(file, mode);
+  return file;
+}
 
 ssize_t FileRead(int fd, void* data, size_t size) { return read(fd, data, size); }
 
