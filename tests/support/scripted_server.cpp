@@ -11,6 +11,7 @@
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 #include "support/server_channel.h"
 
@@ -444,6 +445,11 @@ std::vector<std::string> ScriptedServer::Commands() const {
 std::vector<std::string> ScriptedServer::Received() const {
   const std::lock_guard<std::mutex> lock(conversation_->mutex_);
   return conversation_->received_;
+}
+
+std::vector<std::string> ScriptedServer::TakeReceived() {
+  const std::lock_guard<std::mutex> lock(conversation_->mutex_);
+  return std::exchange(conversation_->received_, {});
 }
 
 void ScriptedServer::AllowUnusedSteps() { conversation_->allow_unused_ = true; }

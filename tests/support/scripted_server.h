@@ -103,6 +103,8 @@ class ScriptedServer {
   std::vector<Command> CommandsWithSecurity() const;
   /// What the server took over data connections, one text for each that it read from.
   std::vector<std::string> Received() const;
+  /// The same, and forgets it.
+  std::vector<std::string> TakeReceived();
   /// The client went in the middle of the script on purpose: steps left over are no failure.
   void AllowUnusedSteps();
   /// What went against the script, and forgets it: for a test in which that is wanted.

@@ -23,10 +23,12 @@ enum class TestCertificate {
   kWrongName,      ///< For other.example.
   kExpired,
   kNotYetValid,
-  kSelfSigned,  ///< As kGood, but signed by itself.
-  kForClients,  ///< As kGood, but not to be used by a server.
-  kOldTls,      ///< kGood, offering nothing newer than TLS 1.0.
-  kTls12,       ///< kGood, offering TLS 1.2 alone.
+  kSelfSigned,    ///< As kGood, but signed by itself.
+  kForClients,    ///< As kGood, but not to be used by a server.
+  kWithChain,     ///< As kGood, but signed by an authority in between, whose certificate the server sends along.
+  kChainMissing,  ///< The same, without that certificate.
+  kOldTls,        ///< kGood, offering nothing newer than TLS 1.0.
+  kTls12,         ///< kGood, offering TLS 1.2 alone.
   kCount,
 };
 
@@ -65,10 +67,7 @@ class TestAuthority {
   };
 
   TestAuthority() : key_(EVP_EC_gen("P-256")) {
-    certificate_ = Make("Test authority", Validity());
-    AddExtension(*certificate_, NID_basic_constraints, "critical,CA:TRUE");
-    AddExtension(*certificate_, NID_key_usage, "critical,keyCertSign,cRLSign");
-    Sign(*certificate_, *key_, *certificate_, *key_);
+    certificate_ = MakeAuthority("Test authority", *key_, *key_);
     const int fd = mkstemp(path_.data());
     FILE* file = fd == -1 ? nullptr : fdopen(fd, "w");
     if (!file || PEM_write_X509(file, certificate_.get()) != 1 || fclose(file) != 0) std::abort();
@@ -101,6 +100,15 @@ class TestAuthority {
     if (X509_sign(&certificate, &issuerKey, EVP_sha256()) == 0) std::abort();
   }
 
+  /// Issued by the authority, or by itself as long as there is none.
+  CertificatePointer MakeAuthority(const char* name, EVP_PKEY& key, EVP_PKEY& issuerKey) const {
+    CertificatePointer made = Make(name, Validity());
+    AddExtension(*made, NID_basic_constraints, "critical,CA:TRUE");
+    AddExtension(*made, NID_key_usage, "critical,keyCertSign,cRLSign");
+    Sign(*made, key, certificate_ ? *certificate_ : *made, issuerKey);
+    return made;
+  }
+
   static const char* AlternativeNames(TestCertificate kind) {
     switch (kind) {
       case TestCertificate::kNameOnly: return "DNS:localhost";
@@ -122,8 +130,16 @@ class TestAuthority {
     AddExtension(*certificate, NID_subject_alt_name, AlternativeNames(kind));
     AddExtension(*certificate, NID_ext_key_usage, kind == TestCertificate::kForClients ? "clientAuth" : "serverAuth");
     const bool isOwnIssuer = kind == TestCertificate::kSelfSigned;
-    Sign(*certificate, *key, isOwnIssuer ? *certificate : *certificate_, isOwnIssuer ? *key : *key_);
+    const bool isBelow = kind == TestCertificate::kWithChain || kind == TestCertificate::kChainMissing;
+    const KeyPointer middleKey(EVP_EC_gen("P-256"));
+    const CertificatePointer middle = MakeAuthority("Authority in between", *middleKey, *key_);
+    if (isBelow) {
+      Sign(*certificate, *key, *middle, *middleKey);
+    } else {
+      Sign(*certificate, *key, isOwnIssuer ? *certificate : *certificate_, isOwnIssuer ? *key : *key_);
+    }
     ContextPointer context(SSL_CTX_new(TLS_server_method()));
+    if (kind == TestCertificate::kWithChain && SSL_CTX_add1_chain_cert(context.get(), middle.get()) != 1) std::abort();
     if (SSL_CTX_use_certificate(context.get(), certificate.get()) != 1) std::abort();
     if (SSL_CTX_use_PrivateKey(context.get(), key.get()) != 1) std::abort();
     LimitVersions(*context, kind);

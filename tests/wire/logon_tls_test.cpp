@@ -104,8 +104,9 @@ TEST_P(LogonTls, ExplicitFailsWithoutAnAnswer) {
 
 TEST_P(LogonTls, NoNameGoesToAServerThatCannotProveItself) {
   const TestCertificate bad[] = {
-      TestCertificate::kNameOnly,    TestCertificate::kWrongName,  TestCertificate::kExpired,
-      TestCertificate::kNotYetValid, TestCertificate::kSelfSigned, TestCertificate::kForClients,
+      TestCertificate::kNameOnly,     TestCertificate::kWrongName,     TestCertificate::kExpired,
+      TestCertificate::kNotYetValid,  TestCertificate::kSelfSigned,    TestCertificate::kForClients,
+      TestCertificate::kChainMissing, TestCertificate::kAddressAsName,
   };
   for (const TestCertificate certificate : bad) {
     SCOPED_TRACE(static_cast<int>(certificate));
@@ -186,11 +187,13 @@ TEST_P(LogonTls, AHandshakeIsLimitedAndCanBeStopped) {
   }
 }
 
-TEST_P(LogonTls, TakesTls12AndNothingOlder) {
-  server.UseTls(TestServerContext(TestCertificate::kTls12));
-  server.Accept().StartTls().Reply("220 Ready");
-  server.Expect("USER anna").Reply("230 In");
-  EXPECT_EQ(LogOn(kImplicit), LProcessResultOk);
+TEST_P(LogonTls, TakesAWholeChainAndTls12AndNothingOlder) {
+  for (const TestCertificate good : {TestCertificate::kTls12, TestCertificate::kWithChain}) {
+    server.UseTls(TestServerContext(good));
+    server.Accept().StartTls().Reply("220 Ready");
+    server.Expect("USER anna").Reply("230 In");
+    EXPECT_EQ(LogOn(kImplicit), LProcessResultOk);
+  }
   server.UseTls(TestServerContext(TestCertificate::kOldTls));
   server.Accept().StartTls(false);
   EXPECT_EQ(LogOn(kImplicit), LProcessResultFailed);
