@@ -52,11 +52,9 @@ TEST_P(UnknownServer, IsToldNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, UnknownServer, testing::ValuesIn([] {
-                           std::vector<ServerSetup> secure;
-                           for (ServerSetup setup : OfferedServers()) {
-                             setup.certificate = ServerCertificate::kUnknownAuthority;
-                             if (setup.security != ServerSecurity::kPlain) secure.push_back(setup);
-                           }
+                           std::vector<ServerSetup> secure = OfferedServersThat(
+                               [](const ServerSetup& setup) { return setup.security != ServerSecurity::kPlain; });
+                           for (ServerSetup& setup : secure) setup.certificate = ServerCertificate::kUnknownAuthority;
                            return secure;
                          }()),
                          NameOfParameter);

@@ -55,21 +55,26 @@ class ServerTest : public testing::TestWithParam<ServerSetup> {
   ScratchFolder local;
 };
 
-/// Every kind of server with every kind of security that it offers on this machine.
-inline std::vector<ServerSetup> OfferedServers() {
+/// Every kind of server with every kind of security that it offers on this machine, as far as `takes` wants it.
+template <typename Rule>
+std::vector<ServerSetup> OfferedServersThat(Rule takes) {
   std::vector<ServerSetup> setups;
-  for (const ServerKind kind :
-       {ServerKind::kVsftpd, ServerKind::kProftpd, ServerKind::kPureFtpd, ServerKind::kPyftpdlib}) {
+  for (const ServerKind kind : {ServerKind::kVsftpd, ServerKind::kProftpd, ServerKind::kPureFtpd,
+                                ServerKind::kPyftpdlib, ServerKind::kInetutils, ServerKind::kBusybox}) {
     for (const ServerSecurity security :
          {ServerSecurity::kPlain, ServerSecurity::kExplicitTls, ServerSecurity::kImplicitTls}) {
-      if (RealServer::IsOffered({kind, security})) setups.push_back({kind, security});
+      const ServerSetup setup = {kind, security};
+      if (RealServer::IsOffered(setup) && takes(setup)) setups.push_back(setup);
     }
   }
   return setups;
 }
+inline std::vector<ServerSetup> OfferedServers() {
+  return OfferedServersThat([](const ServerSetup&) { return true; });
+}
 
 inline std::string NameOf(const ServerSetup& setup) {
-  const char* const kinds[] = {"Vsftpd", "Proftpd", "PureFtpd", "Pyftpdlib"};
+  const char* const kinds[] = {"Vsftpd", "Proftpd", "PureFtpd", "Pyftpdlib", "Inetutils", "Busybox"};
   const char* const securities[] = {"Plain", "ExplicitTls", "ImplicitTls"};
   return std::string(kinds[static_cast<int>(setup.kind)]) + securities[static_cast<int>(setup.security)];
 }
@@ -81,4 +86,6 @@ inline std::string NameOfParameter(const testing::TestParamInfo<ServerSetup>& pa
   return NameOf(parameter.param);
 }
 
+#define SERVER_SUITE_THAT(name, takes) \
+  INSTANTIATE_TEST_SUITE_P(Each, name, testing::ValuesIn(OfferedServersThat(takes)), NameOfParameter)
 #define SERVER_SUITE(name) INSTANTIATE_TEST_SUITE_P(Each, name, testing::ValuesIn(OfferedServers()), NameOfParameter)

@@ -32,17 +32,6 @@ sockaddr_in Loopback(unsigned short port) {
   return address;
 }
 
-/// A port that nobody listens on. Another program may take it before the server does; Start tries again then.
-unsigned short FreePort() {
-  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = Loopback(0);
-  socklen_t size = sizeof address;
-  const bool bound = bind(listener, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                     getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-  close(listener);
-  return bound ? ntohs(address.sin_port) : 0;
-}
-
 bool Accepts(unsigned short port) {
   const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const sockaddr_in address = Loopback(port);
@@ -82,12 +71,49 @@ pid_t Spawn(std::vector<std::string> arguments, std::vector<std::string> environ
   _exit(127);
 }
 
+/// `pid` becomes 0 if the program has ended meanwhile.
+bool WaitUntilAccepted(unsigned short port, pid_t& pid) {
+  for (int step = 0; step < kAcceptSteps; ++step) {
+    if (Accepts(port)) return true;
+    if (waitpid(pid, nullptr, WNOHANG) == pid) {
+      pid = 0;
+      return false;
+    }
+    SleepStep();
+  }
+  return false;
+}
+
+/// Ends a program and all that it has started; `pid` becomes 0.
+void EndGroup(pid_t& pid) {
+  if (pid <= 0) return;
+  kill(-pid, SIGTERM);
+  bool ended = false;
+  for (int step = 0; step < kEndSteps && !ended; ++step) {
+    ended = waitpid(pid, nullptr, WNOHANG) == pid;
+    if (!ended) SleepStep();
+  }
+  kill(-pid, SIGKILL);  // Also what is left of its sessions.
+  if (!ended) waitpid(pid, nullptr, 0);
+  pid = 0;
+}
+
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace
+
+unsigned short FreeLoopbackPort() {
+  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address = Loopback(0);
+  socklen_t size = sizeof address;
+  const bool bound = bind(listener, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                     getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) == 0;
+  close(listener);
+  return bound ? ntohs(address.sin_port) : 0;
+}
 
 RealServer::RealServer(const ServerSetup& setup) : setup_(setup) {
   char folder[] = "/tmp/orvane-server-XXXXXX";
@@ -108,8 +134,12 @@ RealServer::~RealServer() {
 }
 
 bool RealServer::IsOffered(const ServerSetup& setup) {
-  if (setup.kind != ServerKind::kPureFtpd) return true;
-  return setup.security != ServerSecurity::kImplicitTls && geteuid() == 0;
+  switch (setup.kind) {
+    case ServerKind::kPureFtpd: return setup.security != ServerSecurity::kImplicitTls && geteuid() == 0;
+    case ServerKind::kInetutils:
+    case ServerKind::kBusybox: return setup.security == ServerSecurity::kPlain && geteuid() == 0;
+    default: return true;
+  }
 }
 
 const char* RealServer::User() const {
@@ -120,7 +150,7 @@ const char* RealServer::User() const {
 std::string RealServer::Log() const { return ReadFile(Work("output")) + ReadFile(Work("log")); }
 
 bool RealServer::Start() {
-  port_ = FreePort();
+  port_ = FreeLoopbackPort();
   const Launch launch = Configure();
   if (launch.arguments.empty()) return false;
   pid_ = Spawn(launch.arguments, launch.environment, Work("output"));
@@ -129,27 +159,36 @@ bool RealServer::Start() {
   return false;
 }
 
-bool RealServer::WaitUntilItAccepts() {
-  for (int step = 0; step < kAcceptSteps; ++step) {
-    if (Accepts(port_)) return true;
-    if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
-      pid_ = 0;
-      return false;
-    }
-    SleepStep();
+bool RealServer::WaitUntilItAccepts() { return WaitUntilAccepted(port_, pid_); }
+
+void RealServer::End() { EndGroup(pid_); }
+
+RealProxy::RealProxy() {
+  char folder[] = "/tmp/orvane-proxy-XXXXXX";
+  if (!mkdtemp(folder)) return;
+  work_ = folder;
+  for (int tries = 0; tries < kStartTries && !Start(); ++tries) {
   }
-  return false;
 }
 
-void RealServer::End() {
-  if (pid_ <= 0) return;
-  kill(-pid_, SIGTERM);
-  bool ended = false;
-  for (int step = 0; step < kEndSteps && !ended; ++step) {
-    ended = waitpid(pid_, nullptr, WNOHANG) == pid_;
-    if (!ended) SleepStep();
-  }
-  kill(-pid_, SIGKILL);  // Also what is left of its sessions.
-  if (!ended) waitpid(pid_, nullptr, 0);
-  pid_ = 0;
+RealProxy::~RealProxy() {
+  EndGroup(pid_);
+  std::error_code ignored;
+  fs::remove_all(work_, ignored);
+}
+
+std::string RealProxy::Log() const { return ReadFile(work_ + "/output") + ReadFile(work_ + "/log"); }
+
+bool RealProxy::Start() {
+  port_ = FreeLoopbackPort();
+  const std::string configuration = work_ + "/ftp-proxy.conf";
+  // The destination is never used, but has to be there.
+  std::ofstream(configuration) << "ServerType standalone\nListen 127.0.0.1\nPort " << port_
+                               << "\nAllowMagicUser yes\nForceMagicUser yes\nDestinationAddress 127.0.0.1\nPidFile "
+                               << work_ << "/pid\nLogDestination " << work_ << "/log\n";
+  pid_ = Spawn({FetchedPath("/usr/sbin/ftp-proxy"), "-n", "-d", "-f", configuration},
+               {"LD_LIBRARY_PATH=" + FetchedPath("/usr/lib/x86_64-linux-gnu")}, work_ + "/output");
+  if (WaitUntilAccepted(port_, pid_)) return true;
+  EndGroup(pid_);
+  return false;
 }

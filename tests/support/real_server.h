@@ -1,14 +1,14 @@
 // FTP servers of other makers, each started for one test: on loopback, on a port of its own, with its own
 // configuration, folder of files and user, and ended with the test. Main thread.
 //
-// The programs lie where tools/fetch-test-servers unpacks them; pyftpdlib is Debian's.
+// The programs lie where tools/fetch-test-servers unpacks and builds them; pyftpdlib is Debian's.
 #pragma once
 
 #include <string>
 #include <sys/types.h>
 #include <vector>
 
-enum class ServerKind { kVsftpd, kProftpd, kPureFtpd, kPyftpdlib };
+enum class ServerKind { kVsftpd, kProftpd, kPureFtpd, kPyftpdlib, kInetutils, kBusybox };
 enum class ServerSecurity { kPlain, kExplicitTls, kImplicitTls };
 enum class ServerCertificate {
   kTrusted,           ///< Signed by the authority that this process trusts.
@@ -21,6 +21,33 @@ struct ServerSetup {
   ServerCertificate certificate = ServerCertificate::kTrusted;
 };
 
+/// Where tools/fetch-test-servers has put a file that its package has at `path`.
+std::string FetchedPath(const std::string& path);
+
+/// A free port of the loopback address. Another program may take it before its user does.
+unsigned short FreeLoopbackPort();
+
+/// A proxy that takes `USER user@host:port` from whoever connects, without a logon of its own.
+class RealProxy {
+ public:
+  /// As RealServer.
+  RealProxy();
+  ~RealProxy();
+  RealProxy(const RealProxy&) = delete;
+  RealProxy& operator=(const RealProxy&) = delete;
+
+  bool IsRunning() const { return pid_ > 0; }
+  std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
+  std::string Log() const;
+
+ private:
+  bool Start();
+
+  std::string work_;
+  unsigned short port_ = 0;
+  pid_t pid_ = 0;
+};
+
 /// A running server. What is forced by `security` is all that it takes: with TLS no plain logon and no plain
 /// data.
 class RealServer {
@@ -31,7 +58,8 @@ class RealServer {
   RealServer(const RealServer&) = delete;
   RealServer& operator=(const RealServer&) = delete;
 
-  /// Pure-FTPd has no implicit TLS, and runs under root alone.
+  /// Pure-FTPd has no implicit TLS, the BSD server and busybox have none at all; and the three serve other users
+  /// under root alone.
   static bool IsOffered(const ServerSetup& setup);
 
   bool IsRunning() const { return pid_ > 0; }
@@ -56,6 +84,9 @@ class RealServer {
   Launch ConfigureProftpd() const;
   Launch ConfigurePureFtpd() const;
   Launch ConfigurePyftpdlib() const;
+  Launch ConfigureInetutils() const;
+  Launch ConfigureBusybox() const;
+  Launch ServeEachConnection(const std::vector<std::string>& program) const;
   bool HasTls() const { return setup_.security != ServerSecurity::kPlain; }
   std::string Work(const char* name) const { return work_ + "/" + name; }
   void End();

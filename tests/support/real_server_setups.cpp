@@ -16,10 +16,8 @@ constexpr unsigned kNobody = 65534;
 /// RealServer::Password() as crypt(3) hashes it with SHA-256.
 constexpr char kHashedPassword[] = "$5$orvane$NM1QVDCNU6b7uSG6F7n49qjOu.IUt1Nz47daWXEjI6D";
 
-std::string Fetched(const char* path) { return std::string(ORVANE_SOURCE_DIR) + "/build/servers" + path; }
-
 /// The libraries that come with the servers.
-std::vector<std::string> FetchedLibraries() { return {"LD_LIBRARY_PATH=" + Fetched("/usr/lib/x86_64-linux-gnu")}; }
+std::vector<std::string> FetchedLibraries() { return {"LD_LIBRARY_PATH=" + FetchedPath("/usr/lib/x86_64-linux-gnu")}; }
 
 const CertificateFiles& Certificate(const ServerSetup& setup) {
   return setup.certificate == ServerCertificate::kTrusted ? TrustedCertificate() : UnknownCertificate();
@@ -39,6 +37,11 @@ std::string GroupOf(unsigned user) {
   return found ? found->gr_name : std::to_string(user);
 }
 
+void WriteForAll(const std::string& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+  chmod(path.c_str(), 0644);
+}
+
 void WritePrivately(const std::string& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
   chmod(path.c_str(), 0600);
@@ -46,12 +49,16 @@ void WritePrivately(const std::string& path, const std::string& text) {
 
 }  // namespace
 
+std::string FetchedPath(const std::string& path) { return std::string(ORVANE_SOURCE_DIR) + "/build/servers" + path; }
+
 RealServer::Launch RealServer::Configure() const {
   switch (setup_.kind) {
     case ServerKind::kVsftpd: return ConfigureVsftpd();
     case ServerKind::kProftpd: return ConfigureProftpd();
     case ServerKind::kPureFtpd: return ConfigurePureFtpd();
     case ServerKind::kPyftpdlib: return ConfigurePyftpdlib();
+    case ServerKind::kInetutils: return ConfigureInetutils();
+    case ServerKind::kBusybox: return ConfigureBusybox();
   }
   return {};
 }
@@ -65,7 +72,7 @@ RealServer::Launch RealServer::ConfigureVsftpd() const {
       "anonymous_enable=YES\nlocal_enable=NO\nsecure_email_list_enable=YES\n"
       "write_enable=YES\nanon_upload_enable=YES\nanon_mkdir_write_enable=YES\nanon_other_write_enable=YES\n"
       "anon_world_readable_only=NO\nanon_umask=022\nallow_writeable_chroot=YES\n"
-      "pasv_address=127.0.0.1\nconnect_from_port_20=NO\n"
+      "force_dot_files=YES\npasv_address=127.0.0.1\nconnect_from_port_20=NO\n"
       "xferlog_enable=YES\nmax_login_fails=1\ndelay_failed_login=0\n";
   text += "listen_port=" + std::to_string(port_) + "\nftp_username=nobody\nanon_root=" + folder_ +
           "\nemail_password_file=" + Work("passwords") + "\nvsftpd_log_file=" + Work("log") +
@@ -78,7 +85,7 @@ RealServer::Launch RealServer::ConfigureVsftpd() const {
   }
   if (setup_.security == ServerSecurity::kImplicitTls) text += "implicit_ssl=YES\n";
   WritePrivately(Work("vsftpd.conf"), text);
-  return {{Fetched("/usr/sbin/vsftpd"), Work("vsftpd.conf")}, FetchedLibraries()};
+  return {{FetchedPath("/usr/sbin/vsftpd"), Work("vsftpd.conf")}, FetchedLibraries()};
 }
 
 RealServer::Launch RealServer::ConfigureProftpd() const {
@@ -88,8 +95,8 @@ RealServer::Launch RealServer::ConfigureProftpd() const {
   std::string text =
       "ServerType standalone\nDefaultAddress 127.0.0.1\nMasqueradeAddress 127.0.0.1\nSocketBindTight on\n"
       "UseIPv6 off\nUseReverseDNS off\nAuthOrder mod_auth_file.c\nRequireValidShell off\nAllowOverwrite on\n"
-      "AllowStoreRestart on\nUmask 022\nWtmpLog off\nDelayEngine off\nTransferLog none\nTimesGMT off\n";
-  text += "ModulePath " + Fetched("/usr/lib/proftpd") + "\nLoadModule mod_tls.c\nPort " + std::to_string(port_) +
+      "AllowStoreRestart on\nUmask 022\nWtmpLog off\nDelayEngine off\nTransferLog none\nTimesGMT off\nListOptions -a\n";
+  text += "ModulePath " + FetchedPath("/usr/lib/proftpd") + "\nLoadModule mod_tls.c\nPort " + std::to_string(port_) +
           "\nUser " + NameOf(ServingUser()) + "\nGroup " + GroupOf(ServingUser()) + "\nAuthUserFile " + Work("passwd") +
           "\nPidFile " + Work("pid") + "\nScoreboardFile " + Work("scoreboard") + "\nSystemLog " + Work("log") + "\n";
   if (HasTls()) {
@@ -99,7 +106,7 @@ RealServer::Launch RealServer::ConfigureProftpd() const {
             (setup_.security == ServerSecurity::kImplicitTls ? " UseImplicitSSL" : "") + "\n";
   }
   WritePrivately(Work("proftpd.conf"), text);
-  return {{Fetched("/usr/sbin/proftpd"), "-n", "-q", "-c", Work("proftpd.conf")}, FetchedLibraries()};
+  return {{FetchedPath("/usr/sbin/proftpd"), "-n", "-q", "-c", Work("proftpd.conf")}, FetchedLibraries()};
 }
 
 RealServer::Launch RealServer::ConfigurePureFtpd() const {
@@ -107,9 +114,9 @@ RealServer::Launch RealServer::ConfigurePureFtpd() const {
   // Its own tool hashes a password in seconds; the server takes this hash as well.
   WritePrivately(Work("users"), std::string(User()) + ":" + kHashedPassword + ":" + user + ":" + user + "::" + folder_ +
                                     "/./::::::::::::\n");
-  const std::string command = Fetched("/usr/bin/pure-pw") + " mkdb " + Work("users.pdb") + " -f " + Work("users");
+  const std::string command = FetchedPath("/usr/bin/pure-pw") + " mkdb " + Work("users.pdb") + " -f " + Work("users");
   if (system(command.c_str()) != 0) return {};
-  Launch launch{{Fetched("/usr/sbin/pure-ftpd"), "-4", "-E", "-H", "-A", "-P", "127.0.0.1", "-U", "022:022", "-S",
+  Launch launch{{FetchedPath("/usr/sbin/pure-ftpd"), "-4", "-E", "-H", "-A", "-P", "127.0.0.1", "-U", "022:022", "-S",
                  "127.0.0.1," + std::to_string(port_), "-l", "puredb:" + Work("users.pdb"), "-g", Work("pid"), "-O",
                  "clf:" + Work("log")},
                 FetchedLibraries()};
@@ -129,4 +136,27 @@ RealServer::Launch RealServer::ConfigurePyftpdlib() const {
                 {}};
   if (HasTls()) launch.arguments.push_back(Certificate(setup_).both);
   return launch;
+}
+
+/// A server that is started anew for each connection, and asks the system for its users.
+RealServer::Launch RealServer::ServeEachConnection(const std::vector<std::string>& program) const {
+  const std::string user = std::to_string(kNobody);
+  // Read once more when the server has become that user.
+  WriteForAll(Work("passwd"), "root:x:0:0::/:/bin/sh\n" + std::string(User()) + ":" + kHashedPassword + ":" + user +
+                                  ":" + user + "::" + folder_ + ":/bin/sh\n");
+  WriteForAll(Work("group"), "root:x:0:\nnogroup:x:" + user + ":\n");
+  Launch launch{{FetchedPath("/usr/bin/busybox-ftpd"), "tcpsvd", "-E", "127.0.0.1", std::to_string(port_)},
+                // The users of the files above in place of the system's.
+                {"LD_PRELOAD=" + FetchedPath("/usr/lib/x86_64-linux-gnu/libnss_wrapper.so"),
+                 "NSS_WRAPPER_PASSWD=" + Work("passwd"), "NSS_WRAPPER_GROUP=" + Work("group"), "LC_ALL=C"}};
+  launch.arguments.insert(launch.arguments.end(), program.begin(), program.end());
+  return launch;
+}
+
+RealServer::Launch RealServer::ConfigureInetutils() const {
+  return ServeEachConnection({FetchedPath("/usr/sbin/ftpd"), "-q", "-u", "022", "-a", "default"});
+}
+
+RealServer::Launch RealServer::ConfigureBusybox() const {
+  return ServeEachConnection({FetchedPath("/usr/bin/busybox-ftpd"), "ftpd", "-w", folder_});
 }
