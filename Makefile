@@ -48,6 +48,9 @@ bench:
 	cmake --preset release
 	cmake --build --preset release -j$(JOBS)
 	bench/run
+	bench/listing
+	build/release/bench/engine_bench exchange
+	build/release/bench/engine_bench lines
 
 fuzz:
 	tools/install-dependencies
