@@ -5,6 +5,8 @@ namespace {
 
 /// A line is read in pieces of this many bytes.
 constexpr size_t kLineChunk = 48;
+/// No ordinary line has more chunks.
+constexpr int kOrdinaryChunks = 100;
 
 /// Peeks at what is there and takes off the socket no more than up to the first of `characters`. Fewer than 1
 /// byte means failure or the end of the stream.
@@ -61,11 +63,19 @@ size_t LengthWithoutLineEnd(const char* chunk, size_t size, bool& isLineEnd) {
   return size;
 }
 
+/// Data that wait decrypted are read without a question, so that a line under TLS that never ends would never be
+/// asked about.
+bool IsToStopInLine(LProcessInterface& process, const LSSLSocketTCP& socket) {
+  return socket.IsSecure() && process.IsToStop();
+}
+/// The wait for each chunk has asked.
+bool IsToStopInLine(LProcessInterface&, const LIPSocketTCPRef&) { return false; }
+
 template <typename W, typename Socket>
 LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, unsigned int ms) {
   // What a failed read gives: once anything has come, the stream's last line has no end of its own.
   LProcessResult onFailure = LProcessResultFailed;
-  for (;;) {
+  for (int count = 1;; ++count) {
     char chunk[kLineChunk];
     size_t received = 0;
     const LProcessResult result = ProcessRecvToCharacter(process, socket, chunk, sizeof chunk, received, "\n", ms);
@@ -76,6 +86,7 @@ LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, u
     const size_t length = LengthWithoutLineEnd(chunk, received, isLineEnd);
     writer.Write(chunk, length);
     if (isLineEnd) return LProcessResultOk;
+    if (count % kOrdinaryChunks == 0 && IsToStopInLine(process, socket)) return LProcessResultStopped;
   }
 }
 

@@ -2,12 +2,14 @@
 #include <cstdlib>
 
 #include "ftp/commands.h"
+#include "ftp/reply_limit.h"
 #include "ftp/timeouts.h"
 
 namespace {
 
 constexpr size_t kLineBuffer = 5200;  ///< Bytes; grows for a longer line.
 constexpr size_t kCodeSize = 3;
+constexpr size_t kLongestReply = 64u << 20;  ///< Bytes of all lines: a server may never come to an end.
 
 /// One line without trailing white space.
 LProcessResult ReceiveLine(LProcessInterface& process, LFileTransferProtocol& session,
@@ -30,11 +32,13 @@ LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTr
   LStringLongTemplate<char> line;
   line.GrowToSize(kLineBuffer);
   char closingMark[kCodeSize + 2] = {};  // The code and a blank; empty before the first line.
-  for (;;) {
-    const LProcessResult received = ReceiveLine(process, session, line);
+  FtpReplyLimit limit(process, FtpReplyLimit::WholeReplyMs(gFtpTimeouts.replyMs));
+  for (size_t bytes = 0; bytes < kLongestReply; bytes += line.length + 1) {
+    const bool isFirst = closingMark[0] == 0;
+    LProcessResult received = isFirst ? LProcessResultOk : limit.AskAgain();
+    if (received == LProcessResultOk) received = limit.Judge(ReceiveLine(limit, session, line));
     if (received == LProcessResultStopped) FtpDrainReply(session);
     if (received != LProcessResultOk) return received;
-    const bool isFirst = closingMark[0] == 0;
     if (line.IsEmpty()) {
       if (isFirst) return LProcessResultFailed;
       continue;
@@ -50,4 +54,5 @@ LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTr
     if (closes) return LProcessResultOk;
     if (!isFirst) lines.Add(line);
   }
+  return LProcessResultFailed;
 }

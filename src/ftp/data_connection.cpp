@@ -1,6 +1,7 @@
 #include "ftp/data_connection.h"
 
 #include <algorithm>
+#include <arpa/inet.h>
 #include <cstring>
 
 #include "core/socket_wait.h"
@@ -14,7 +15,18 @@ using platform::TlsStatus;
 /// Never used: a passive address always carries its port.
 constexpr unsigned short kNoPort = 21;
 
+constexpr size_t kLongestLine = 64u << 20;  ///< Bytes.
+
 constexpr short kTrouble = POLLERR | POLLHUP | POLLNVAL;
+
+/// A passive address is four numbers of the server's. Those that are no address would go to the resolver as a name,
+/// which no answer can come for and which holds the window as long as it is looked for.
+bool IsDottedAddress(const char* address) {
+  char host[kTextSize];
+  (void)SplitPortFromAddr(address, host, kNoPort);
+  in_addr ignored;
+  return inet_pton(AF_INET, host, &ignored) == 1;
+}
 
 }  // namespace
 
@@ -22,6 +34,10 @@ LProcessResult FtpDataConnection::Open(LProcessInterface& process, const char* a
   tls = Tls::kNone;
   bMoved = bAtEnd = bCutOff = false;
   iLineStart = iLineEnd = 0;
+  if (!IsDottedAddress(address)) {
+    socket.CloseSocketAndContext();
+    return LProcessResultFailed;
+  }
   return ProcessConnect<char>(process, socket, address, kNoPort, gFtpTimeouts.dataConnectMs, false);
 }
 
@@ -88,13 +104,15 @@ void FtpDataConnection::NoteEnd() {
   bCutOff = socket.IsSecure() && !platform::TlsPeerClosedCleanly(socket.pContext);
 }
 
-/// Moves what is buffered of the present line to `writer`. True when the line is whole.
-bool FtpDataConnection::TakeBufferedLine(LStringLongTemplateWriter<char>& writer) {
+/// Moves what is buffered of the present line to `line`. True when the line is whole.
+bool FtpDataConnection::TakeBufferedLine(LStringLongTemplate<char>& line) {
   const char* start = piece.get() + iLineStart;
   const size_t size = iLineEnd - iLineStart;
   const char* end = size ? static_cast<const char*>(memchr(start, '\n', size)) : nullptr;
   const size_t length = end ? static_cast<size_t>(end - start) : size;
-  writer.Write(start, length);
+  // What is longer is no line any more, and a server that never ends it would take all memory.
+  LStringLongTemplateWriter<char>(line).Write(start,
+                                              std::min(length, kLongestLine - std::min(kLongestLine, line.length)));
   iLineStart += end ? length + 1 : length;
   return end != nullptr;
 }
@@ -104,9 +122,8 @@ LProcessResult FtpDataConnection::ReceiveLine(LProcessInterface& process, LStrin
   line.GrowToSize(kTextSize);
   line.length = 0;
   line.data[0] = 0;
-  LStringLongTemplateWriter<char> writer(line);
   bool isAnything = iLineStart < iLineEnd;
-  while (!TakeBufferedLine(writer)) {
+  while (!TakeBufferedLine(line)) {
     iLineStart = iLineEnd = 0;
     const LProcessResult result = Receive(process, Piece(), kPieceSize, iLineEnd, ms);
     if (result == LProcessResultStopped || (result != LProcessResultOk && !isAnything)) return result;
@@ -127,7 +144,7 @@ LProcessResult FtpDataConnection::Send(LProcessInterface& process, const void* d
     const TlsStatus status = socket.WriteAvailable(data, size, sent);
     if (sent > 0) {
       bMoved = true;
-      return status == TlsStatus::kWouldBlock ? Flush(process) : LProcessResultOk;
+      return status == TlsStatus::kWouldBlock ? Flush(process, ms) : LProcessResultOk;
     }
     if (status != TlsStatus::kWouldBlock) return LProcessResultFailed;
     const short events = socket.IsSecure() ? socket.PollEvents() : POLLOUT;
@@ -136,14 +153,20 @@ LProcessResult FtpDataConnection::Send(LProcessInterface& process, const void* d
   }
 }
 
-/// What the TLS layer has taken over counts as sent, so there is no limit here, and a failure shows in the
-/// next send.
-LProcessResult FtpDataConnection::Flush(LProcessInterface& process) {
+/// What the TLS layer has taken over counts as sent, and a failure shows in the next send. Each time that the
+/// server makes room it has `ms` anew: it is slow then, and one that takes nothing at all must not hold the transfer
+/// for ever.
+LProcessResult FtpDataConnection::Flush(LProcessInterface& process, unsigned int ms) {
+  unsigned left = ms;
   for (;;) {
     if (process.IsToStop()) return LProcessResultStopped;
     size_t none = 0;
     if (socket.WriteAvailable(nullptr, 0, none) != TlsStatus::kWouldBlock) return LProcessResultOk;
-    (void)SocketWait(socket.fd, socket.PollEvents(), kSocketSliceMs);
+    if (SocketWait(socket.fd, socket.PollEvents(), kSocketSliceMs) != 0) {
+      left = ms;
+    } else if (!SocketTakeSlice(left)) {
+      return LProcessResultFailed;
+    }
   }
 }
 

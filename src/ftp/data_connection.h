@@ -14,6 +14,7 @@
 
 #include "core/process.h"
 #include "core/sockets.h"
+#include "ftp/protocol.h"
 #include "support/strings.h"
 
 class FtpDataConnection {
@@ -24,7 +25,7 @@ class FtpDataConnection {
   FtpDataConnection(const FtpDataConnection&) = delete;
   FtpDataConnection& operator=(const FtpDataConnection&) = delete;
 
-  /// Connects to "a.b.c.d:port"; what was open is closed.
+  /// Connects to "a.b.c.d:port"; what was open is closed. A name is not looked up.
   [[nodiscard]] LProcessResult Open(LProcessInterface&, const char* address);
   /// The same, with a second try after a failure.
   [[nodiscard]] LProcessResult OpenInTwoTries(LProcessInterface&, const char* address);
@@ -38,15 +39,21 @@ class FtpDataConnection {
   void ContinueTlsUntilReply(LProcessInterface&, LSSLSocketTCP& control);
   /// Begins TLS if that has not been done, and waits for the handshake's end.
   void FinishTls(LProcessInterface&);
+  /// What follows the reply `code` to a command for data: a server that refuses the command has no more to do with the
+  /// connection, so that nobody waits for its side of the handshake.
+  void FinishTlsBehindReply(LProcessInterface& process, unsigned code) {
+    FtpReplyIsPreliminary(code) ? FinishTls(process) : BeginTls();
+  }
 
   /// One piece of what the server sent. 0 with at least one byte; 1 stopped; 2 at the end of the stream, on a
   /// failure and when nothing came for `ms`.
   [[nodiscard]] LProcessResult Receive(LProcessInterface&, void* buffer, size_t size, size_t& received,
                                        unsigned int ms);
   /// The next line without its end. The last one may lack its end, also when the stream failed or fell
-  /// silent.
+  /// silent. Of a line beyond 64 MiB the rest is dropped.
   [[nodiscard]] LProcessResult ReceiveLine(LProcessInterface&, LStringLongTemplate<char>& line, unsigned int ms);
-  /// Hands over what the connection takes of `data`: 0 with `sent` above 0; 2 when it took nothing for `ms`.
+  /// Hands over what the connection takes of `data`: 0 with `sent` above 0; 2 when it took nothing for `ms`,
+  /// or when nothing of what the TLS layer has taken over went out for `ms`.
   [[nodiscard]] LProcessResult Send(LProcessInterface&, const void* data, size_t size, size_t& sent, unsigned int ms);
 
   /// Ends our side first, reads to the server's end within a bound, then closes. A socket that is closed with
@@ -69,11 +76,11 @@ class FtpDataConnection {
   enum class Tls { kNone, kHandshake, kSettled };
 
   void StepHandshake();
-  LProcessResult Flush(LProcessInterface&);
+  LProcessResult Flush(LProcessInterface&, unsigned int ms);
   void EndOurSide(LProcessInterface&);
   void ReadToEnd(LProcessInterface&);
   void NoteEnd();
-  bool TakeBufferedLine(LStringLongTemplateWriter<char>& writer);
+  bool TakeBufferedLine(LStringLongTemplate<char>& line);
 
   LSSLSocketTCP socket;
   Tls tls = Tls::kNone;

@@ -10,13 +10,15 @@ constexpr unsigned kProtectionRefused = 534;
 
 void CollectLines(LProcessInterface& process, FtpDataConnection& data, LStringListTemplate<char>& lines) {
   LStringLongTemplate<char> line;
-  while (data.ReceiveLine(process, line, gFtpTimeouts.dataReplyLineMs) == LProcessResultOk) {
+  LProcessResult result;
+  while ((result = data.ReceiveLine(process, line, gFtpTimeouts.dataReplyLineMs)) == LProcessResultOk) {
     FtpLinePieces pieces(line.data, line.length);
     char piece[kTextSize];
     while (pieces.Next(piece)) {
       if (piece[0]) lines.Add(piece);
     }
   }
+  if (result == LProcessResultStopped) data.Drop();
 }
 
 LProcessResult OpenDataConnection(LProcessInterface& process, LFileTransferProtocol& session, FtpDataConnection& data) {
@@ -58,7 +60,7 @@ LProcessResult ProcessFtpSendAndWaitForDataReply(LProcessInterface& process, LFi
   unsigned short code = 0;
   // Only the code counts.
   (void)ProcessFtpSendAndWaitForReply(process, session, command, &code, nullptr);
-  if (session.IsSecure()) data.FinishTls(process);
+  if (session.IsSecure()) data.FinishTlsBehindReply(process, code);
   if (FtpReplyIsPreliminary(code)) CollectLines(process, data, lines);
   data.Close(process);
   if (!FtpReplyIsPreliminary(code)) return LProcessResultFailed;

@@ -73,11 +73,13 @@ LProcessResult Session::DirIterator::Reader::SendMlsd(unsigned short& code) {
   return result;
 }
 
-/// Ends with the stream, with a silence of the line's time-out, or with a stop; what came counts.
+/// Ends with the stream, with a silence of the line's time-out, or with a stop; what came counts. Closes the
+/// connection.
 void Session::DirIterator::Reader::ReadLines(LineRule rule) {
   Item** tail = &pIterator->items.first;
   LStringLongTemplate<char> line;
-  while (data.ReceiveLine(*pProcess, line, gFtpTimeouts.listingLineMs) == LProcessResultOk) {
+  LProcessResult result;
+  while ((result = data.ReceiveLine(*pProcess, line, gFtpTimeouts.listingLineMs)) == LProcessResultOk) {
     FtpLinePieces pieces(line.data, line.length);
     char piece[kTextSize];
     while (pieces.Next(piece)) {
@@ -89,6 +91,9 @@ void Session::DirIterator::Reader::ReadLines(LineRule rule) {
       ++pIterator->iCount;
     }
   }
+  // Whoever stops a listing that never ends does not want to see its end first.
+  if (result == LProcessResultStopped) data.Drop();
+  data.Close(*pProcess);
 }
 
 LProcessResult Session::DirIterator::Reader::List() {
@@ -104,12 +109,11 @@ LProcessResult Session::DirIterator::Reader::List() {
     rule = &FtpItemFromListingLine;
     // Only the code counts. TLS runs already if MLSD was refused.
     (void)ProcessFtpSendAndWaitForReply(*pProcess, *pSession, "LIST\r\n", &code, nullptr);
-    if (pSession->IsSecure()) data.FinishTls(*pProcess);
+    if (pSession->IsSecure()) data.FinishTlsBehindReply(*pProcess, code);
   }
   // A refused listing is an empty one.
   if (!FtpReplyIsPreliminary(code)) return LProcessResultOk;
   ReadLines(rule);
-  data.Close(*pProcess);
   char text[kTextSize];
   return ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.closingReplyMs);
 }

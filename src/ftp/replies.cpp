@@ -4,6 +4,7 @@
 #include "ftp/commands.h"
 #include "ftp/line_pieces.h"
 #include "ftp/protocol.h"
+#include "ftp/reply_limit.h"
 #include "ftp/timeouts.h"
 #include "support/log.h"
 
@@ -30,19 +31,28 @@ bool TakeReply(const char* line, size_t size, unsigned short& code, char (&text)
   return false;
 }
 
+/// `ms` counts for each line, `wholeMs` for all of them.
+LProcessResult ReadReply(LProcessInterface& process, LFileTransferProtocol& session, unsigned short& code,
+                         char (&text)[kTextSize], unsigned int ms, unsigned int wholeMs) {
+  text[0] = 0;
+  code = 0;
+  FtpReplyLimit limit(process, wholeMs);
+  for (;;) {
+    char line[kTextSize];
+    LFixedLengthStringWriterTemplate<char> writer(line);
+    const LProcessResult received = limit.Judge(ProcessRecvLineToWriter(limit, session, writer, ms));
+    if (received != LProcessResultOk) return received;
+    if (TakeReply(line, writer.Length(), code, text)) return LProcessResultOk;
+    const LProcessResult asked = limit.AskAgain();
+    if (asked != LProcessResultOk) return asked;
+  }
+}
+
 }  // namespace
 
 LProcessResult ProcessFtpWaitForReplyTimeout(LProcessInterface& process, LFileTransferProtocol& session,
                                              unsigned short& code, char (&text)[kTextSize], unsigned int ms) {
-  text[0] = 0;
-  code = 0;
-  for (;;) {
-    char line[kTextSize];
-    LFixedLengthStringWriterTemplate<char> writer(line);
-    const LProcessResult received = ProcessRecvLineToWriter(process, session, writer, ms);
-    if (received != LProcessResultOk) return received;
-    if (TakeReply(line, writer.Length(), code, text)) return LProcessResultOk;
-  }
+  return ReadReply(process, session, code, text, ms, FtpReplyLimit::WholeReplyMs(ms));
 }
 
 void FtpDrainReply(LFileTransferProtocol& session) {
@@ -50,7 +60,7 @@ void FtpDrainReply(LFileTransferProtocol& session) {
   unsigned short code;
   char text[kTextSize];
   // The user has stopped already; whether the reply still came changes nothing.
-  (void)ProcessFtpWaitForReplyTimeout(unstoppable, session, code, text, gFtpTimeouts.drainReplyMs);
+  (void)ReadReply(unstoppable, session, code, text, gFtpTimeouts.drainReplyMs, gFtpTimeouts.drainReplyMs);
 }
 
 void FtpQuotedPath(const char* reply, char (&path)[kTextSize]) {
