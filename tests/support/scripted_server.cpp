@@ -36,6 +36,7 @@ class ScriptedServer::Conversation {
 
   // For the actions, on the server's thread.
   void SendText(const std::string& bytes) { (void)control_.Write(bytes, one_byte_); }
+  void SendForever(ServerChannel& channel, const std::string& bytes) const;
   void Pause(int ms) { (void)WaitForDescriptor(-1, 0, stop_fd_, ms); }
   void StartTls(bool succeeds);
   void OpenPassive(bool listening);
@@ -227,6 +228,10 @@ void ScriptedServer::Conversation::StartDataTls(bool succeeds) {
   }
 }
 
+void ScriptedServer::Conversation::SendForever(ServerChannel& channel, const std::string& bytes) const {
+  while (channel.Write(bytes, false) && !WaitForDescriptor(stop_fd_, POLLIN, -1, 0)) continue;
+}
+
 void ScriptedServer::Conversation::SendData(const std::string& bytes) {
   // A client may stop reading on purpose, so a write that fails is no problem in itself.
   if (NeedData()) (void)data_.Write(bytes, one_byte_ && bytes.size() <= 4096);
@@ -322,6 +327,16 @@ Step& Step::ReplyLongLine(const std::string& start, size_t size) {
 
 Step& Step::Delay(int ms) {
   return Then([ms](Conversation& server) { server.Pause(ms); });
+}
+
+Step& Step::RawForever(const std::string& bytes) {
+  return Then([bytes](Conversation& server) { server.SendForever(server.control_, bytes); });
+}
+
+Step& Step::DataForever(const std::string& bytes) {
+  return Then([bytes](Conversation& server) {
+    if (server.NeedData()) server.SendForever(server.data_, bytes);
+  });
 }
 
 Step& Step::IgnoreInput() {

@@ -39,6 +39,7 @@ class ScriptedServer {
     Step& ReplyLines(const std::vector<std::string>& lines);     ///< Each with its end.
     Step& ReplyLongLine(const std::string& start, size_t size);  ///< A line of `size` bytes, filled with 'x'.
     Step& Raw(const std::string& bytes);                         ///< As they are: half a line, garbage.
+    Step& RawForever(const std::string& bytes);                  ///< Again and again, until the client goes.
     Step& Delay(int ms);
     Step& Silence() { return *this; }
     Step& IgnoreInput();  ///< What this client sends from here on is no command.
@@ -55,12 +56,13 @@ class ScriptedServer {
     Step& DataTls(bool succeeds = true);
     Step& DataSend(const std::string& bytes);  ///< Sends all and closes.
     Step& DataPart(const std::string& bytes);  ///< Sends and leaves the connection open: the data stall here.
-    Step& DataClose();                         ///< In the proper way.
-    Step& DataCut();                           ///< Closes without the close notice of TLS.
-    Step& DataReset();                         ///< With a TCP reset.
-    Step& DataReceive();                       ///< Takes all up to the client's close.
-    Step& DataReceive(size_t bytes);           ///< Takes so many and leaves the connection open.
-    Step& DataReceiveMeanwhile();              ///< Takes what comes while the following steps run.
+    Step& DataForever(const std::string& bytes);
+    Step& DataClose();                ///< In the proper way.
+    Step& DataCut();                  ///< Closes without the close notice of TLS.
+    Step& DataReset();                ///< With a TCP reset.
+    Step& DataReceive();              ///< Takes all up to the client's close.
+    Step& DataReceive(size_t bytes);  ///< Takes so many and leaves the connection open.
+    Step& DataReceiveMeanwhile();     ///< Takes what comes while the following steps run.
 
     Step& Then(Action action);  ///< Anything else.
 
