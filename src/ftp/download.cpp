@@ -16,6 +16,9 @@ namespace {
 
 constexpr mode_t kNewFileMode = 0666;
 
+/// Bytes of one write: a kernel that waits for a slow disk holds a large one for half a second.
+constexpr size_t kWriteSize = 65536;
+
 class FileDownload : public FtpFileTransfer {
  public:
   FileDownload(LProcessInterface& process, LFileTransferProtocol& session, const char* remote, const char* local,
@@ -70,11 +73,13 @@ LProcessResult FileDownload::Request() {
 
 void FileDownload::WritePiece(const char* bytes, size_t size) {
   while (size > 0) {
-    const ssize_t written = platform::FileWrite(iFile, bytes, size);
+    const ssize_t written = platform::FileWrite(iFile, bytes, std::min(size, kWriteSize));
     // A full disk goes unnoticed here, as the transfer's result is the server's word alone.
     if (written <= 0) return;
     bytes += written;
     size -= static_cast<size_t>(written);
+    // Only for the window's sake: a stop is taken where the next piece is received.
+    if (size > 0) (void)pProcess->IsToStop();
   }
 }
 

@@ -42,9 +42,12 @@ class FileUpload : public FtpFileTransfer {
   LProcessResult RequestAgain();
   LProcessResult ChooseStart();
   End SendData();
+  End SendFromFile();
   End SendPiece(const char* bytes, size_t size);
   End KeepAlive();
-  void CountBlocks(size_t from, size_t to);
+  unsigned BlockTimeLeft() const;
+  void CountSent(size_t bytes);
+  void CountBlocks(uint64_t bytes);
   LProcessResult AbortTransfer();
   LProcessResult Finish(bool isStopped);
   LProcessResult JudgeClosingReply(unsigned short code, const char* text);
@@ -55,7 +58,10 @@ class FileUpload : public FtpFileTransfer {
   const char* szLocal;
   bool bAppend;
   uint64_t iLocalSize = 0;
-  bool bShown = false;  ///< The first block is shown whatever the rule says.
+  uint64_t iSent = 0;       ///< Bytes handed to the connection.
+  uint64_t iCounted = 0;    ///< Of these, counted in whole blocks.
+  int64_t iBlockStart = 0;  ///< When the present block began, in milliseconds.
+  bool bShown = false;      ///< The first block is shown whatever the rule says.
 };
 
 /// 0 with the reply's code; a text for the user is kept.
@@ -124,49 +130,72 @@ FileUpload::End FileUpload::KeepAlive() {
   return code == kFtpLocalError ? End::kFailed : End::kOfFile;
 }
 
-/// The blocks of a piece that became whole when its sent part grew.
-void FileUpload::CountBlocks(size_t from, size_t to) {
-  while (from < to) {
-    const size_t block = std::min(to - from, FtpTransferProgress::kBlockSize);
+/// Each block has the whole time-out, however slow the line: a piece may take minutes.
+unsigned FileUpload::BlockTimeLeft() const {
+  const int64_t left = iBlockStart + gFtpTimeouts.sendBlockMs - platform::ClockMonotonicMs();
+  return static_cast<unsigned>(std::max<int64_t>(left, 0));
+}
+
+void FileUpload::CountBlocks(uint64_t bytes) {
+  iCounted += bytes;
+  while (bytes > 0) {
+    const size_t block = std::min<uint64_t>(bytes, FtpTransferProgress::kBlockSize);
     if (progress.CountBlock(block) || !bShown) ShowProgress();
     bShown = true;
-    from += block;
+    bytes -= block;
   }
 }
 
+void FileUpload::CountSent(size_t bytes) {
+  iSent += bytes;
+  const uint64_t fresh = iSent - iCounted;
+  if (fresh < FtpTransferProgress::kBlockSize) return;
+  CountBlocks(fresh - fresh % FtpTransferProgress::kBlockSize);
+  iBlockStart = platform::ClockMonotonicMs();
+}
+
 FileUpload::End FileUpload::SendPiece(const char* bytes, size_t size) {
-  size_t sent = 0;
-  size_t counted = 0;
-  int64_t blockStart = platform::ClockMonotonicMs();
-  while (sent < size) {
+  iBlockStart = platform::ClockMonotonicMs();
+  while (size > 0) {
     const End kept = KeepAlive();
     if (kept != End::kOfFile) return kept;
-    // Each block has the whole time-out, however slow the line: a piece may take minutes.
-    const int64_t left = blockStart + gFtpTimeouts.sendBlockMs - platform::ClockMonotonicMs();
     size_t moved = 0;
-    const LProcessResult result =
-        data.Send(*pProcess, bytes + sent, size - sent, moved, static_cast<unsigned>(std::max<int64_t>(left, 0)));
+    const LProcessResult result = data.Send(*pProcess, bytes, size, moved, BlockTimeLeft());
     if (result == LProcessResultStopped) return End::kStopped;
     if (result != LProcessResultOk) return End::kFailed;
-    sent += moved;
-    const size_t whole = sent == size ? sent : sent - sent % FtpTransferProgress::kBlockSize;
-    if (whole == counted) continue;
-    CountBlocks(counted, whole);
-    counted = whole;
-    blockStart = platform::ClockMonotonicMs();
+    bytes += moved;
+    size -= moved;
+    CountSent(moved);
   }
   return End::kOfFile;
 }
 
+/// Lets the system send the file. kOfFile too where it cannot: what is left is read and sent.
+FileUpload::End FileUpload::SendFromFile() {
+  iBlockStart = platform::ClockMonotonicMs();
+  for (;;) {
+    const End kept = KeepAlive();
+    if (kept != End::kOfFile) return kept;
+    size_t moved = 0;
+    const LProcessResult result = data.SendFile(*pProcess, iFile, moved, BlockTimeLeft());
+    if (result == LProcessResultStopped) return End::kStopped;
+    if (result != LProcessResultOk) return End::kFailed;
+    if (moved == 0) return End::kOfFile;
+    CountSent(moved);
+  }
+}
+
 FileUpload::End FileUpload::SendData() {
   StartNoopClock();
+  End end = pSession->IsSecure() ? End::kOfFile : SendFromFile();
   char* const piece = data.Piece();
-  for (;;) {
+  while (end == End::kOfFile) {
     const ssize_t size = platform::FileRead(iFile, piece, FtpDataConnection::kPieceSize);
-    if (size < 1) return End::kOfFile;
-    const End end = SendPiece(piece, static_cast<size_t>(size));
-    if (end != End::kOfFile) return end;
+    if (size < 1) break;
+    end = SendPiece(piece, static_cast<size_t>(size));
   }
+  CountBlocks(iSent - iCounted);
+  return end;
 }
 
 /// 1 when the server took the stop, 2 when it said something else.
