@@ -44,7 +44,8 @@ class ServerNames : public ServerTest {
     EXPECT_EQ(LProcessResultOk, iterator._LoadList(process, session, "*"));
     for (iterator.First(); iterator.Current(); iterator.Next()) {
       const std::string name = iterator.Name();
-      if (name != "." && name != "..") EXPECT_TRUE(sizes.emplace(name, iterator.Current()->size).second) << name;
+      if (name == "." || name == "..") continue;
+      EXPECT_TRUE(sizes.emplace(name, iterator.Current()->size).second) << name;
     }
     return sizes;
   }
