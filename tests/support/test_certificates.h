@@ -139,9 +139,10 @@ class TestAuthority {
       Sign(*certificate, *key, isOwnIssuer ? *certificate : *certificate_, isOwnIssuer ? *key : *key_);
     }
     ContextPointer context(SSL_CTX_new(TLS_server_method()));
-    if (kind == TestCertificate::kWithChain && SSL_CTX_add1_chain_cert(context.get(), middle.get()) != 1) std::abort();
     if (SSL_CTX_use_certificate(context.get(), certificate.get()) != 1) std::abort();
     if (SSL_CTX_use_PrivateKey(context.get(), key.get()) != 1) std::abort();
+    // The chain belongs to the certificate that is in use.
+    if (kind == TestCertificate::kWithChain && SSL_CTX_add1_chain_cert(context.get(), middle.get()) != 1) std::abort();
     LimitVersions(*context, kind);
     return context;
   }
