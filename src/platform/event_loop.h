@@ -16,6 +16,10 @@ void ApplicationQuit(int status);
 /// Called when the desktop ends the session or a signal asks the program to end; main thread, from the loop.
 void ApplicationOnQuitRequest(std::function<void()> handler);
 
+/// Called when the desktop asks the running program to show itself, as when the user starts it again; main thread.
+/// Without a session bus nobody asks. An empty handler ends it.
+void ApplicationOnReopenRequest(std::function<void()> handler);
+
 /// Handles everything that waits in the window system's queue, and returns. Main thread.
 void EventLoopPump();
 /// Runs the loop until one of `count` descriptors is readable, an event was handled, or `ms` have passed.

@@ -49,6 +49,8 @@ class WindowEvents {
   virtual void OnCloseRequested() = 0;
   virtual void OnShownOrHidden(bool /*shown*/) {}
   virtual void OnActivated(bool /*active*/) {}
+  /// A menu of the menu bar is about to open.
+  virtual void OnMenuOpening() {}
   /// True when the key was a command and is swallowed.
   virtual bool OnKey(const KeyPress&) { return false; }
   /// The order of two rows of a list by its sort column: positive if `first` belongs behind `second`.
@@ -83,6 +85,7 @@ void WindowSetFrame(Window* window, const Rect& frame);
 bool WindowIsMaximized(const Window* window);
 void WindowMaximize(Window* window, bool maximize);
 void WindowMinimize(Window* window);
+bool WindowIsMinimized(const Window* window);
 /// Centres on `other`, or on the screen when it is null.
 void WindowCenter(Window* window, const Window* other);
 /// The size of a dialog unit in pixels, from the window's font.
@@ -224,17 +227,19 @@ void MenuItemEnable(Window* window, int id, bool enable);
 bool MenuItemIsEnabled(const Window* window, int id);
 void MenuItemCheck(Window* window, int id, bool check);
 void MenuItemSetText(Window* window, int id, const char* text);
-/// Replaces what stands in the submenu whose first fixed item is `id`, before that item.
-void MenuSubmenuFill(Window* window, int beforeId, const MenuItem* items, size_t count);
 /// All items of the bar off or back to their own state.
 void MenuBarEnable(Window* window, bool enable);
 struct PopupItem {
   int id;  ///< 0 is a separator.
   const char* text;
+  const char* shortcut;  ///< As in MenuItem.
   bool enabled, checked, isDefault;
 };
-/// Shows a context menu at the pointer, or under the control `atControl` if that is not 0. The chosen item arrives
-/// as OnCommand after this has returned.
+/// Replaces all that stands in the submenu of that title.
+void MenuSubmenuFill(Window* window, const char* title, const PopupItem* items, size_t count);
+/// Shows a context menu at the pointer, at the current row of a list whose menu key was pressed, or under the control,
+/// or button of the main tool bar, whose id `atControl` is. The chosen item arrives as OnCommand after this has
+/// returned.
 void PopupMenuRun(Window* window, const PopupItem* items, size_t count, int atControl);
 
 // Bars

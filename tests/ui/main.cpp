@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
   setenv("QT_QPA_PLATFORM", "offscreen:configfile=" ORVANE_SOURCE_DIR "/tests/ui/screen.json", 0);
   // A test that runs under the user's desktop must not talk to its services.
   setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", "disabled:", 1);
   setenv("TZ", "UTC", 1);
   testing::InitGoogleTest(&argc, argv);
   LUnixAppInitCommon(argc, argv);

@@ -1,5 +1,6 @@
 // Tool bars and the status bar of platform/window_system.h.
 #include <QAction>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QStyleOptionToolButton>
@@ -33,6 +34,13 @@ class DropDownButton : public QToolButton {
       return;
     }
     QToolButton::mousePressEvent(event);
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Down) {
+      owner->Send(dropDown);
+      return;
+    }
+    QToolButton::keyPressEvent(event);
   }
 
  private:

@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTimer>
 #include <algorithm>
 #include <numeric>
 
@@ -239,11 +240,28 @@ void ListControl::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() == QContextMenuEvent::Mouse && under.isValid() && !selectionModel()->isSelected(under)) {
     selectionModel()->setCurrentIndex(under, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   }
+  if (event->reason() == QContextMenuEvent::Keyboard) {
+    const QRect row = visualRect(currentIndex());
+    owner->keyboardMenuPlace = viewport()->mapToGlobal(row.isValid() ? QPoint(24, row.bottom()) : QPoint(24, 8));
+  }
   owner->SendBound(controlId, ControlEvent::kRightClick);
+  owner->keyboardMenuPlace = QPoint();
+}
+
+void ListControl::focusInEvent(QFocusEvent* event) {
+  QTreeView::focusInEvent(event);
+  // Whoever comes by the keyboard has chosen the list as well as one who clicks.
+  const Qt::FocusReason reason = event->reason();
+  if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) {
+    owner->SendBound(controlId, ControlEvent::kClick);
+  }
 }
 
 void ListControl::focusOutEvent(QFocusEvent* event) {
   QTreeView::focusOutEvent(event);
+  // A menu, another window, and the field for a new name only borrow the focus.
+  const Qt::FocusReason reason = event->reason();
+  if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason || state() == EditingState) return;
   owner->SendBound(controlId, ControlEvent::kFocusLost);
 }
 
@@ -270,7 +288,12 @@ void LabelDelegate::setEditorData(QWidget* editor, const QModelIndex& index) con
 void LabelDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const {
   const QByteArray text = static_cast<QLineEdit*>(editor)->text().toUtf8();
   const int row = index.row();
-  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(list, row, text.constData()); });
+  // In a turn of its own: the answer fills the list anew, and the view is still busy with the editor.
+  struct Window* window = owner;
+  const int id = list;
+  QTimer::singleShot(0, window, [window, id, row, text] {
+    window->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(id, row, text.constData()); });
+  });
 }
 
 }  // namespace platform

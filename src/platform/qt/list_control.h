@@ -74,6 +74,7 @@ class ListControl : public QTreeView {
   void mousePressEvent(QMouseEvent*) override;
   void mouseDoubleClickEvent(QMouseEvent*) override;
   void contextMenuEvent(QContextMenuEvent*) override;
+  void focusInEvent(QFocusEvent*) override;
   void focusOutEvent(QFocusEvent*) override;
   void keyPressEvent(QKeyEvent*) override;
 

@@ -3,6 +3,8 @@
 #include <QCursor>
 #include <QMenu>
 #include <QTimer>
+#include <QToolButton>
+#include <utility>
 
 #include "platform/qt/native_window.h"
 #include "platform/qt/text.h"
@@ -11,16 +13,43 @@ namespace platform {
 
 namespace {
 
-QAction* AddItem(Window* window, QMenu* menu, const MenuItem& item) {
-  QAction* action = menu->addAction(QString::fromUtf8(item.text));
-  if (item.shortcut) {
-    // Shown only: the key itself arrives through WindowEvents::OnKey, which knows when text takes it.
-    action->setText(action->text() + QStringLiteral("\t") + QString::fromUtf8(item.shortcut));
-  }
-  const int id = item.id;
+/// A key is shown only: it arrives through WindowEvents::OnKey, which knows when text takes it.
+QString WithShortcut(const QString& text, const char* shortcut) {
+  return shortcut ? text + QLatin1Char('\t') + QString::fromUtf8(shortcut) : text;
+}
+
+/// Names of sites and the like hold "&" as a letter, the program's own texts as a mark.
+QString Escaped(QString text) { return text.replace(QLatin1Char('&'), QLatin1String("&&")); }
+
+QAction* NewItem(Window* window, QMenu* menu, int id, const QString& text) {
+  auto* action = new QAction(text, menu);
   QObject::connect(action, &QAction::triggered, window, [window, id] { window->Send(id); });
   window->menuItems.insert(id, action);
   return action;
+}
+
+QMenu* NewMenu(Window* window, QMenu* parent, const char* title) {
+  const QString text = QString::fromUtf8(title);
+  QMenu* menu = parent ? parent->addMenu(text) : window->menuBar->addMenu(text);
+  QObject::connect(menu, &QMenu::aboutToShow, window,
+                   [window] { window->WithOwner([](WindowEvents& owner) { owner.OnMenuOpening(); }); });
+  return menu;
+}
+
+void AddPopupRow(Window* window, QMenu* menu, const PopupItem& item, bool reports) {
+  if (item.id == 0) {
+    menu->addSeparator();
+    return;
+  }
+  const QString text = WithShortcut(Escaped(ShownText(item.text)), item.shortcut);
+  QAction* action = reports ? NewItem(window, menu, item.id, text) : new QAction(text, menu);
+  menu->addAction(action);
+  action->setData(item.id);
+  action->setEnabled(item.enabled);
+  if (reports) window->menuItemEnabled[item.id] = item.enabled;
+  action->setCheckable(item.checked);
+  action->setChecked(item.checked);
+  if (item.isDefault) menu->setDefaultAction(action);
 }
 
 }  // namespace
@@ -36,23 +65,25 @@ void MenuBarSet(Window* window, const MenuItem* items, size_t count) {
   for (size_t i = 0; i < count; ++i) {
     const MenuItem& item = items[i];
     if (item.id == -1 && item.text) {
-      const QString title = QString::fromUtf8(item.text);
-      open.append(open.isEmpty() ? window->menuBar->addMenu(title) : open.last()->addMenu(title));
+      open.append(NewMenu(window, open.isEmpty() ? nullptr : open.last(), item.text));
     } else if (item.id == -1) {
       if (!open.isEmpty()) open.removeLast();
     } else if (!open.isEmpty() && item.id == 0) {
       open.last()->addSeparator();
     } else if (!open.isEmpty()) {
-      AddItem(window, open.last(), item);
+      QMenu* menu = open.last();
+      menu->addAction(NewItem(window, menu, item.id, WithShortcut(QString::fromUtf8(item.text), item.shortcut)));
     }
   }
+  MenuBarEnable(window, !window->menuIsOff);
   window->menuBar->show();
+  window->ApplyMinimum();
   window->PlaceBars();
 }
 
 void MenuItemEnable(Window* window, int id, bool enable) {
   window->menuItemEnabled[id] = enable;
-  if (QAction* action = window->menuItems.value(id)) action->setEnabled(enable && !window->menuIsOff);
+  for (QAction* action : window->menuItems.values(id)) action->setEnabled(enable && !window->menuIsOff);
 }
 
 bool MenuItemIsEnabled(const Window* window, int id) {
@@ -61,35 +92,31 @@ bool MenuItemIsEnabled(const Window* window, int id) {
 }
 
 void MenuItemCheck(Window* window, int id, bool check) {
-  if (QAction* action = window->menuItems.value(id)) {
+  for (QAction* action : window->menuItems.values(id)) {
     action->setCheckable(true);
     action->setChecked(check);
   }
 }
 
 void MenuItemSetText(Window* window, int id, const char* text) {
-  if (QAction* action = window->menuItems.value(id)) action->setText(QString::fromUtf8(text));
+  for (QAction* action : window->menuItems.values(id)) {
+    const QByteArray key = action->text().section(QLatin1Char('\t'), 1).toUtf8();
+    action->setText(WithShortcut(QString::fromUtf8(text), key.isEmpty() ? nullptr : key.constData()));
+  }
 }
 
-void MenuSubmenuFill(Window* window, int beforeId, const MenuItem* items, size_t count) {
-  QAction* fixed = window->menuItems.value(beforeId);
-  auto* menu = fixed ? qobject_cast<QMenu*>(fixed->parent()) : nullptr;
-  if (!menu) return;
-  for (QAction* action : menu->actions()) {
-    if (action == fixed) break;
-    menu->removeAction(action);
-    action->deleteLater();
-  }
-  for (size_t i = 0; i < count; ++i) {
-    if (items[i].id == 0) {
-      menu->insertSeparator(fixed);
-      continue;
+void MenuSubmenuFill(Window* window, const char* title, const PopupItem* items, size_t count) {
+  if (!window->menuBar) return;
+  for (QMenu* menu : window->menuBar->findChildren<QMenu*>()) {
+    if (menu->title() != QString::fromUtf8(title)) continue;
+    for (QAction* action : menu->actions()) {
+      window->menuItems.removeIf([action](auto& item) { return item.value() == action; });
+      menu->removeAction(action);
+      action->deleteLater();  // It may be the one whose choice led here.
     }
-    auto* action = new QAction(ShownText(items[i].text), menu);
-    const int id = items[i].id;
-    QObject::connect(action, &QAction::triggered, window, [window, id] { window->Send(id); });
-    menu->insertAction(fixed, action);
-    window->menuItems.insert(id, action);
+    for (size_t i = 0; i < count; ++i) AddPopupRow(window, menu, items[i], true);
+    MenuBarEnable(window, !window->menuIsOff);
+    return;
   }
 }
 
@@ -100,23 +127,27 @@ void MenuBarEnable(Window* window, bool enable) {
   }
 }
 
+namespace {
+
+/// Where a context menu opens.
+QPoint PlaceOf(Window* window, int at) {
+  if (!window->keyboardMenuPlace.isNull()) return std::exchange(window->keyboardMenuPlace, QPoint());
+  if (const QWidget* control = window->Control(at)) return control->mapToGlobal(QPoint(0, control->height()));
+  if (at != 0 && window->mainToolBar) {
+    for (const QToolButton* button : window->mainToolBar->findChildren<QToolButton*>()) {
+      const QAction* action = button->defaultAction();
+      if (action && action->data().toInt() == at) return button->mapToGlobal(QPoint(0, button->height()));
+    }
+  }
+  return QCursor::pos();
+}
+
+}  // namespace
+
 void PopupMenuRun(Window* window, const PopupItem* items, size_t count, int atControl) {
   QMenu menu(window);
-  for (size_t i = 0; i < count; ++i) {
-    if (items[i].id == 0) {
-      menu.addSeparator();
-      continue;
-    }
-    QAction* action = menu.addAction(ShownText(items[i].text));
-    action->setData(items[i].id);
-    action->setEnabled(items[i].enabled);
-    action->setCheckable(items[i].checked);
-    action->setChecked(items[i].checked);
-    if (items[i].isDefault) menu.setDefaultAction(action);
-  }
-  QPoint at = QCursor::pos();
-  if (const QWidget* control = window->Control(atControl)) at = control->mapToGlobal(QPoint(0, control->height()));
-  if (const QAction* chosen = menu.exec(at)) {
+  for (size_t i = 0; i < count; ++i) AddPopupRow(window, &menu, items[i], false);
+  if (const QAction* chosen = menu.exec(PlaceOf(window, atControl))) {
     const int id = chosen->data().toInt();
     QTimer::singleShot(0, window, [window, id] { window->Send(id); });
   }

@@ -92,6 +92,12 @@ void Window::PlaceBars() {
   }
 }
 
+void Window::ApplyMinimum() {
+  if (minimumClient.isEmpty()) return;
+  const int menuHeight = menuBar ? menuBar->sizeHint().height() : 0;
+  setMinimumSize(minimumClient.width() + 2 * Inset(), minimumClient.height() + menuHeight);
+}
+
 void Window::resizeEvent(QResizeEvent*) {
   PlaceBars();
   WithOwner([](WindowEvents& owner) { owner.OnResized(); });
@@ -184,7 +190,8 @@ void WindowSetClientSize(Window* window, int width, int height) {
 }
 
 void WindowSetMinimumClientSize(Window* window, int width, int height) {
-  window->setMinimumSize(width + 2 * window->Inset(), height);
+  window->minimumClient = QSize(width, height);
+  window->ApplyMinimum();
 }
 
 void WindowGetClientSize(const Window* window, int& width, int& height) {
@@ -219,6 +226,7 @@ void WindowMaximize(Window* window, bool maximize) {
 }
 
 void WindowMinimize(Window* window) { window->showMinimized(); }
+bool WindowIsMinimized(const Window* window) { return window->isMinimized(); }
 
 void WindowCenter(Window* window, const Window* other) {
   QRect around;

@@ -4,7 +4,9 @@
 #include <QEventLoop>
 #include <QHash>
 #include <QMenuBar>
+#include <QPoint>
 #include <QPointer>
+#include <QSize>
 #include <QToolBar>
 #include <QWidget>
 
@@ -46,13 +48,16 @@ struct Window : public QWidget {
   StatusBarWidget* statusBar = nullptr;
   QHash<int, QWidget*> controls;
   QHash<QPair<int, int>, int> bindings;  ///< (id, event) to command.
-  QHash<int, QAction*> menuItems;
-  QHash<int, bool> menuItemEnabled;  ///< The items' own state while the whole bar is off.
+  QMultiHash<int, QAction*> menuItems;   ///< A command may stand in several menus.
+  QHash<int, bool> menuItemEnabled;      ///< The items' own state while the whole bar is off.
   bool menuIsOff = false;
+  QSize minimumClient;       ///< Without the menu bar; empty for none.
+  QPoint keyboardMenuPlace;  ///< Where the next context menu opens if a key asked for it; null for the pointer.
 
   /// Space between the window's border and the controls at left and right.
   int Inset() const { return kind == WindowKind::kMain ? 8 : 0; }
   void PlaceBars();
+  void ApplyMinimum();
 
  protected:
   void resizeEvent(QResizeEvent*) override;

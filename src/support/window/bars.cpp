@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "support/strings.h"
 #include "support/window/window_state.h"
 
 // LToolBar
@@ -12,8 +13,28 @@ void LToolBar::Init(LMacWindow& window, int control, const char* name) {
   TextCopy(szName, name);
 }
 
-void LToolBar::SetToolBarItems(const ToolBarItem* items, size_t count) {
-  if (pWindow && pWindow->Native()) platform::ToolBarSet(pWindow->Native(), iControl, items, count);
+void LToolBar::SetToolBarItems(const ToolBarItem* items, size_t count, const LKeyToCommandMap* keyMap,
+                               size_t keyCount) {
+  if (!pWindow || !pWindow->Native()) return;
+  using ToolTip = char[kTextSize];
+  auto* shown = new ToolBarItem[count];
+  auto* toolTips = new ToolTip[count];
+  for (size_t i = 0; i < count; ++i) {
+    TextCopy(toolTips[i], items[i].toolTip ? items[i].toolTip : items[i].label);
+    LStringTrimWhiteSpace(toolTips[i]);
+    char key[kTextSize];
+    LKey(KeyOfCommand(items[i].command, keyMap, keyCount)).GetDescription(key);
+    if (key[0]) {
+      TextAppend(toolTips[i], " (");
+      TextAppend(toolTips[i], key);
+      TextAppend(toolTips[i], ")");
+    }
+    shown[i] = items[i];
+    shown[i].toolTip = toolTips[i];
+  }
+  platform::ToolBarSet(pWindow->Native(), iControl, shown, count);
+  delete[] toolTips;
+  delete[] shown;
 }
 
 void LToolBar::EnableToolBarItem(int command, bool enable) {

@@ -1,6 +1,7 @@
 // Tool bars, the status bar and the divider between two panes. Main thread only.
 #pragma once
 
+#include "support/window/keys.h"
 #include "support/window/window.h"
 
 class LToolBar {
@@ -8,7 +9,9 @@ class LToolBar {
   using ToolBarItem = platform::ToolBarItem;
   /// `control` is the tool bar's host, or platform::kMainToolBar. The name keys its kept visibility.
   void Init(LMacWindow& window, int control, const char* name);
-  void SetToolBarItems(const ToolBarItem* items, size_t count);
+  /// A button's tool tip is its own or else its label, with the key of its command behind it.
+  void SetToolBarItems(const ToolBarItem* items, size_t count, const LKeyToCommandMap* keyMap = nullptr,
+                       size_t keyCount = 0);
   void EnableToolBarItem(int command, bool enable);
   int GetToolBarHeight() const;
   void Show(bool show);

@@ -51,3 +51,11 @@ class LGuiCursor {
   static void SetWaiting() { platform::CursorSetWaiting(true); }
   static void Restore() { platform::CursorSetWaiting(false); }
 };
+
+/// The wait cursor for as long as one lives.
+struct WaitCursor {
+  WaitCursor() { LGuiCursor::SetWaiting(); }
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+  ~WaitCursor() { LGuiCursor::Restore(); }
+};

@@ -20,8 +20,26 @@ void LMainMenu::EnableMenus() {
   if (NativeOf(pWindow)) platform::MenuBarEnable(NativeOf(pWindow), true);
 }
 
-void LMainMenu::SetItems(const LMenuItem* items, size_t count) {
-  if (NativeOf(pWindow)) platform::MenuBarSet(NativeOf(pWindow), items, count);
+void LMainMenu::SetItems(const LMenuItem* items, size_t count, const LKeyToCommandMap* keyMap, size_t keyCount) {
+  if (!NativeOf(pWindow)) return;
+  using Shortcut = char[kTextSize];
+  auto* rows = new platform::MenuItem[count];
+  auto* shortcuts = new Shortcut[count];
+  for (size_t i = 0; i < count; ++i) {
+    LKey(items[i].keyCommand ? KeyOfCommand(items[i].keyCommand, keyMap, keyCount) : 0).GetDescription(shortcuts[i]);
+    rows[i] = {items[i].text || items[i].id == -1 ? items[i].id : 0, items[i].text,
+               shortcuts[i][0] ? shortcuts[i] : nullptr};
+  }
+  platform::MenuBarSet(NativeOf(pWindow), rows, count);
+  delete[] shortcuts;
+  delete[] rows;
+}
+
+void LMainMenu::FillSubmenu(const char* title, const LPopupMenu& rows) {
+  if (!NativeOf(pWindow)) return;
+  const platform::PopupItem* items = rows.NewItems();
+  platform::MenuSubmenuFill(NativeOf(pWindow), title, items, rows.Count());
+  delete[] items;
 }
 
 void LMainMenu::EnableMenuItem(int id, bool enable) {
@@ -44,7 +62,7 @@ void LMainMenu::SetMenuTitle(int id, const char* text) {
 
 LPopupMenu::~LPopupMenu() { delete[] pRows; }
 
-void LPopupMenu::Append(int id, const char* text) {
+LPopupMenu::Row& LPopupMenu::Append(int id, const char* text) {
   if (uCount == uCapacity) {
     uCapacity = uCapacity ? uCapacity * 2 : 16;
     Row* grown = new Row[uCapacity];
@@ -55,8 +73,10 @@ void LPopupMenu::Append(int id, const char* text) {
   Row& row = pRows[uCount++];
   row.id = id;
   TextCopy(row.text, text);
+  row.shortcut[0] = 0;
   row.enabled = true;
   row.checked = row.isDefault = false;
+  return row;
 }
 
 LPopupMenu::Row* LPopupMenu::Find(int id) {
@@ -66,7 +86,9 @@ LPopupMenu::Row* LPopupMenu::Find(int id) {
   return nullptr;
 }
 
-void LPopupMenu::AppendMenuItem(int id, const char* text) { Append(id, text); }
+void LPopupMenu::AppendMenuItem(int id, const char* text, int key) {
+  LKey(key).GetDescription(Append(id, text).shortcut);
+}
 
 void LPopupMenu::AppendMenuSeparator() { Append(0, ""); }
 
@@ -82,12 +104,18 @@ void LPopupMenu::SetDefaultMenuItem(int id) {
   if (Row* row = Find(id)) row->isDefault = true;
 }
 
+platform::PopupItem* LPopupMenu::NewItems() const {
+  auto* items = new platform::PopupItem[uCount];
+  for (size_t i = 0; i < uCount; ++i) {
+    const Row& row = pRows[i];
+    items[i] = {row.id, row.text, row.shortcut[0] ? row.shortcut : nullptr, row.enabled, row.checked, row.isDefault};
+  }
+  return items;
+}
+
 void LPopupMenu::DisplayPopupMenu(LMacWindow& window, int atControl) const {
   if (!window.Native() || uCount == 0) return;
-  platform::PopupItem* items = new platform::PopupItem[uCount];
-  for (size_t i = 0; i < uCount; ++i) {
-    items[i] = {pRows[i].id, pRows[i].text, pRows[i].enabled, pRows[i].checked, pRows[i].isDefault};
-  }
+  const platform::PopupItem* items = NewItems();
   platform::PopupMenuRun(window.Native(), items, uCount, atControl);
   delete[] items;
 }

@@ -86,3 +86,21 @@ void LThreadQueuedNotify::Notify() {
     if (state->owner) state->owner->EvNotify();
   });
 }
+
+// LQueuedNotifyDataSender
+
+struct LQueuedNotifyDataSender::State {
+  LQueuedNotifyDataHandler* handler;  // Null before it is set and once the sender is gone; main thread only.
+};
+
+LQueuedNotifyDataSender::LQueuedNotifyDataSender() : pState(std::make_shared<State>()) { pState->handler = nullptr; }
+
+LQueuedNotifyDataSender::~LQueuedNotifyDataSender() { pState->handler = nullptr; }
+
+void LQueuedNotifyDataSender::SetHandler(LQueuedNotifyDataHandler* handler) { pState->handler = handler; }
+
+void LQueuedNotifyDataSender::Post(intptr_t data) {
+  platform::EventLoopPost([state = pState, data] {
+    if (state->handler) state->handler->EvQueuedNotifyData(data);
+  });
+}

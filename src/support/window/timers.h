@@ -1,6 +1,7 @@
 // One-shot timers by id, and calls queued for the main thread.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -41,6 +42,30 @@ class LThreadQueuedNotify {
   virtual ~LThreadQueuedNotify();
   virtual void EvNotify() = 0;
   void Notify();
+
+ private:
+  struct State;
+  std::shared_ptr<State> pState;
+};
+
+/// Takes the numbers that senders post, on the main thread.
+class LQueuedNotifyDataHandler {
+ public:
+  virtual ~LQueuedNotifyDataHandler() = default;
+  virtual void EvQueuedNotifyData(intptr_t data) = 0;
+};
+
+/// Posts numbers to a handler, in order, each in a turn of the loop. Any thread may post; what is under way when the
+/// sender goes is dropped, so the handler outlives the sender.
+class LQueuedNotifyDataSender {
+ public:
+  LQueuedNotifyDataSender();
+  LQueuedNotifyDataSender(const LQueuedNotifyDataSender&) = delete;
+  LQueuedNotifyDataSender& operator=(const LQueuedNotifyDataSender&) = delete;
+  ~LQueuedNotifyDataSender();
+  /// Before the first post.
+  void SetHandler(LQueuedNotifyDataHandler* handler);
+  void Post(intptr_t data);
 
  private:
   struct State;

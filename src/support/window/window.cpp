@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "platform/clock.h"
+#include "platform/event_loop.h"
 #include "platform/power.h"
 #include "support/strings.h"
 #include "support/window/menus.h"
@@ -25,6 +27,8 @@ bool LMacWindow::Create(platform::WindowKind kind, LMacWindow* parent, const cha
 
 void LMacWindow::DestroyCommon() {
   if (!pNative) return;
+  if (bHearsPower) platform::PowerOnSleep({});
+  bHearsPower = false;
   DestroyDialog();
   platform::Window* native = pNative;
   pNative = nullptr;
@@ -82,6 +86,13 @@ bool LMacWindow::IsWindowVisible() const { return pNative && platform::WindowIsV
 
 void LMacWindow::BringToFront() {
   if (pNative) platform::WindowRaise(pNative);
+}
+
+void LMacWindow::Wait(unsigned milliseconds) {
+  const uint64_t start = platform::ClockMonotonicMs();
+  for (uint64_t passed = 0; passed < milliseconds; passed = platform::ClockMonotonicMs() - start) {
+    platform::EventLoopWait(nullptr, 0, static_cast<unsigned>(milliseconds - passed));
+  }
 }
 
 void LMacWindow::CenterDialog(LMacWindow* parent) {
@@ -148,6 +159,12 @@ void LMacWindow::WindowSizeSettingsRestore(const char* key, int defaultWidth, in
 }
 
 // Power
+
+void LMacWindow::HandlePowerEvents(int suspendCommand, int resumeCommand) {
+  bHearsPower = true;
+  platform::PowerOnSleep(
+      [this, suspendCommand, resumeCommand](bool begins) { Command(begins ? suspendCommand : resumeCommand, 0); });
+}
 
 void LMacWindow::SetPowerDownDeny() { platform::IdleSleepDeny(); }
 void LMacWindow::SetPowerDownAllow() { platform::IdleSleepAllow(); }

@@ -69,7 +69,10 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void SetCaption(const char* title);
   void ShowWindow(bool show);
   bool IsWindowVisible() const;
+  bool IsMinimized() const { return pNative && platform::WindowIsMinimized(pNative); }
   void BringToFront();
+  /// Lets events run for so long.
+  void Wait(unsigned milliseconds);
   /// Centre mode 2: on the parent, or on the screen when there is none.
   void CenterDialog(LMacWindow* parent);
   void SetClientSize(int width, int height);
@@ -153,6 +156,8 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void HandleLVSelChange(int id, int command);
   void HandleLVFocusLost(int id, int command);
   void HandleLVHeaderRightClick(int id, int command);
+  /// The machine's sleep and its return as commands. One window at a time, until it is destroyed.
+  void HandlePowerEvents(int suspendCommand, int resumeCommand);
   /// Keep the machine from idle sleep during a transfer, and release that. Calls nest.
   void SetPowerDownDeny();
   void SetPowerDownAllow();
@@ -216,5 +221,6 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
 
   platform::Window* pNative = nullptr;  ///< Owned; null before Create and after DestroyCommon.
   bool bRunningModal = false;
+  bool bHearsPower = false;
   ListHooks hooks[kMaxLists];
 };

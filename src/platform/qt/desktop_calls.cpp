@@ -1,0 +1,43 @@
+#include "platform/qt/desktop_calls.h"
+
+#include <QDBusConnection>
+
+#include "platform/event_loop.h"
+#include "platform/power.h"
+
+namespace platform {
+
+namespace {
+
+constexpr const char* kServiceName = "com.tessalysoft.orvaneftp";
+constexpr const char* kObjectPath = "/com/tessalysoft/orvaneftp";
+
+}  // namespace
+
+void ApplicationOnReopenRequest(std::function<void()> handler) {
+  static ApplicationObject object;
+  object.onReopen = std::move(handler);
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!object.onReopen) {
+    bus.unregisterObject(QLatin1String(kObjectPath));
+    return;
+  }
+  // Without a bus, or with another copy of the program at that name, nobody calls here.
+  if (!bus.isConnected()) return;
+  bus.registerObject(QLatin1String(kObjectPath), &object, QDBusConnection::ExportAllSlots);
+  bus.registerService(QLatin1String(kServiceName));
+}
+
+void PowerOnSleep(std::function<void(bool)> handler) {
+  static SleepListener listener;
+  const bool listens = static_cast<bool>(listener.onSleep);
+  listener.onSleep = std::move(handler);
+  if (listens || !listener.onSleep) return;
+  QDBusConnection bus = QDBusConnection::systemBus();
+  if (!bus.isConnected()) return;
+  bus.connect(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+              QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), &listener,
+              SLOT(PrepareForSleep(bool)));
+}
+
+}  // namespace platform
