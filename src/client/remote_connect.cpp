@@ -13,6 +13,7 @@ namespace {
 constexpr const char* kAnonymousPassword = "anonymous@example.com";
 constexpr int kPasswordTipControl = 108;
 constexpr int kServerTries = 3;
+constexpr unsigned kSettleMs = 100;
 
 }  // namespace
 
@@ -57,7 +58,10 @@ bool LFtpList::CmConnect(const char* server, const char* user, const char* passw
     bLastSecure = secure;
     bLastImplicitSSL = implicitSSL;
     LProcessResult result = Connect(ownServer, ownUser, ownPassword, secure, implicitSSL, showProgress);
-    if (result == LProcessResultOk) break;
+    if (result == LProcessResultOk) {
+      pWindow->Wait(kSettleMs);
+      break;
+    }
     if (result == LProcessResultStopped) return false;
     if (strcasecmp(ownUser, "anonymous") == 0 && !ownPassword[0]) {
       result = Connect(ownServer, ownUser, kAnonymousPassword, secure, implicitSSL, showProgress);
@@ -132,6 +136,12 @@ bool LFtpList::TryWithReconnects(Call call) {
 bool LFtpList::_GetCurrentDirectoryFTP(char (&path)[kTextSize]) {
   if (TryWithReconnects([&] { return Ftp.GetCurrentDirectory(path); })) return true;
   LOGERROR("現在のディレクトリを入手できませんでした");
+  return false;
+}
+
+bool LFtpList::_CreateDirectoryFTP(const char* path) {
+  if (TryWithReconnects([&] { return Ftp.CreateDirectory(path); })) return true;
+  LOGERRORF("ディレクトリを作成できませんでした：%s", path);
   return false;
 }
 

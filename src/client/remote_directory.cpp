@@ -13,11 +13,6 @@ constexpr const char* kPassiveFailed =
     "パッシブ接続に失敗しました！\r\n"
     "ファイアウォールまたはルーターの設定をご確認ください。詳細は /kb/jp/10047.html をご覧ください。";
 
-struct WaitCursor {
-  WaitCursor() { LGuiCursor::SetWaiting(); }
-  ~WaitCursor() { LGuiCursor::Restore(); }
-};
-
 }  // namespace
 
 void LFtpList::SetDirectory(const char* path) {
@@ -121,7 +116,7 @@ bool LFtpList::EvDirectoryChanged() {
 
 // Going through the tree
 
-void LFtpList::CmGo(const char* path) {
+bool LFtpList::CmGo(const char* path) {
   char old[kTextSize];
   char wanted[kTextSize];
   TextCopy(old, szCurrentDirectory);
@@ -129,15 +124,16 @@ void LFtpList::CmGo(const char* path) {
   SetDirectory(wanted);
   if (!EvDirectoryChanged()) {
     SetDirectory(old);
-    return;
+    return false;
   }
   LOG("ディレクトリの変更が完了しました： ", wanted);
+  return true;
 }
 
-void LFtpList::CmOpenFolder(const char* name) {
+bool LFtpList::CmOpenFolder(const char* name) {
   char path[kTextSize];
   RemoteJoin(path, szCurrentDirectory, name);
-  CmGo(path);
+  return CmGo(path);
 }
 
 void LFtpList::CmUp() {

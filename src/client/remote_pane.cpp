@@ -1,6 +1,7 @@
 #include "client/remote_pane.h"
 
 #include "client/remote_paths.h"
+#include "sites/store/settings.h"
 #include "support/date_time.h"
 #include "support/files.h"
 #include "support/log.h"
@@ -122,22 +123,20 @@ bool LFtpList::IsFolderSelected() const {
   return false;
 }
 
-void LFtpList::EvDoubleClick(bool openFiles) {
-  if (!pWindow || pWindow->LVGetSelCount(nListId) != 1) return;
-  const int row = pWindow->LVGetCurSel(nListId);
-  char word[kTextSize];
-  char name[kTextSize];
-  RowKindWord(row, word);
-  pWindow->LVGetString(nListId, row, name);
-  if (strcasecmp(word, kWordFolder) == 0) {
-    CmOpenFolder(name);
-  } else if (openFiles) {
-    LOGWARNF("リモートファイルを直接開く操作にはまだ対応していません：%s", name);
-  }
-}
-
 void LFtpList::EndRename() {
   if (!bRenaming) return;
   pWindow->LVSetSel(nListId, pWindow->LVGetCurSel(nListId), false);
   bRenaming = false;
+}
+
+// Names for transfers
+
+void LFtpList::FtpCleanPath(char (&out)[kTextSize], const char* in) {
+  RemoteCleanName(out, in, LUserSettingIsOn("Settings", "FtpNoSpaces"), LUserSettingIsOn("Settings", "FtpLowerCase"));
+}
+
+int LFtpList::MakeRemoteFilePath(char (&out)[kTextSize], const char* localBase, const char* remoteBase,
+                                 const char* localPath) const {
+  RemotePathOfLocal(out, localBase, remoteBase, localPath);
+  return static_cast<int>(strlen(out));
 }

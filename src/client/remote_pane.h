@@ -10,6 +10,7 @@
 #include "support/containers.h"
 #include "support/strings.h"
 #include "support/window/list_view.h"
+#include "support/window/timers.h"
 
 /// One row of the shown directory; a node of its list.
 struct LFtpExpListItem {
@@ -30,6 +31,7 @@ int LListArrayComparePtr<LFtpExpListItem>(const LFtpExpListItem* a, const LFtpEx
 
 struct FtpDownloadFileList;
 struct FtpUploadFileList;
+struct PermissionDigits;
 
 /// As an LProcessInterface it is used for short talks in the foreground: it never stops, writes its status to the
 /// history unless `bQuiet`, and its errors in any case.
@@ -57,12 +59,39 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   // Showing a directory
   bool ApplyDirectory();
   bool EvDirectoryChanged();
-  void CmGo(const char* path);
+  /// False, with the old directory kept, if it cannot be entered.
+  bool CmGo(const char* path);
   void CmUp();
-  void CmOpenFolder(const char* name);
+  bool CmOpenFolder(const char* name);
   void CmRefresh();
-  /// Opens the one selected row if it is a folder.
+  /// Opens the one selected row: a folder, a link, or with `openFiles` a file.
   void EvDoubleClick(bool openFiles);
+
+  // Operations on single items
+  /// Opens the field for the current row's new name.
+  void CmRename();
+  void EvListEditStart();
+  void EvListEditComplete(int row, const char* text);
+  void CmNewFolder(const char* name);
+  /// True when deleting ran or nothing was selected.
+  bool CmDelete();
+  /// Deletes the selected items; the first failure ends it.
+  LProcessResult CmDelete(LProcessInterface& process);
+  /// Opens a temporary copy with the desktop's program for it.
+  bool CmOpenFile(const char* name);
+  /// `text` is a link's row: its name, or the name with the target behind it.
+  void CmOpenSymbolicLink(const char* text, bool openFiles);
+  void CmChangePermissions();
+  static void ConvertRemoteFileAttributesToValues(const char* text, unsigned char& owner, unsigned char& group,
+                                                  unsigned char& others);
+  static void ConvertValuesToRemoteFileAttributes(char (&out)[kTextSize], unsigned char owner, unsigned char group,
+                                                  unsigned char others, char first, bool numeric);
+
+  // Context menus
+  void EvRightClick();
+  void EvRightClickHeader();
+  /// Shows or hides the column of that menu id.
+  void EvColumnChange(unsigned short id);
 
   // History
   void CmBack();
@@ -85,12 +114,21 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   // Server calls that reconnect up to three times from the saved logon
   bool _GetCurrentDirectoryFTP(char (&path)[kTextSize]);
   bool _SetCurrentDirectoryFTP(const char* path);
+  bool _CreateDirectoryFTP(const char* path);
+
+  /// A name as the settings want it on the server: without blanks, in lower case.
+  static void FtpCleanPath(char (&out)[kTextSize], const char* in);
+  int MakeRemoteFilePath(char (&out)[kTextSize], const char* localBase, const char* remoteBase,
+                         const char* localPath) const;
 
   // LListViewSorter
   int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;
   // LProcessInterface
   void SetError(const char* text) override;
   void SetStatus(const char* text, int level) override;
+
+  /// Tells the window to leave the connection alone, and to look at it again.
+  LQueuedNotifyDataSender NotifySender;
 
   // State
   bool bConnected = false;       ///< Logged on.
@@ -123,6 +161,17 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
 
   LProcessResult Connect(const char* server, const char* user, const char* password, bool secure, bool implicitSSL,
                          bool showProgress);
+  /// A selected row, kept over waits in which the list may be filled anew.
+  struct SelectedItem {
+    char name[kTextSize];
+    bool isFile;
+  };
+  void GetSelectedItems(LVector<SelectedItem>& items) const;
+  LProcessResult DeleteFolder(LProcessInterface& process, LProcessInterface& share, const char* name);
+  LProcessResult DeleteFile(LProcessInterface& process, const char* name);
+  LFtpExpListItem* FindItem(const char* name);
+  bool ChangePermissionsOf(const char* name, const PermissionDigits& digits, int row);
+  void ShowNewPermissions(const char* name, const PermissionDigits& wanted, int row);
   bool AskForPassword(const char* server, const char* user, char (&password)[kTextSize]);
   bool ReconnectFromLast();
   template <typename Call>
@@ -138,7 +187,8 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   LList<LFtpExpListItem> Items;
   LVector<LStringLongTemplate<char>> RecentList;  ///< Newest first, always ten, those not yet filled empty.
   size_t iRecentIndex = 0;
-  bool bRenaming = false;
+  bool bRenaming = false;           ///< The field for a row's new name is open.
+  char szEditName[kTextSize] = {};  ///< The row's text when its editing began; empty for a new folder's row.
   bool bChangingDirectory = false;  ///< Re-entry guard of EvDirectoryChanged.
   LLVImageList ImageList;
   int iFolderIcon = -1;

@@ -1,6 +1,7 @@
 #include "client/remote_paths.h"
 
 #include "support/files.h"
+#include "support/strings.h"
 #include "support/window/window.h"
 
 int RemoteCompareFileSizes(const char* a, const char* b, bool ascending) {
@@ -35,6 +36,19 @@ void RemoteJoin(char (&out)[kTextSize], const char* folder, const char* name) {
   char joined[kTextSize];
   TextFormat(joined, closed ? "%s%s" : "%s/%s", folder, name);
   TextCopy(out, joined);
+}
+
+void RemoteLinkTarget(char (&out)[kTextSize], const char* text) {
+  TextCopyPart(out, text, strcspn(text, "->"));
+  LStringTrimWhiteSpace(out);
+}
+
+void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bool lowerCase) {
+  TextCopy(out, name);
+  for (char* c = out; noSpaces && *c; ++c) {
+    if (*c == ' ') *c = '_';
+  }
+  if (lowerCase) LCharsetsLowerCase(out);
 }
 
 bool RemoteNameIsPlain(const char* name) { return strpbrk(name, "/\\") == nullptr; }

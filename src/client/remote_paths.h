@@ -17,6 +17,13 @@ void RemotePathOfLocal(char (&out)[kTextSize], const char* localBase, const char
 /// `folder` and `name` joined by one "/".
 void RemoteJoin(char (&out)[kTextSize], const char* folder, const char* name);
 
+/// Where the row of a link leads: what stands before the first "-" or ">", trimmed. A name with a minus sign is cut
+/// there.
+void RemoteLinkTarget(char (&out)[kTextSize], const char* text);
+
+/// A name with its blanks turned into "_", and then in lower case, each where wanted.
+void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bool lowerCase);
+
 /// True if `name` is a single component, so that a server cannot lead a download out of its folder.
 bool RemoteNameIsPlain(const char* name);
 
