@@ -16,6 +16,8 @@ class LAppDelegate {
   void DidFinishLaunching();
   /// A quit asked for from outside: the desktop's session ends, or a signal.
   void EvQuit();
+  /// The desktop wants to see the program; ignored while the settings keep its window hidden.
+  void EvReopen();
   void WillTerminate();
 
   MainDialog* Dialog() const { return pDialog; }

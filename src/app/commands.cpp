@@ -1,145 +1,10 @@
-// What each command of the main window does: one table of ids, and the short bodies behind it.
+// What each command of the main window does: the table of ids. The bodies stand with the panes and the connection.
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
+#include "app/menu_tables.h"
+#include "client/remote_pane.h"
 #include "platform/desktop.h"
-#include "sites/store/accounts.h"
-#include "sites/store/settings.h"
-#include "support/files.h"
 #include "support/log.h"
-#include "support/strings.h"
-#include "support/window/alert.h"
-
-namespace {
-
-constexpr unsigned kAfterDownloadMs = 100;
-constexpr unsigned kDuringUploadMs = 60000;
-constexpr unsigned kAfterUploadMs = 30000;
-constexpr int kPathEntries = 10;
-
-}  // namespace
-
-// Panes
-
-void MainDialogCore::EvLocalPathChanged() {
-  const char* path = localPane.Folder();
-  if (!path[0]) return;
-  const int known = pView->CBFindString(kLocalPath, path);
-  if (known < 0) {
-    if (pView->CBGetCount(kLocalPath) >= kPathEntries) pView->CBDeleteItem(kLocalPath, kPathEntries - 1);
-    pView->CBAddString(kLocalPath, path);
-  } else {
-    pView->CBDeleteItem(kLocalPath, known);
-    pView->CBInsertString(kLocalPath, 0, path);
-  }
-  pView->CBSetText(kLocalPath, path);
-  pView->EnableControls();
-  if (remotePane.bConnected && !bQuickConnected) {
-    LFTPAccountSettings::StoreRecentDirectories(path, remotePane.szCurrentDirectory);
-  }
-}
-
-void MainDialogCore::EvRemotePathChanged() {
-  if (bRemoteSelectionDirty) {
-    pView->LVSelectNone(kRemoteList);
-    bRemoteSelectionDirty = false;
-  }
-  const char* path = remotePane.szCurrentDirectory;
-  if (remotePane.bConnected) {
-    const int known = pView->CBFindString(kRemotePath, path);
-    if (known >= 0) pView->CBDeleteItem(kRemotePath, known);
-    pView->CBInsertString(kRemotePath, 0, path);
-    pView->CBSetText(kRemotePath, path);
-    if (!bQuickConnected) LFTPAccountSettings::StoreRecentDirectories(localPane.Folder(), path);
-  }
-  pView->EnableControls();
-}
-
-void MainDialogCore::CmLocalGo() {
-  char path[kTextSize];
-  pView->GetText(kLocalPath, path);
-  if (!localPane.CmOpenFolder(path)) {
-    LAlertWithButtonText::DisplayOkError(pView, "パスが正しくありません。", "Orvane FTPファイル転送ソフト", "OK");
-    return;
-  }
-  EvLocalPathChanged();
-}
-
-void MainDialogCore::CmRemoteGo() {
-  char path[kTextSize];
-  pView->GetText(kRemotePath, path);
-  if (!CheckConnection()) return;
-  remotePane.CmGo(path);
-  EvRemotePathChanged();
-}
-
-void MainDialogCore::CmSetLocalFilter(bool remove) {
-  if (remove) pView->SetText(kLocalFilter, "");
-  pView->GetTextAndTrim(kLocalFilter, localPane.szNameFilter);
-  LCharsetsLowerCase(localPane.szNameFilter);
-  localPane.CmRefresh();
-}
-
-void MainDialogCore::CmSetRemoteFilter(bool remove) {
-  if (remove) pView->SetText(kRemoteFilter, "");
-  pView->GetTextAndTrim(kRemoteFilter, remotePane.szFilter);
-  LCharsetsLowerCase(remotePane.szFilter);
-  if (CheckConnection()) remotePane.CmRefresh();
-}
-
-// Transfers
-
-void MainDialogCore::CmUpload() {
-  if (!CheckConnection()) return;
-  LVector<LStringLongTemplate<char>> files;
-  localPane.GetFilesFromList(files);
-  LFTPAccountSettings::UpdateUploadCount(static_cast<int>(files.size));
-  if (files.size == 0) return;
-  if (remotePane.CmUploadList(files, localPane.Folder()) != LProcessResultOk) {
-    CmDisconnect(false);
-    CmConnect(false);
-  } else {
-    LFTPAccountSettings::UpdateRunsWithUploads();
-  }
-}
-
-void MainDialogCore::CmDownload() {
-  if (!CheckConnection()) return;
-  remotePane.CmDownloadList(localPane.Folder());
-  localPane.CmRefresh();
-  remotePane.CmRefresh();
-}
-
-void MainDialog::CmUploadGuarded() {
-  TimerReset(kTimerWatch);
-  TimerSet(kTimerWatch, kDuringUploadMs);
-  CmUpload();
-  TimerReset(kTimerWatch);
-  TimerSet(kTimerWatch, kAfterUploadMs);
-}
-
-void MainDialog::CmUpload() {
-  SetPowerDownDeny();
-  if (remotePane.bConnected && LVGetSelCount(kLocalList) > 0) {
-    TimerReset(kTimerWatch);
-    MainDialogCore::CmUpload();
-    TimerSet(kTimerWatch, kAfterUploadMs);
-  }
-  InitStatus();
-  EvRemotePathChanged();
-  SetPowerDownAllow();
-}
-
-void MainDialog::CmDownload() {
-  SetPowerDownDeny();
-  if (remotePane.bConnected && LVGetSelCount(kRemoteList) > 0) {
-    TimerReset(kTimerWatch);
-    MainDialogCore::CmDownload();
-    TimerSet(kTimerWatch, kAfterDownloadMs);
-  }
-  SetPowerDownAllow();
-}
-
-// Routing
 
 void MainDialog::CmGo() {
   const short target = iEnterTarget;
@@ -153,83 +18,151 @@ void MainDialog::CmGo() {
   }
 }
 
-/// Commands that move one of the panes.
-bool MainDialog::RoutePaneCommand(int id) {
+void MainDialog::CmShowFilters() {
+  bFiltersShown = !bFiltersShown;
+  LMainMenu::SetMenuTitle(kCommandShowFilters, bFiltersShown ? kHideFilters : kShowFilters);
+  EnableControls();
+  RelayoutControls();
+}
+
+void MainDialog::EvPower(bool suspend) {
+  LFtpList::bPowerSuspendStandBy = suspend;
+  if (LFtpList::pCurrentInterface) LFtpList::pCurrentInterface->bStop = suspend;
+}
+
+bool MainDialog::RouteFields(int id) {
   switch (id) {
-    case kCommandLocalReload:
-    case kCommandLocalRefresh: localPane.CmRefresh(); return true;
-    case kCommandLocalUp: localPane.CmUp(); break;
-    case kCommandLocalBack: localPane.CmBack(); break;
-    case kCommandLocalForward: localPane.CmForward(); break;
+    case kCommandGo: CmGo(); return true;
+    case kLocalPath:
+    case kLocalFilter:
+    case kRemotePath:
+    case kRemoteFilter: iEnterTarget = static_cast<short>(id); return true;
+    case kLocalGo:
+    case kCommandLocalPathChosen: CmLocalGo(); return true;
+    case kLocalFilterApply: CmSetLocalFilter(false); return true;
+    case kLocalFilterRemove: CmSetLocalFilter(true); return true;
+    case kRemoteGo:
+    case kCommandRemotePathChosen:
+      remotePane.bConnected ? CmRemoteGo() : EvShowConnectContextMenu(kRemoteGo);
+      return true;
+    case kRemoteFilterApply: CmSetRemoteFilter(false); return true;
+    case kRemoteFilterRemove: CmSetRemoteFilter(true); return true;
+    case kCommandLocalFocusLost:
+      bLocalListFocused = true;
+      if (bLocalSelectionDirty) {
+        remotePane.CmRefresh();
+        bLocalSelectionDirty = false;
+      }
+      return true;
+    case kCommandRemoteClicked: bLocalListFocused = false; return true;
+    default: return false;
+  }
+}
+
+bool MainDialog::RouteLocal(int id) {
+  switch (id) {
+    case kCommandLocalReload: localPane.CmRefresh(); return true;
+    case kCommandLocalRefresh:
+    case kCommandMenuLocalRefresh: CmLocalRefresh(); return true;
+    case kCommandLocalRename:
+    case kCommandMenuLocalRename: CmLocalRename(); return true;
+    case kCommandLocalDelete:
+    case kCommandMenuLocalDelete: CmLocalDelete(); return true;
+    case kCommandLocalNewFolder:
+    case kCommandMenuLocalNewFolder: CmLocalNewFolder(); return true;
+    case kCommandLocalUp:
+    case kCommandMenuLocalUp: CmLocalUp(); break;
+    case kCommandLocalBack:
+    case kCommandMenuLocalBack: CmLocalBack(); break;
+    case kCommandLocalForward:
+    case kCommandMenuLocalForward: CmLocalForward(); break;
     case kCommandLocalOpen: localPane.EvDoubleClick(); break;
-    case kCommandRemoteRefresh:
-      if (CheckConnection()) remotePane.CmRefresh();
-      EvRemotePathChanged();
-      return true;
-    case kCommandRemoteUp:
-      remotePane.CmUp();
-      EvRemotePathChanged();
-      return true;
-    case kCommandRemoteBack:
-      remotePane.CmBack();
-      EvRemotePathChanged();
-      return true;
-    case kCommandRemoteForward:
-      remotePane.CmForward();
-      EvRemotePathChanged();
-      return true;
-    case kCommandRemoteOpen:
-      remotePane.EvDoubleClick(true);
-      EvRemotePathChanged();
-      return true;
     default: return false;
   }
   EvLocalPathChanged();
   return true;
 }
 
-void MainDialog::Command(int id, intptr_t data) {
-  if (RoutePaneCommand(id)) return;
-  if (id >= kCommandSiteFirst && id <= kCommandSiteLast) {
-    CmSelectSite(id);
-    return;
-  }
+bool MainDialog::RouteRemote(int id) {
   switch (id) {
-    case kCommandGo: CmGo(); break;
-    case kLocalPath:
-    case kLocalFilter:
-    case kRemotePath:
-    case kRemoteFilter: iEnterTarget = static_cast<short>(id); break;
-    case kLocalGo:
-    case kCommandLocalPathChosen: CmLocalGo(); break;
-    case kLocalFilterApply: CmSetLocalFilter(false); break;
-    case kLocalFilterRemove: CmSetLocalFilter(true); break;
-    case kRemoteGo:
-    case kCommandRemotePathChosen:
-      if (remotePane.bConnected) {
-        CmRemoteGo();
-      } else {
-        EvShowConnectContextMenu(kRemoteGo);
-      }
-      break;
-    case kRemoteFilterApply: CmSetRemoteFilter(false); break;
-    case kRemoteFilterRemove: CmSetRemoteFilter(true); break;
-    case kCommandLocalFocusLost: bLocalListFocused = true; break;
-    case kCommandRemoteClicked: bLocalListFocused = false; break;
-    case kCommandConnect:
-    case kCommandConnectMenu: EvShowConnectContextMenu(0); break;
-    case kUploadButton: CmUploadGuarded(); break;
-    case kDownloadButton: CmDownload(); break;
-    case LExplorerFolderControl::kSelectionChanged: localPane.EvSelectionChanged(); break;
-    case LExplorerFolderControl::kRightClick: break;
-    case kCommandRemoteSelectionChanged: EnableControls(); break;
-    case kCommandDisconnect: CmDisconnect(true); break;
-    case kCommandShowHistory: platform::DesktopShowFolder(gLLog.Folder()); break;
-    case kCommandSuspend:
-    case kCommandResume:
-      LFtpList::bPowerSuspendStandBy = id == kCommandSuspend;
-      if (LFtpList::pCurrentInterface) LFtpList::pCurrentInterface->bStop = id == kCommandSuspend;
-      break;
-    default: LMainWindow::Command(id, data);
+    case kCommandRemoteRefresh:
+    case kCommandMenuRemoteRefresh: CmRemoteRefresh(); return true;
+    case kCommandRemoteDelete:
+    case kCommandMenuRemoteDelete: CmRemoteDelete(); return true;
+    case kCommandRemoteRename:
+    case kCommandMenuRemoteRename: CmRemoteRename(); return true;
+    case kCommandRemoteNewFolder:
+    case kCommandMenuRemoteNewFolder: CmRemoteNewFolder(); return true;
+    case kCommandPermissions: remotePane.CmChangePermissions(); return true;
+    case kCommandRemoteSelectionChanged:
+      EndLocalRename();
+      EnableControls();
+      return true;
+    case kCommandRemoteRightClick: remotePane.EvRightClick(); return true;
+    case kCommandRemoteHeaderRightClick: remotePane.EvRightClickHeader(); return true;
+    case kCommandRemoteUp:
+    case kCommandMenuRemoteUp: remotePane.CmUp(); break;
+    case kCommandRemoteBack:
+    case kCommandMenuRemoteBack: remotePane.CmBack(); break;
+    case kCommandRemoteForward:
+    case kCommandMenuRemoteForward: remotePane.CmForward(); break;
+    case kCommandRemoteOpen: remotePane.EvDoubleClick(true); break;
+    default: {
+      if (id < kCommandColumnFirst || id > kCommandColumnLast) return false;
+      remotePane.EvColumnChange(static_cast<unsigned short>(id));
+      return true;
+    }
   }
+  EvRemotePathChanged();
+  return true;
+}
+
+bool MainDialog::RouteConnection(int id) {
+  switch (id) {
+    case kCommandConnect:
+    case kCommandConnectMenu:
+    case kCommandConnectKey: EvShowConnectContextMenu(kCommandConnect); return true;
+    case kCommandSiteMenu: EvShowSiteManagerContextMenu(kCommandSites); return true;
+    case kCommandSites: CmSiteManager(); return true;
+    case kCommandSetupWizard: CmSetupWizard(); return true;
+    case kCommandQuickConnect: CmQuickConnect(true, this); return true;
+    case kCommandDisconnect: CmDisconnect(true); return true;
+    case kUploadButton:
+    case kCommandUpload: CmUploadGuarded(); return true;
+    case kDownloadButton:
+    case kCommandDownload: CmDownload(); return true;
+    default: return false;
+  }
+}
+
+bool MainDialog::RouteRest(int id) {
+  switch (id) {
+    case kCommandReturnKey:
+    case kCommandDeleteKey:
+    case kCommandRenameKey: return true;
+    case kCommandShowHistory: platform::DesktopShowFolder(gLLog.Folder()); return true;
+    case kCommandDeleteInFocus: bLocalListFocused ? CmLocalDelete() : CmRemoteDelete(); return true;
+    case kCommandSuspend:
+    case kCommandResume: EvPower(id == kCommandSuspend); return true;
+    case kCommandShowFilters: CmShowFilters(); return true;
+    case kCommandMenuOpens: EnableMainMenu(); return true;
+    case kCommandHideWindow: LMainWindow::Command(id, 0); return true;
+    default: return false;
+  }
+}
+
+void MainDialog::Command(int id, intptr_t data) {
+  if (id >= kCommandFromLocalList && id < 2 * kCommandFromLocalList) {
+    if (localPane.Command(id - kCommandFromLocalList)) return;
+    id -= kCommandFromLocalList;
+  }
+  if (RouteFields(id) || RouteLocal(id) || RouteRemote(id) || RouteConnection(id) || RouteRest(id)) return;
+  if (id > kCommandSitePropertiesBase && id <= kCommandNewSiteProperties) {
+    CmManageSiteProperties(id);
+  } else if (id > kCommandSiteBase && id <= kCommandNewSite) {
+    CmSelectSite(id);
+  } else if (id < kCommandRemoteBookmarkFirst || id > kCommandLocalBookmarkLast) {
+    EndLocalRename();
+  }
+  LMainWindow::Command(id, data);
 }

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include "app/command_ids.h"
 #include "platform/desktop.h"
 #include "support/date_time.h"
 #include "support/files.h"
@@ -47,9 +48,10 @@ void LExplorerFolderControl::Init(LMacWindow& window, int control) {
   window.LVSetImages(control, &ImageList);
   iFolderIcon = ImageList.AddIcon(LGuiIcon::FromResource(kFolderIconResource));
   window.LVSetStyleDefaultText(control, "フォルダ内にファイルがありません");
-  window.HandleLVRightClick(control, kRightClick);
-  window.HandleLVSelChange(control, kSelectionChanged);
-  window.HandleLVDoubleClick(control, kOpen);
+  LVLabelEditInit(window, control);
+  window.HandleLVRightClick(control, kCommandFromLocalList + kRightClick);
+  window.HandleLVSelChange(control, kCommandFromLocalList + kSelectionChanged);
+  window.HandleLVDoubleClick(control, kCommandFromLocalList + kOpen);
   InitTreePanel();
 }
 
@@ -188,13 +190,33 @@ void LExplorerFolderControl::CmClearSelection() {
   if (selected.IsValid()) pWindow->LVSetSel(iControl, selected.Row(), false);
 }
 
+void LExplorerFolderControl::AddPathOf(int row, LVector<LStringLongTemplate<char>>& files) const {
+  char name[kTextSize];
+  char path[kTextSize];
+  pWindow->LVGetString(iControl, row, name);
+  LFile::_MakeFilePath(path, szFolder, name, "");
+  files.Add(LStringLongTemplate<char>(path));
+}
+
 void LExplorerFolderControl::GetFilesFromList(LVector<LStringLongTemplate<char>>& files) const {
   for (LVSelectedIterator selected(*pWindow, iControl); selected.IsValid(); selected.Next()) {
-    char name[kTextSize];
-    char path[kTextSize];
-    pWindow->LVGetString(iControl, selected.Row(), name);
-    LFile::_MakeFilePath(path, szFolder, name, "");
-    files.Add(LStringLongTemplate<char>(path));
+    AddPathOf(selected.Row(), files);
+  }
+}
+
+void LExplorerFolderControl::GetFiles(LVector<LStringLongTemplate<char>>& files) const {
+  const int count = pWindow->LVGetCount(iControl);
+  for (int row = 0; row < count; ++row) AddPathOf(row, files);
+}
+
+bool LExplorerFolderControl::Command(int id) {
+  switch (id) {
+    case kOpen:
+      pWindow->Command(kCommandLocalOpen, 0);  // The window follows with its path box.
+      return true;
+    case kSelectionChanged: EvSelectionChanged(); return true;
+    case kRightClick: EvRightClick(); return true;
+    default: return false;
   }
 }
 

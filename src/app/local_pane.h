@@ -18,7 +18,7 @@ struct LExpListItem {
 template <>
 int LListArrayComparePtr<LExpListItem>(const LExpListItem* a, const LExpListItem* b);
 
-class LExplorerFolderControl : public LListViewSorter {
+class LExplorerFolderControl : public LListViewSorter, public LListViewLabelEditHandler {
  public:
   enum Column { kName, kSize, kKind, kModified };
   // What the list sends to its window
@@ -41,14 +41,27 @@ class LExplorerFolderControl : public LListViewSorter {
   bool IsForwardAccessible() const { return history.IsForwardAccessible(); }
   /// A folder that does not exist is ignored in silence; always 1.
   int CmOpenFolder(const char* path);
+  /// Opens the field for the new name of the one selected row.
+  void CmRename();
+  /// Asks, and deletes the selected rows; the list is not reloaded. 1 if it deleted.
+  int CmDelete();
   void EvDoubleClick();
-  void EvSelectionChanged();
-  void CmClearSelection();
+  void EvRightClick();
+  /// What the list sends; false for a command that is not its own.
+  bool Command(int id);
 
-  /// Full paths of the selected rows.
+  // Selection
+  void EvSelectionChanged();
+  /// Deselects the first selected row only.
+  void CmClearSelection();
+  void CmSetSelection(const char* /*name*/) {}
+  /// Full paths of the selected rows, and of all.
   void GetFilesFromList(LVector<LStringLongTemplate<char>>& files) const;
+  void GetFiles(LVector<LStringLongTemplate<char>>& files) const;
 
   int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;
+  void EvLVLabelEditBegin(int /*row*/) override {}
+  void EvLVLabelEditFinish(int row, const char* newName) override;
 
   const char* Folder() const { return szFolder; }
   bool HasSelection() const { return bHasSelection; }
@@ -59,10 +72,14 @@ class LExplorerFolderControl : public LListViewSorter {
   void LoadItems(const char* path, LList<LExpListItem>& items) const;
   void ShowItem(const LExpListItem& item);
   int ImageOf(const LExpListItem& item);
+  void AddPathOf(int row, LVector<LStringLongTemplate<char>>& files) const;
+  bool PathOfName(const char* name, char (&path)[kTextSize]) const;
+  void RenameOnDisk(const char* from, const char* to);
 
   LMacWindow* pWindow = nullptr;
   int iControl = 0;
   char szFolder[kTextSize] = {};
+  char szOldName[kTextSize] = {};  ///< Filled while a rename runs; empty for a new folder's row.
   LExplorerFolderHistory history;
   bool bKeepHistory = true;  ///< False only while going back.
   bool bHasSelection = false;

@@ -12,10 +12,11 @@ namespace {
 
 constexpr int kRetries = 3;
 constexpr int kMaxReconnects = 5;
-constexpr unsigned kWatchMs = 30000;
 constexpr unsigned kIconMs = 1000;
 
 }  // namespace
+
+unsigned MainDialog::uWatchMs = 30000;
 
 // MainDialogCore
 
@@ -25,6 +26,7 @@ void MainDialogCore::ForgetCurrentSite() {
 
 int MainDialogCore::FailConnect(bool bForgetOnFail) {
   if (bForgetOnFail) ForgetCurrentSite();
+  EvUpdateMainMenu();
   return 0;
 }
 
@@ -42,18 +44,8 @@ bool MainDialogCore::ConnectWithRetries(const LFTPAccountSettings& site, const c
   return false;
 }
 
-int MainDialogCore::CmConnect(bool bForgetOnFail) {
-  char label[kTextSize];
-  char user[kTextSize];
-  _LUserSettingGetString("Settings", "Current", "", label);
-  if (!label[0]) {
-    EvShowConnectContextMenu(0);
-    return 0;
-  }
-  _LUserSettingGetString("Settings", "CurrentUser", "", user);
-  LFTPAccountSettings site(label, user);
-  if (!site.Load()) return 0;
-
+/// Without a server in its record the site is the one that the settings name.
+bool MainDialogCore::ConnectToSite(const LFTPAccountSettings& site) {
   char directory[kTextSize];
   pView->GetText(kRemotePath, directory);
   if (!directory[0]) TextCopy(directory, site.bUseRecentRemote ? site.szRecentRemote : site.szDirectory);
@@ -61,14 +53,34 @@ int MainDialogCore::CmConnect(bool bForgetOnFail) {
   if (site.szServer[0]) {
     connected = ConnectWithRetries(site, directory);
   } else {
-    char server[kTextSize];
+    char server[kTextSize], user[kTextSize];
     _LUserSettingGetString("Settings", "CurrentServer", "", server);
+    _LUserSettingGetString("Settings", "CurrentUser", "", user);
     connected = remotePane.CmConnect(server, user, "", directory, false, false, true);
   }
   pView->CBSetCurSel(kRemotePath, -1);
-  if (!connected) return FailConnect(bForgetOnFail);
+  return connected;
+}
+
+int MainDialogCore::CmConnect(bool bForgetOnFail) {
+  char label[kTextSize], user[kTextSize];
+  _LUserSettingGetString("Settings", "Current", "", label);
+  if (!label[0]) {
+    if (AccountsNumSites() == 0) {
+      if (CmSelectSite(kCommandNewSiteProperties) && remotePane.bConnected) return 1;
+    } else {
+      EvShowConnectContextMenu(kCommandConnect);
+    }
+    _LUserSettingGetString("Settings", "Current", "", label);
+    if (label[0]) return 1;
+  }
+  _LUserSettingGetString("Settings", "CurrentUser", "", user);
+  LFTPAccountSettings site(label, user);
+  if (!site.Load()) return 0;
+  if (!ConnectToSite(site)) return FailConnect(bForgetOnFail);
   localPane.CmOpenFolder(site.bUseRecentLocal ? site.szRecentLocal : site.szLocalDirectory);
-  bQuickConnected = false;
+  bQuickSession = false;
+  EvUpdateMainMenu();
   return 1;
 }
 
@@ -76,11 +88,13 @@ void MainDialogCore::_CmDisconnect() {
   remotePane.CmDisconnect();
   pView->CBClear(kRemotePath);
   pView->CBSetCurSel(kRemotePath, -1);
+  EvUpdateMainMenu();
 }
 
 int MainDialogCore::CmDisconnect(bool bForget) {
   _CmDisconnect();
   if (bForget) ForgetCurrentSite();
+  EvUpdateMainMenu();
   return 1;
 }
 
@@ -99,12 +113,13 @@ int MainDialogCore::DisconnectWithMessage(bool bReconnect) {
   const bool yes =
       bReconnect ? LAlertWithButtonText::DisplayOkCancel(pView, question, "再接続する", "再接続する", "キャンセル")
                  : LAlertWithButtonText::DisplayOkCancel(pView, question, "切断確認", "切断", "キャンセル");
-  if (!yes) return 0;
-  CmDisconnect(false);
-  return 1;
+  if (yes) CmDisconnect(false);
+  EvUpdateMainMenu();
+  return yes ? 1 : 0;
 }
 
 int MainDialogCore::CmSelectSite(int id) {
+  if (id == kCommandNewSite || id == kCommandNewSiteProperties) return SelectNewSite();
   SiteRecord site;
   if (!SiteByIndex(id - kCommandSiteFirst, site)) return 0;
   if (remotePane.bConnected && !DisconnectWithMessage(SiteIsCurrent(site))) return 0;
@@ -122,19 +137,13 @@ bool MainDialogCore::CheckConnection() {
   return false;
 }
 
-void MainDialogCore::EvShowConnectContextMenu(int atControl) {
-  LPopupMenu menu;
-  CreateSiteMenu(menu, kCommandSiteFirst - 1);
-  menu.DisplayPopupMenu(*pView, atControl);
-}
-
 // MainDialog: the same with the window's timers
 
 int MainDialog::CmConnect(bool bForgetOnFail) {
   TimerReset(kTimerWatch);
   const int connected = MainDialogCore::CmConnect(bForgetOnFail);
   InitStatus();
-  if (connected) TimerSet(kTimerWatch, kWatchMs);
+  if (connected) TimerSet(kTimerWatch, uWatchMs);
   return connected;
 }
 
@@ -175,7 +184,7 @@ void MainDialog::EvWatch() {
   if (!remotePane.bConnected) MainDialogCore::CmDisconnect(false);
   InitStatus();
   if (remotePane.bConnected) {
-    TimerSet(kTimerWatch, kWatchMs);
+    TimerSet(kTimerWatch, uWatchMs);
     iReconnectCount = 0;
     remotePane.bReconnectArmed = true;
     return;
@@ -187,7 +196,7 @@ void MainDialog::EvWatch() {
   if (!remotePane.bReconnectArmed || remotePane.bConnected) return;
   // The line says 10 seconds and the timer waits 30: both are so.
   LOGF("以下のサイトに再接続開始まで%i秒。", 10);
-  TimerSet(kTimerWatch, kWatchMs);
+  TimerSet(kTimerWatch, uWatchMs);
 }
 
 void MainDialog::EvTimer(int id) {
@@ -198,7 +207,10 @@ void MainDialog::EvTimer(int id) {
       break;
     case kTimerConnectIcon: EvConnectIcon(); break;
     case kTimerWatch: EvWatch(); break;
-    case kTimerEnable: EnableControls(); break;
+    case kTimerEnable:
+      EnableControls();
+      EnableMainMenu();
+      break;
     default: break;
   }
 }

@@ -2,6 +2,7 @@
 #include "app/main_dialog.h"
 
 #include "app/command_ids.h"
+#include "app/menu_tables.h"
 #include "app/tool_bar_tables.h"
 #include "sites/store/accounts.h"
 #include "sites/store/settings.h"
@@ -27,27 +28,30 @@ void MainDialog::InitDialog() {
   }
   LUserSettingSetString("Settings", "FirstRun", "1");
   pView = this;
-  LMainMenu::SetWindow(this);
   AddLocalControls();
   AddMiddleControls();
   AddRemoteControls();
+  bFiltersShown = LUserSettingIsOn("Settings", "FiltersOn");
+  SetMenus();
   SetToolBars();
   LOG("Orvane FTPファイル転送ソフト 実行");
   LSettingsLogDamagedStore();
   SetToolTips();
   localPane.Init(*this, kLocalList);
   remotePane.InitList(*this, kRemoteList);
+  LVLabelEditInit(*this, kRemoteList);
+  remotePane.NotifySender.SetHandler(this);
 
   const int widths[] = {kFirstStatusPart, 0};
   statusBar.StatusBarSetParts(2, widths);
   statusBar.StatusBarSetText("Orvane FTPファイル転送ソフト v 5.01", 0);
   LUserSettingSetString("Settings", "DragSource", "local");
   BindEvents();
-  bFiltersShown = LUserSettingIsOn("Settings", "FiltersOn");
   bLaidOut = true;
   EvLocalPathChanged();
   InitStatus();
   iReconnectCount = 0;
+  HandlePowerEvents(kCommandSuspend, kCommandResume);
   TimerSet(kTimerStartup, kStartupMs);
 }
 
@@ -111,16 +115,26 @@ void MainDialog::BindEvents() {
   HandleLVFocusLost(kRemoteList, kCommandLocalFocusLost);
 }
 
+void MainDialog::SetMenus() {
+  size_t count = 0, keys = 0;
+  const LMenuItem* items = MainMenuItems(count);
+  const LKeyToCommandMap* keyMap = MainKeyMap(keys);
+  SetMenu(items, count, keyMap, keys);
+  LMainMenu::SetMenuTitle(kCommandShowFilters, bFiltersShown ? kHideFilters : kShowFilters);
+  EvUpdateMainMenu();
+}
+
 void MainDialog::SetToolBars() {
-  size_t count = 0;
+  size_t count = 0, keys = 0;
+  const LKeyToCommandMap* keyMap = ToolBarKeyMap(keys);
   const LToolBar::ToolBarItem* items = MainToolBarItems(count);
-  mainToolBar.SetToolBarItems(items, count);
+  mainToolBar.SetToolBarItems(items, count, keyMap, keys);
   localToolBar.Init(*this, kLocalTools, "Local");
   items = LocalToolBarItems(count);
-  localToolBar.SetToolBarItems(items, count);
+  localToolBar.SetToolBarItems(items, count, keyMap, keys);
   remoteToolBar.Init(*this, kRemoteTools, "Remote");
   items = RemoteToolBarItems(count);
-  remoteToolBar.SetToolBarItems(items, count);
+  remoteToolBar.SetToolBarItems(items, count, keyMap, keys);
 }
 
 void MainDialog::SetToolTips() {
@@ -155,6 +169,7 @@ void MainDialog::CmStartup() {
     EvRemotePathChanged();
   } else {
     LOG("接続ボタンをクリックしてサイトに接続する");
+    if (AccountsNumSites() == 0) CmSetupWizard();
   }
   remotePane.bReconnectArmed = false;
   LUserSettingSetString("Settings", "CurrentRunHadUpload", "0");
@@ -173,5 +188,4 @@ void MainDialog::DestroyDialog() {
   LUserSettingSetString("Settings", "FiltersOn", LSettingFromBool(bFiltersShown));
   LOG("Orvane FTPファイル転送ソフト 終了する。");
   logWindow.Detach();
-  LMainMenu::SetWindow(nullptr);
 }

@@ -9,34 +9,62 @@
 #include "support/log_pane.h"
 #include "support/window/timers.h"
 
+struct LFTPAccountSettings;
+
 class MainDialogCore {
  public:
   virtual ~MainDialogCore() = default;
 
   // Connection
-  /// Connects to the current site. With `bForgetOnFail` a failure also forgets it. 1 when connected.
+  /// Connects to the current site; without one the user is asked for it. With `bForgetOnFail` a failure also forgets
+  /// it. 1 when connected.
   virtual int CmConnect(bool bForgetOnFail);
   /// With `bForget` the current site is forgotten.
   virtual int CmDisconnect(bool bForget);
   /// Asks before leaving; 1 when there is no connection any more.
   int DisconnectWithMessage(bool bReconnect);
-  /// Connects to the site of that menu id.
+  /// Connects to the site of that menu id, or to a new one. 0 when the user does not want to.
   int CmSelectSite(int id);
   /// True while the link is up; leaves the server otherwise.
-  bool CheckConnection();
+  virtual bool CheckConnection();
+
+  // Sites
+  /// The menu of sites, and the submenu of the menu bar with the same rows.
+  void EvShowConnectContextMenu(int atControl);
+  void EvShowSiteManagerContextMenu(int atControl);
+  void EvUpdateMainMenu();
+  void CmSiteManager();
+  /// Opens the sheet for a new site and connects to it. False when cancelled.
+  bool CmSetupWizard();
+  /// Opens the sheet for the site of that menu id, or for a new one.
+  void CmManageSiteProperties(int id);
+  /// Asks for a server in a dialog and connects to it. 1 when connected; a failure forgets it with `bForgetOnFail`.
+  int CmQuickConnect(bool bForgetOnFail, LMacWindow* view);
 
   // Transfers
   void CmUpload();
   void CmDownload();
 
-  // Panes
+  // Local pane
   void EvLocalPathChanged();
-  void EvRemotePathChanged();
   void CmLocalGo();
-  void CmRemoteGo();
   void CmSetLocalFilter(bool remove);
+  void CmLocalRefresh();
+  void CmLocalUp();
+  void CmLocalBack();
+  void CmLocalForward();
+  void CmLocalRename();
+  void CmLocalDelete();
+  void CmLocalNewFolder();
+
+  // Remote pane
+  void EvRemotePathChanged();
+  void CmRemoteGo();
   void CmSetRemoteFilter(bool remove);
-  void EvShowConnectContextMenu(int atControl);
+  void CmRemoteRefresh();
+  void CmRemoteRename();
+  void CmRemoteDelete();
+  void CmRemoteNewFolder();
 
   LExplorerFolderControl localPane;
   LFtpList remotePane;
@@ -45,14 +73,25 @@ class MainDialogCore {
   void _CmDisconnect();
   void ForgetCurrentSite();
   int FailConnect(bool bForgetOnFail);
-  bool ConnectWithRetries(const struct LFTPAccountSettings& site, const char* directory);
+  bool ConnectWithRetries(const LFTPAccountSettings& site, const char* directory);
+  bool ConnectToSite(const LFTPAccountSettings& site);
+  int SelectNewSite();
+  void EndLocalRename();
+  bool MayTransferPastFilter(int filterControl, bool folderSelected, const char* question);
+  bool IsLocalFolderSelected() const;
 
   LMacWindow* pView = nullptr;  ///< The window of both panes; set before any command.
   bool bQuickConnected = false;
-  bool bRemoteSelectionDirty = false;
+  bool bQuickSession = false;          ///< The session has no record: its folders are not kept.
+  bool bLocalSelectionDirty = false;   ///< A local rename was begun: the next move clears the selection.
+  bool bRemoteSelectionDirty = false;  ///< The same for the remote list.
 };
 
-class MainDialog : public LMainWindow, public LTimerHandlerBase, public MainDialogCore {
+class MainDialog : public LMainWindow,
+                   public LTimerHandlerBase,
+                   public LListViewLabelEditHandler,
+                   public MainDialogCore,
+                   public LQueuedNotifyDataHandler {
  public:
   MainDialog() = default;
 
@@ -68,18 +107,30 @@ class MainDialog : public LMainWindow, public LTimerHandlerBase, public MainDial
   void CmUploadGuarded();
   void CmUpload();
   void CmDownload();
+  void CmRemoteDelete();
+  int CmQuickConnect(bool bForgetOnFail, LMacWindow* view);
   void CmGo();
+  void CmShowFilters();
 
   void EnableControls() override;
+  void EnableMainMenu();
   void LayoutControls(int width, int height) override;
   void InitStatus();
+
+  // Events
   void EvTimer(int id) override;
+  void EvLVLabelEditBegin(int row) override;
+  void EvLVLabelEditFinish(int row, const char* text) override;
+  /// 0 stops the watch while a transfer owns the connection, 1 lets it go on.
+  void EvQueuedNotifyData(intptr_t data) override;
 
   // The one-shot timers
   static constexpr int kTimerStartup = 1;
   static constexpr int kTimerConnectIcon = 2;
   static constexpr int kTimerWatch = 3;
   static constexpr int kTimerEnable = 4;
+
+  static unsigned uWatchMs;  ///< Between two looks at the connection, and between two tries to get it back.
 
  protected:
   void OnDividerMoved(int id, int position) override;
@@ -90,18 +141,29 @@ class MainDialog : public LMainWindow, public LTimerHandlerBase, public MainDial
   void AddMiddleControls();
   void AddRemoteControls();
   void BindEvents();
+  void SetMenus();
   void SetToolBars();
   void SetToolTips();
   // LayoutControls, by column
   void LayoutPathRow(int icon, int path, int go, int x, int width, int goWidth, int top);
   void LayoutFilterRow(int first, int x, int width, int top);
   void LayoutMiddle(int x, int top, int bottom);
+  int RemoteListEnd(int bottom);
   // EnableControls, by place
   void EnableToolBars();
   void EnableMiddle();
-  bool RoutePaneCommand(int id);
+  bool IsAtRemoteRoot() const;
+  void EnableLocalMenu();
+  void EnableRemoteMenu();
+  // Command, by place; true for a command of that place
+  bool RouteLocal(int id);
+  bool RouteRemote(int id);
+  bool RouteFields(int id);
+  bool RouteConnection(int id);
+  bool RouteRest(int id);
   void EvWatch();
   void EvConnectIcon();
+  void EvPower(bool suspend);
 
   LLogWindow logWindow;
   LHMoveBar divider;
@@ -111,6 +173,7 @@ class MainDialog : public LMainWindow, public LTimerHandlerBase, public MainDial
   bool bFiltersShown = false;
   bool bConnectIconPhase = false;
   bool bLocalListFocused = true;
+  bool bDividerAtBottom = false;  ///< Dragged so low that the history has no room left.
   int iReconnectCount = 0;
   short iEnterTarget = 0;  ///< The field the user last typed in; 0 after use.
 };

@@ -3,7 +3,7 @@
 
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
-#include "sites/store/settings.h"
+#include "support/program.h"
 #include "support/window/menus.h"
 
 namespace {
@@ -13,6 +13,7 @@ constexpr int kDividerHeight = 5;
 constexpr int kHistoryMargin = 6;  // Under the history, above the status bar.
 constexpr int kHighestListEnd = 180;
 constexpr int kFilterButtonWidth = 128;
+constexpr int kLeastHistory = 72;  // Of a history that a small window would squeeze out: three lines.
 
 }  // namespace
 
@@ -43,6 +44,15 @@ void MainDialog::LayoutMiddle(int x, int top, int bottom) {
   MoveControlPixels(kSynchroniseButton, x, mid + 134, 50, 50);
 }
 
+/// The list ends at the divider. One that stands too low because the window has become small leaves the history some
+/// lines; one that the user dragged down does not.
+int MainDialog::RemoteListEnd(int bottom) {
+  const int lowest = bottom - kDividerHeight - kHistoryMargin;
+  divider.SetLineBounds(kHighestListEnd, lowest);
+  const int end = std::min(divider.GetControlPosition(), bDividerAtBottom ? lowest : lowest - kLeastHistory);
+  return std::max(end, kHighestListEnd);
+}
+
 void MainDialog::LayoutControls(int width, int height) {
   const int mainBar = mainToolBar.GetToolBarHeight() + 4;
   const int bottom = height - statusBar.GetStatusBarHeight();
@@ -65,9 +75,7 @@ void MainDialog::LayoutControls(int width, int height) {
   LayoutMiddle(pane + gutter, top, bottom);
 
   MoveControlPixels(kRemoteTools, right + 3, top, width - right - 3, toolHeight);
-  divider.SetLineBounds(kHighestListEnd, bottom - kDividerHeight - kHistoryMargin);
-  const int listEnd =
-      std::max(std::min(divider.GetControlPosition(), bottom - kDividerHeight - kHistoryMargin), kHighestListEnd);
+  const int listEnd = RemoteListEnd(bottom);
   MoveControlPixels(kRemoteList, right + 3, top + toolHeight, width - right - 3, listEnd - top - toolHeight);
   MoveControlPixels(kDivider, right + 3, listEnd, width - right - 3, kDividerHeight);
   const int historyTop = listEnd + kDividerHeight;
@@ -80,39 +88,97 @@ void MainDialog::LayoutControls(int width, int height) {
 void MainDialog::OnDividerMoved(int id, int position) {
   if (id != kDivider) return;
   divider.EvMoved(position);
+  int width = 0, height = 0;
+  GetClientSize(width, height);
+  bDividerAtBottom = divider.GetControlPosition() >
+                     height - statusBar.GetStatusBarHeight() - kDividerHeight - kHistoryMargin - kLeastHistory;
   RelayoutControls();
 }
 
 // Enabling
 
+namespace {
+
+/// Commands whose job is not there yet stay off.
+constexpr int kRemoteToolsOff[] = {kCommandRemoteBookmarks};
+constexpr int kLocalToolsOff[] = {kCommandLocalBookmarks};
+constexpr int kMainToolsOff[] = {kCommandOptions};
+constexpr int kMenuOff[] = {kCommandSynchronise, kCommandCompare,    kCommandSettingsImport, kCommandSettingsExport,
+                            kCommandSiteImport,  kCommandSiteExport, kCommandOptions};
+
+}  // namespace
+
+bool MainDialog::IsAtRemoteRoot() const {
+  char path[kTextSize];
+  GetText(kRemotePath, path);
+  return strcmp(path, "/") == 0;
+}
+
 void MainDialog::EnableToolBars() {
   const bool connected = remotePane.bConnected;
-  const bool atRoot = strcmp(remotePane.szCurrentDirectory, "/") == 0;
-  // Commands whose turn has not come yet stay off.
-  for (const int off : {kCommandRemoteRename, kCommandRemoteDelete, kCommandRemoteNewFolder, kCommandRemoteBookmarks}) {
-    remoteToolBar.EnableToolBarItem(off, false);
-  }
-  for (const int off : {kCommandLocalRename, kCommandLocalDelete, kCommandLocalNewFolder, kCommandLocalBookmarks}) {
-    localToolBar.EnableToolBarItem(off, false);
-  }
-  for (const int off : {kCommandSites, kCommandQuickConnect, kCommandOptions}) {
-    mainToolBar.EnableToolBarItem(off, false);
-  }
-  remoteToolBar.EnableToolBarItem(kCommandRemoteRefresh, connected);
-  remoteToolBar.EnableToolBarItem(kCommandRemoteUp, connected && !atRoot);
-  remoteToolBar.EnableToolBarItem(kCommandRemoteBack, connected && remotePane.IsBackAccessible());
-  remoteToolBar.EnableToolBarItem(kCommandRemoteForward, connected && remotePane.IsForwardAccessible());
-  localToolBar.EnableToolBarItem(kCommandLocalBack, localPane.IsBackAccessible());
-  localToolBar.EnableToolBarItem(kCommandLocalForward, localPane.IsForwardAccessible());
-  mainToolBar.EnableToolBarItem(kCommandDisconnect, connected);
+  const bool root = IsAtRemoteRoot();
+  const int remoteSelected = LVGetSelCount(kRemoteList);
+  const int localSelected = LVGetSelCount(kLocalList);
+  const struct {
+    LToolBar& bar;
+    int command;
+    bool on;
+  } items[] = {
+      {remoteToolBar, kCommandRemoteRename, remoteSelected == 1},
+      {remoteToolBar, kCommandRemoteDelete, remoteSelected > 0},
+      {remoteToolBar, kCommandRemoteNewFolder, connected},
+      {remoteToolBar, kCommandRemoteRefresh, connected},
+      {remoteToolBar, kCommandRemoteUp, connected && !root},
+      {remoteToolBar, kCommandRemoteBack, connected && remotePane.IsBackAccessible()},
+      {remoteToolBar, kCommandRemoteForward, connected && remotePane.IsForwardAccessible()},
+      {localToolBar, kCommandLocalRename, localPane.HasSelection() && localSelected == 1},
+      {localToolBar, kCommandLocalDelete, localPane.HasSelection() && localSelected >= 1},
+      {localToolBar, kCommandLocalBack, localPane.IsBackAccessible()},
+      {localToolBar, kCommandLocalForward, localPane.IsForwardAccessible()},
+      {mainToolBar, kCommandSiteTool, connected},
+      {mainToolBar, kCommandDisconnect, connected},
+  };
+  for (const auto& item : items) item.bar.EnableToolBarItem(item.command, item.on);
+  for (const int off : kRemoteToolsOff) remoteToolBar.EnableToolBarItem(off, false);
+  for (const int off : kLocalToolsOff) localToolBar.EnableToolBarItem(off, false);
+  for (const int off : kMainToolsOff) mainToolBar.EnableToolBarItem(off, false);
 }
 
 void MainDialog::EnableMiddle() {
-  const bool connected = remotePane.bConnected;
-  const bool remoteSelection = LVGetSelCount(kRemoteList) > 0;
-  EnableControl(kDownloadButton, remoteSelection);
-  EnableControl(kUploadButton, connected && localPane.HasSelection());
+  EnableControl(kDownloadButton, LVGetSelCount(kRemoteList) > 0);
+  EnableControl(kUploadButton, remotePane.bConnected && localPane.HasSelection() && LVGetSelCount(kLocalList) >= 1);
   EnableControl(kSynchroniseButton, false);
+}
+
+void MainDialog::EnableLocalMenu() {
+  const bool selection = localPane.HasSelection();
+  const int count = LVGetSelCount(kLocalList);
+  LMainMenu::EnableMenuItem(kCommandUpload, remotePane.bConnected && selection && count >= 1);
+  LMainMenu::EnableMenuItem(kCommandLocalOpen, selection && count == 1);
+  LMainMenu::EnableMenuItem(kCommandMenuLocalRename, selection && count == 1);
+  LMainMenu::EnableMenuItem(kCommandMenuLocalDelete, selection && count >= 1);
+  LMainMenu::EnableMenuItem(kCommandMenuLocalNewFolder, true);
+  LMainMenu::EnableMenuItem(kCommandMenuLocalBack, localPane.IsBackAccessible());
+  LMainMenu::EnableMenuItem(kCommandMenuLocalForward, localPane.IsForwardAccessible());
+}
+
+void MainDialog::EnableRemoteMenu() {
+  const bool connected = remotePane.bConnected;
+  const int count = LVGetSelCount(kRemoteList);
+  LMainMenu::EnableMenuItem(kCommandDownload, connected && count > 0);
+  LMainMenu::EnableMenuItem(kCommandRemoteOpen, connected && count == 1);
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteRename, connected && count == 1);
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteDelete, connected && count > 0);
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteNewFolder, connected);
+  LMainMenu::EnableMenuItem(kCommandPermissions, count > 0);
+}
+
+void MainDialog::EnableMainMenu() {
+  EnableLocalMenu();
+  EnableRemoteMenu();
+  LMainMenu::EnableMenuItem(kCommandSiteTool, remotePane.bConnected);
+  LMainMenu::EnableMenuItem(kCommandDisconnect, remotePane.bConnected);
+  for (const int off : kMenuOff) LMainMenu::EnableMenuItem(off, false);
 }
 
 void MainDialog::EnableControls() {
@@ -126,7 +192,13 @@ void MainDialog::EnableControls() {
        {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove}) {
     ShowControl(id, bFiltersShown);
   }
+  const bool root = IsAtRemoteRoot();
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteRefresh, connected);
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteBack, connected && remotePane.IsBackAccessible());
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteForward, connected && remotePane.IsForwardAccessible());
+  LMainMenu::EnableMenuItem(kCommandMenuRemoteUp, connected && !root);
   LVSetStyleDefaultText(kRemoteList, connected ? "フォルダ内にファイルがありません "
                                                : "接続されていません。「接続」ボタンをクリックして接続します。");
+  SetCaption(kProgramName);
   statusBar.StatusBarSetText("Orvane FTPファイル転送ソフト v 5.01", 0);
 }

@@ -6,6 +6,7 @@
 #include "platform/event_loop.h"
 #include "support/window/bars.h"
 #include "support/window/dialog.h"
+#include "support/window/menus.h"
 
 /// Set when the main window has been destroyed.
 extern LSignalObject soApplicationEventLoopFinished;
@@ -25,6 +26,14 @@ class LMainWindow : public LDialog {
   void CloseMainWindow();
   void Command(int id, intptr_t data) override;
 
+  /// Builds the menu bar: the frame's own menus around those of the table. The key table, which stays the caller's,
+  /// also decides what a key press means.
+  void SetMenu(const LMenuItem* items, size_t count, const LKeyToCommandMap* keyMap, size_t keyCount);
+  /// Brings the window to the front whatever has the keyboard, and out of hiding.
+  void Reopen();
+  /// Whether the settings want the window on the screen without being asked.
+  static bool IsShownAtStartup();
+
   /// Calls LayoutControls for the present client size, once the window is laid out.
   void RelayoutControls();
   using LDialog::LayoutControls;
@@ -36,6 +45,9 @@ class LMainWindow : public LDialog {
  protected:
   void OnResized() override { RelayoutControls(); }
   void OnCloseRequested() override { CmExit(); }
+  void OnMenuOpening() override;
+  bool OnKey(const platform::KeyPress& press) override;
+  virtual void CmSettings() {}
 
   LToolBar mainToolBar;
   LStatusBar statusBar;
@@ -43,6 +55,12 @@ class LMainWindow : public LDialog {
 
  private:
   void CloseOnNextTurn();
+  void CmAbout();
+  void ToggleToolBar();
+  void ShowToolBarState();
+
+  const LKeyToCommandMap* pKeyMap = nullptr;  ///< Not owned.
+  size_t uKeyCount = 0;
 
   bool bInLayout = false;
   bool bDestroyed = false;

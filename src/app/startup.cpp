@@ -1,12 +1,17 @@
 #include "app/startup.h"
 
 #include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include "support/files.h"
+
 int gargc;
 char** gargv;
+bool bInstallerShouldRun;
+bool LApplication::bIsLaunchedFromScheduler;
 
 namespace {
 
@@ -35,7 +40,29 @@ void LUnixAppInitCommon(int argc, char** argv) {
   RaiseOpenFiles();
 }
 
+namespace {
+
+/// The first argument is `name`, with at least so many arguments in all.
+bool HasSwitch(const char* name, int arguments) { return gargc - 1 >= arguments && strcmp(gargv[1], name) == 0; }
+
+/// A missing script is no failure, and neither is one that fails.
+int RunScript(const char* path) {
+  if (!LFile::TestFileExists(path)) return 0;
+  char command[kTextSize];
+  TextFormat(command, "/bin/bash %s", path);
+  [[maybe_unused]] const int status = system(command);
+  return 0;
+}
+
+}  // namespace
+
 int StartupRunWorker() {
-  if (gargc >= 2 && strcmp(gargv[1], "-elevated") == 0) return 1;
+  // No job of this program runs in a process of its own, so that no name is known.
+  if (HasSwitch("-exe", 2)) return 1;
+  if (HasSwitch("-call_launchctl_script", 2)) return RunScript(gargv[2]);
+  if (HasSwitch("-elevated", 2)) return 1;
+  bInstallerShouldRun = HasSwitch("-installer", 1);
   return -1;
 }
+
+void StartupTakeSwitches() { LApplication::bIsLaunchedFromScheduler = HasSwitch("-scheduled_launch", 1); }

@@ -133,6 +133,50 @@ void Key(platform::Window* window, int key, int modifiers) {
   QTest::keyClick(target, static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifier>(modifiers));
 }
 
+bool EditRow(platform::Window* window, int list, const char* text) {
+  platform::ListControl* control = window->List(list);
+  auto* field = control ? control->viewport()->findChild<QLineEdit*>() : nullptr;
+  if (!field) return false;
+  if (!text) {
+    QTest::keyClick(field, Qt::Key_Escape);
+    return true;
+  }
+  field->selectAll();
+  Type(field, QString::fromUtf8(text));
+  QTest::keyClick(field, Qt::Key_Return);
+  Pump(1);
+  return true;
+}
+
+namespace {
+
+/// The text without its key and its marks.
+QString ItemText(const QAction* action) {
+  return action->text().section(QLatin1Char('\t'), 0, 0).replace(QLatin1String("&"), QString());
+}
+
+}  // namespace
+
+bool ChooseFromMenuBar(platform::Window* window, std::initializer_list<const char*> texts) {
+  if (!window->menuBar) return false;
+  QList<QAction*> actions = window->menuBar->actions();
+  QAction* found = nullptr;
+  for (const char* text : texts) {
+    found = nullptr;
+    for (QAction* action : actions) {
+      if (!found && ItemText(action) == QString::fromUtf8(text)) found = action;
+    }
+    if (!found) return false;
+    if (!found->menu()) break;
+    // A menu that opens asks for the state of its items.
+    QMetaObject::invokeMethod(found->menu(), "aboutToShow");
+    actions = found->menu()->actions();
+  }
+  if (!found->isEnabled() || IsHeldOff(window->menuBar)) return false;
+  found->trigger();
+  return true;
+}
+
 void ChooseFromNextMenu(const char* text) {
   const QString wanted = QString::fromUtf8(text);
   auto* look = new QTimer(qApp);

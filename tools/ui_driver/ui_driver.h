@@ -28,6 +28,11 @@ bool DoubleClickRow(platform::Window* window, int list, const char* name);
 /// Replaces a field's text by typing, and presses Return.
 bool TypeAndReturn(platform::Window* window, int id, const char* text);
 void Key(platform::Window* window, int key, int modifiers = 0);
+/// Replaces the text of the field that is open in a row of the list, and presses Return, or Escape with a null text.
+/// False if none is open.
+bool EditRow(platform::Window* window, int list, const char* text);
+/// Opens a menu of the menu bar and chooses an item, by their texts. False if it is off or not there.
+bool ChooseFromMenuBar(platform::Window* window, std::initializer_list<const char*> texts);
 /// Chooses the row of an open context menu that holds `text`, as soon as there is one.
 void ChooseFromNextMenu(const char* text);
 

@@ -5,6 +5,9 @@
 
 namespace {
 
+/// Beyond the number of any site.
+constexpr int kNewSite = 998;
+
 /// Calls `visit(site)` for each site in the order of the walk until it returns true. True if one did.
 template <typename Visit>
 bool WalkSites(Visit visit) {
@@ -62,4 +65,7 @@ void CreateSiteMenu(LPopupMenu& menu, int base) {
     if (isCurrent) menu.CheckMenuItem(id, true);
     return false;
   });
+  if (id > base) menu.AppendMenuSeparator();
+  menu.AppendMenuItem(base + kNewSite, "新規サイト ...");
+  if (id == base) menu.SetDefaultMenuItem(base + kNewSite);
 }

@@ -1,0 +1,17 @@
+// The menus of the main window that list the sites.
+#include "app/command_ids.h"
+#include "app/main_dialog.h"
+#include "app/menu_tables.h"
+#include "sites/dialogs/site_menu.h"
+
+void MainDialogCore::EvShowConnectContextMenu(int atControl) {
+  LPopupMenu menu;
+  CreateSiteMenu(menu, kCommandSiteBase);
+  menu.DisplayPopupMenu(*pView, atControl);
+}
+
+void MainDialogCore::EvUpdateMainMenu() {
+  LPopupMenu menu;
+  CreateSiteMenu(menu, kCommandSiteBase);
+  LMainMenu::FillSubmenu(kConnectMenuTitle, menu);
+}
