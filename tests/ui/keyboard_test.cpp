@@ -61,17 +61,19 @@ TEST_F(Keyboard, TabReachesEachControlThatIsOn) {
   }
 }
 
-TEST_F(Keyboard, ReturnOpensTheCurrentRowOfAList) {
+TEST_F(Keyboard, ReturnWithShiftOrAltOpensTheCurrentRow) {
   MakeRemote("資料/会議.txt", "x");
   MakeLocal("写真/海辺.jpg", "x");
   StartConnected();
   Focus(kRemoteList);
   Select(kRemoteList, {"資料"});
   Key(Qt::Key_Return);
+  EXPECT_EQ(PathOf(kRemotePath), "/") << "alone it does nothing";
+  ui::Key(Window(), Qt::Key_Return, Qt::ShiftModifier);
   EXPECT_EQ(PathOf(kRemotePath), "/資料");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("会議.txt"));
   Focus(kLocalList);
-  Key(Qt::Key_Return);
+  ui::Key(Window(), Qt::Key_Return, Qt::AltModifier);
   EXPECT_EQ(PathOf(kLocalPath), Local("写真"));
 }
 

@@ -3,12 +3,14 @@
 
 Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
-"cut" ends there together with the session; an upload whose name holds "refuse" is refused. With a certificate (the
-file holds the key too) the logon must be under TLS. It ends with its parent.
+"cut" ends there together with the session; what is to be done to a name that holds "refuse" is refused. With a
+certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it knows LIST only,
+which shows links. It ends with its parent.
 """
 
 import ctypes
 import logging
+import os
 import signal
 import sys
 
@@ -43,11 +45,31 @@ class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
 class MoodyHandler(FTPHandler):
     dtp_handler = MoodyTransfer
 
+    def refuses(self, name, reply="550 Not this one."):
+        if "refuse" not in name:
+            return False
+        self.respond(reply)
+        return True
+
     def ftp_STOR(self, file, mode="w"):
-        if "refuse" in file:
-            self.respond("550 Not this one.")
+        return None if self.refuses(file) else super().ftp_STOR(file, mode)
+
+    def ftp_MKD(self, path):
+        return None if self.refuses(path) else super().ftp_MKD(path)
+
+    def ftp_DELE(self, path):
+        return None if self.refuses(path) else super().ftp_DELE(path)
+
+    def ftp_CWD(self, path):
+        return None if self.refuses(path) else super().ftp_CWD(path)
+
+    def ftp_RNFR(self, path):
+        return None if self.refuses(path) else super().ftp_RNFR(path)
+
+    def ftp_SITE_CHMOD(self, path, mode):
+        if self.refuses(path, "504 Not here."):
             return None
-        return super().ftp_STOR(file, mode)
+        return super().ftp_SITE_CHMOD(path, mode)
 
 
 def main():
@@ -61,6 +83,8 @@ def main():
         handler = TLS_FTPHandler
         handler.certfile = sys.argv[4]
         handler.tls_control_required = True
+    if os.environ.get("ORVANE_PLAIN_LISTINGS"):
+        handler.proto_cmds = {name: what for name, what in handler.proto_cmds.items() if name not in ("MLSD", "MLST")}
     handler.authorizer = authorizer
     handler.auth_failed_timeout = 0
     server = FTPServer(("127.0.0.1", 0), handler)

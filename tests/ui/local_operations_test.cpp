@@ -1,0 +1,131 @@
+// Rename, new folder and delete on the local side, and folders that go away.
+#include "ui/window_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class LocalOperations : public WindowTest {
+ protected:
+  std::string File(const std::string& name) { return Documents() + "/" + name; }
+  void Make(const std::string& name, const std::string& content = "x") { WriteFile(File(name), content); }
+  bool Choose(const char* item) { return ui::ChooseFromMenuBar(Window(), {"ローカル", item}); }
+  void RenameTo(const char* from, const char* to) {
+    Select(kLocalList, {from});
+    EXPECT_TRUE(Choose("名前を変更"));
+    EXPECT_TRUE(ui::EditRow(Window(), kLocalList, to));
+    ui::Pump(20);
+  }
+  void NewFolder(const char* name) {
+    const Meanwhile type([] { return Dialog("新規フォルダ") != nullptr; },
+                         [&] {
+                           platform::ControlSetText(Dialog("新規フォルダ"), 101, name);
+                           ui::Press(Dialog("新規フォルダ"), kCommandOk);
+                         });
+    EXPECT_TRUE(Choose("新規フォルダ"));
+    EXPECT_TRUE(type.Acted());
+  }
+  void ExpectDeleteQuestion(const char* button) {
+    alerts.Expect("選択したファイルまたはディレクトリを削除します。よろしいですか？", button);
+  }
+};
+
+TEST_F(LocalOperations, RenameMovesTheFileAndNeverOntoAnother) {
+  Make("a.txt", "a");
+  Make("b.txt", "b");
+  StartProgram();
+  RenameTo("a.txt", "c.txt");
+  EXPECT_THAT(Names(kLocalList), ElementsAre("b.txt", "c.txt"));
+  RenameTo("c.txt", "b.txt");
+  EXPECT_THAT(Names(kLocalList), ElementsAre("b.txt", "c.txt"));
+  EXPECT_EQ(ContentOf(File("b.txt")), "b");
+  EXPECT_EQ(ContentOf(File("c.txt")), "a");
+  Select(kLocalList, {"b.txt", "c.txt"});
+  Main().Command(1007, 0);
+  EXPECT_FALSE(ui::EditRow(Window(), kLocalList, nullptr)) << "two rows";
+}
+
+TEST_F(LocalOperations, ANewFolderIsMadeUnlessTheNameIsTaken) {
+  Make("a.txt");
+  StartProgram();
+  NewFolder("写真");
+  EXPECT_TRUE(std::filesystem::is_directory(File("写真")));
+  EXPECT_THAT(Names(kLocalList), ElementsAre("写真", "a.txt"));
+  alerts.Expect("フォルダの作成ができませんでした、名前を変えて再度作成してください", "OK");
+  NewFolder("a.txt");
+}
+
+TEST_F(LocalOperations, DeleteTakesFilesAndTreesAndLeavesWhatALinkLeadsTo) {
+  Make("古い/下/1.txt");
+  Make("a.txt");
+  Make("残す.txt");
+  MakeLocal("elsewhere.txt", "x");
+  std::filesystem::create_directory_symlink(Local(), File("link"));
+  StartProgram();
+  Select(kLocalList, {"古い", "link", "a.txt"});
+  ExpectDeleteQuestion("キャンセル");
+  EXPECT_TRUE(Choose("削除"));
+  EXPECT_TRUE(std::filesystem::exists(File("a.txt")));
+  Select(kLocalList, {"古い", "link", "a.txt"});
+  ExpectDeleteQuestion("削除");
+  EXPECT_TRUE(Choose("削除"));
+  EXPECT_THAT(Names(kLocalList), ElementsAre("残す.txt"));
+  EXPECT_EQ(Main().LVGetSelCount(kLocalList), 0);
+  EXPECT_TRUE(std::filesystem::exists(Local("elsewhere.txt")));
+}
+
+TEST_F(LocalOperations, TheDeleteKeyGoesToThePaneInUse) {
+  MakeRemote("remote.txt", "x");
+  MakeLocal("local.txt", "x");
+  StartConnected();
+  Select(kRemoteList, {"remote.txt"});
+  alerts.Expect("選択したファイル：\n\"remote.txt\"を削除してよろしいですか？", "キャンセル");
+  ui::Key(Window(), Qt::Key_Delete, Qt::ControlModifier);
+  EXPECT_EQ(alerts.Complaints(), "");
+  Select(kLocalList, {"local.txt"});
+  ExpectDeleteQuestion("キャンセル");
+  ui::Key(Window(), Qt::Key_Delete, Qt::ControlModifier);
+  EXPECT_EQ(alerts.Complaints(), "");
+}
+
+TEST_F(LocalOperations, AFolderThatVanishesWhileItIsShownIsEmptyOnTheNextReload) {
+  Make("下/1.txt");
+  StartProgram();
+  Open(kLocalList, "下");
+  EXPECT_THAT(Names(kLocalList), ElementsAre("1.txt"));
+  std::filesystem::remove_all(File("下"));
+  RenameTo("1.txt", "2.txt");
+  EXPECT_THAT(Names(kLocalList), IsEmpty());
+  EXPECT_EQ(Main().localPane.Folder(), File("下"));
+  EXPECT_TRUE(Choose("更新"));
+  EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"ローカル", "移動", "1つ上のレベルへ移動"}));
+  EXPECT_EQ(PathOf(kLocalPath), Documents());
+}
+
+TEST_F(LocalOperations, AFilterHidesFilesAndKeepsFolders) {
+  Make("写真/x");
+  Make("Report.txt");
+  Make("memo.txt");
+  Put("Settings/FiltersOn", "1");
+  StartProgram();
+  EXPECT_TRUE(ui::TypeAndReturn(Window(), kLocalFilter, "REPORT"));
+  EXPECT_THAT(Names(kLocalList), ElementsAre("写真", "Report.txt"));
+  Press(kLocalFilterRemove);
+  EXPECT_THAT(Names(kLocalList), ElementsAre("写真", "Report.txt", "memo.txt"));
+}
+
+TEST_F(LocalOperations, AnUploadPastAFilterAsksOnce) {
+  MakeLocal("写真/x", "x");
+  Put("Settings/FiltersOn", "1");
+  StartConnected();
+  EXPECT_TRUE(ui::TypeAndReturn(Window(), kLocalFilter, "jpg"));
+  Select(kLocalList, {"写真"});
+  alerts.Expect("このまま続けますか？", "キャンセル", 1);
+  Press(kUploadButton);
+  EXPECT_FALSE(std::filesystem::exists(Remote("写真")));
+  EXPECT_EQ(Setting("FilterWarningOff"), "1") << "also when cancelled";
+}
+
+}  // namespace

@@ -1,0 +1,291 @@
+// Rename, new folder, delete, permissions and open on the remote side, against a server that refuses what a name asks
+// it to.
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QUrl>
+#include <cstdlib>
+#include <unistd.h>
+
+#include "ui/window_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+/// Takes the files that the program gives to the desktop.
+class Opened : public QObject {
+  Q_OBJECT
+ public:
+  Opened() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "Take"); }
+  ~Opened() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+  Texts paths;
+
+ public slots:
+  void Take(const QUrl& url) { paths.push_back(url.toLocalFile().toStdString()); }
+};
+
+class RemoteOperations : public WindowTest {
+ protected:
+  bool Choose(const char* item) { return ui::ChooseFromMenuBar(Window(), {"リモート", item}); }
+  /// The commands of the history that hold this word.
+  size_t Sent(const std::string& word) {
+    const Texts all = history.Lines();
+    return static_cast<size_t>(std::count_if(all.begin(), all.end(), [&](const std::string& line) {
+      return line.find("コマンド: " + word) != std::string::npos;
+    }));
+  }
+  void RenameTo(const char* from, const char* to) {
+    Select(kRemoteList, {from});
+    EXPECT_TRUE(Choose("名前を変更"));
+    EXPECT_TRUE(ui::EditRow(Window(), kRemoteList, to));
+    ui::Pump(20);
+  }
+  void NewFolder(const char* name) {
+    const Meanwhile type([] { return Dialog("新規フォルダ") != nullptr; },
+                         [&] {
+                           platform::ControlSetText(Dialog("新規フォルダ"), 101, name);
+                           ui::Press(Dialog("新規フォルダ"), kCommandOk);
+                         });
+    EXPECT_TRUE(Choose("新規フォルダ"));
+    EXPECT_TRUE(type.Acted());
+  }
+  /// Answers the dialog of the nine boxes with those that are to be on.
+  void Permissions(std::initializer_list<const char*> rows, const std::vector<int>& boxes) {
+    Select(kRemoteList, rows);
+    const Meanwhile set([] { return Dialog("ファイルのパーミッションを変更する") != nullptr; },
+                        [&] {
+                          platform::Window* dialog = Dialog("ファイルのパーミッションを変更する");
+                          for (const int box : {109, 110, 111, 114, 115, 116, 119, 120, 121}) {
+                            if (platform::ControlGetCheck(dialog, box)) shownBoxes.push_back(box);
+                            platform::ControlSetCheck(dialog, box,
+                                                      std::find(boxes.begin(), boxes.end(), box) != boxes.end());
+                          }
+                          std::filesystem::create_directories(ORVANE_SOURCE_DIR "/build/screens");
+                          ui::Grab(dialog, ORVANE_SOURCE_DIR "/build/screens/permissions.png");
+                          ui::Press(dialog, kCommandOk);
+                        });
+    EXPECT_TRUE(Choose("ファイルのパーミッションを変更する"));
+    EXPECT_TRUE(set.Acted());
+  }
+  std::string Rights(const char* name) {
+    const Texts names = Names(kRemoteList);
+    const auto found = std::find(names.begin(), names.end(), name);
+    return found == names.end() ? "" : ui::Column(Window(), kRemoteList, 4)[static_cast<size_t>(found - names.begin())];
+  }
+
+  std::vector<int> shownBoxes;
+};
+
+// Rename
+
+TEST_F(RemoteOperations, ARenameGoesToTheServerAndSelectsTheRow) {
+  for (const char* name : {"a.txt", "b.txt", "z.txt"}) MakeRemote(name, "x");
+  StartConnected();
+  RenameTo("b.txt", "  会議 4月.txt ");
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt", "z.txt", "会議 4月.txt"));
+  EXPECT_EQ(CurrentRow(kRemoteList), "会議 4月.txt");
+  EXPECT_TRUE(std::filesystem::exists(Remote("会議 4月.txt")));
+  EXPECT_THAT(Messages(), Contains("名前を変更中… "));
+}
+
+TEST_F(RemoteOperations, ARenameThatIsNoneSendsNothing) {
+  MakeRemote("Report.txt", "x");
+  MakeRemote("b.txt", "x");
+  StartConnected();
+  RenameTo("Report.txt", "report.TXT");
+  Select(kRemoteList, {"b.txt"});
+  EXPECT_TRUE(Choose("名前を変更"));
+  EXPECT_TRUE(ui::EditRow(Window(), kRemoteList, nullptr));
+  alerts.Expect("ファイル名を入力してください", "OK");
+  RenameTo("b.txt", "   ");
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("Report.txt", "b.txt"));
+  EXPECT_EQ(Sent("RNFR"), 0u);
+}
+
+TEST_F(RemoteOperations, ARefusedRenameSaysSo) {
+  MakeRemote("refuse.txt", "x");
+  StartConnected();
+  alerts.Expect("ファイル名の変更ができません。", "OK");
+  RenameTo("refuse.txt", "b.txt");
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("refuse.txt"));
+  EXPECT_EQ(Sent("RNTO"), 0u);
+  ExpectUsable();
+}
+
+TEST_F(RemoteOperations, TwoRowsAreNotRenamed) {
+  MakeRemote("a.txt", "x");
+  MakeRemote("b.txt", "x");
+  StartConnected();
+  Select(kRemoteList, {"a.txt", "b.txt"});
+  Main().Command(4004, 0);
+  EXPECT_FALSE(ui::EditRow(Window(), kRemoteList, nullptr));
+}
+
+// New folder
+
+TEST_F(RemoteOperations, ANewFolderIsMadeAndShown) {
+  MakeRemote("a.txt", "x");
+  StartConnected();
+  NewFolder("資料");
+  EXPECT_TRUE(std::filesystem::is_directory(Remote("資料")));
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("資料", "a.txt"));
+  EXPECT_EQ(CurrentRow(kRemoteList), "資料");
+  EXPECT_THAT(Messages(), Contains("新規フォルダ「資料」が作成されました "));
+}
+
+TEST_F(RemoteOperations, ARefusedFolderIsSeenInTheList) {
+  StartConnected();
+  alerts.Expect("以下のフォルダの作成に失敗しました： refuse この", "OK");
+  NewFolder("refuse");
+  EXPECT_THAT(Names(kRemoteList), IsEmpty());
+  // Three tries, each with a reconnect.
+  EXPECT_EQ(Sent("MKD refuse"), 3u);
+  EXPECT_THAT(Messages(), Contains("ディレクトリを作成できませんでした：refuse"));
+  EXPECT_THAT(Messages(), Contains("以下のフォルダの作成に失敗しました： refuse "));
+  ExpectUsable();
+}
+
+TEST_F(RemoteOperations, ANameThatIsTakenIsNoNewFolder) {
+  MakeRemote("資料/a.txt", "x");
+  StartConnected();
+  alerts.Expect("同名のフィルタまたはディレクトリが存在します", "OK");
+  NewFolder("資料");
+  NewFolder("");
+  EXPECT_EQ(Sent("MKD"), 0u);
+}
+
+// Delete
+
+TEST_F(RemoteOperations, DeletingATreeTakesAllOfIt) {
+  for (const char* name : {"古い/1.txt", "古い/下/2.txt", "古い/下/深い/3.txt", "a.txt", "z.txt"})
+    MakeRemote(name, "x");
+  StartConnected();
+  Select(kRemoteList, {"古い"});
+  alerts.Expect("選択したフォルダ：\n\"古い\"を削除してよろしいですか？", "削除");
+  bool progress = false;
+  const Meanwhile seen([] { return Dialog("削除中") != nullptr; }, [&] { progress = true; });
+  EXPECT_TRUE(Choose("削除"));
+  EXPECT_TRUE(progress);
+  EXPECT_FALSE(std::filesystem::exists(Remote("古い")));
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt", "z.txt"));
+  EXPECT_EQ(CurrentRow(kRemoteList), "a.txt") << "the row that stood there";
+  EXPECT_THAT(Messages(), Contains("古いフォルダを削除しています"));
+  ExpectUsable();
+}
+
+TEST_F(RemoteOperations, ACancelledQuestionDeletesNothing) {
+  MakeRemote("a.txt", "x");
+  StartConnected();
+  Select(kRemoteList, {"a.txt"});
+  alerts.Expect("選択したファイル：\n\"a.txt\"を削除してよろしいですか？", "キャンセル");
+  EXPECT_TRUE(Choose("削除"));
+  EXPECT_EQ(Sent("DELE"), 0u);
+  EXPECT_TRUE(std::filesystem::exists(Remote("a.txt")));
+}
+
+TEST_F(RemoteOperations, TheFirstRefusedFileEndsADeletion) {
+  for (const char* name : {"1.txt", "2-refuse.txt", "3.txt"}) MakeRemote(name, "x");
+  StartConnected();
+  Select(kRemoteList, {"1.txt", "2-refuse.txt", "3.txt"});
+  alerts.Expect("選択したファイルまたはディレクトリを削除してよろしいですか？", "削除");
+  alerts.Expect("ファイル「2-refuse.txt」を削除できません。", "続行");
+  EXPECT_TRUE(Choose("削除"));
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("2-refuse.txt", "3.txt"));
+  EXPECT_THAT(Messages(), Contains("ファイル「2-refuse.txt」を削除できません。"));
+}
+
+TEST_F(RemoteOperations, AFolderThatStaysIsTriedTwiceOverANewConnection) {
+  MakeRemote("a/refuse.txt", "x");
+  MakeRemote("b.txt", "x");
+  StartConnected();
+  Select(kRemoteList, {"a", "b.txt"});
+  alerts.Expect("選択したファイルまたはディレクトリ", "削除");
+  alerts.Expect("ディレクトリ「a」を削除できません。", "続行");
+  EXPECT_TRUE(Choose("削除"));
+  EXPECT_EQ(Sent("DELE refuse.txt"), 2u);
+  EXPECT_TRUE(std::filesystem::exists(Remote("b.txt"))) << "nothing further is deleted";
+  ExpectUsable();
+}
+
+// Permissions
+
+TEST_F(RemoteOperations, PermissionsAreReadSetAndShown) {
+  MakeRemote("a.txt", "x");
+  std::filesystem::permissions(Remote("a.txt"), std::filesystem::perms(0640));
+  setenv("ORVANE_PLAIN_LISTINGS", "1", 1);
+  StartConnected();
+  unsetenv("ORVANE_PLAIN_LISTINGS");
+  EXPECT_EQ(Rights("a.txt"), "-rw-r-----");
+  Permissions({"a.txt"}, {109, 110, 111, 114, 116, 119, 121});
+  EXPECT_THAT(shownBoxes, ElementsAre(109, 110, 114)) << "the boxes show what the listing said";
+  EXPECT_EQ(std::filesystem::status(Remote("a.txt")).permissions(), std::filesystem::perms(0755));
+  EXPECT_THAT(Messages(), Contains("以下のファイルのパーミッションが設定されました：a.txt"));
+  EXPECT_EQ(Sent("SITE chmod 755 a.txt"), 1u);
+  EXPECT_EQ(Rights("a.txt"), "-rwxr--r--") << "until the next listing a 5 shows so";
+}
+
+TEST_F(RemoteOperations, AServerWithoutPermissionsEndsTheRunAtTheFirstFile) {
+  MakeRemote("1-refuse.txt", "x");
+  MakeRemote("2.txt", "x");
+  StartConnected();
+  Permissions({"1-refuse.txt", "2.txt"}, {109});
+  EXPECT_THAT(Messages(), Contains("このサーバーはパーミッションの変更に対応していません。"));
+  EXPECT_EQ(Sent("SITE chmod"), 1u);
+}
+
+// Open
+
+TEST_F(RemoteOperations, AFileIsOpenedFromACopy) {
+  MakeRemote("メモ.txt", "本文");
+  StartConnected();
+  const Opened opened;
+  Open(kRemoteList, "メモ.txt");
+  ASSERT_EQ(opened.paths.size(), 1u);
+  EXPECT_EQ(ContentOf(opened.paths[0]), "本文");
+  EXPECT_THAT(Messages(), Contains("ファイルを開くことができました： メモ.txt"));
+  EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "the watch goes on";
+}
+
+TEST_F(RemoteOperations, ALinkOpensWhatItLeadsTo) {
+  MakeRemote("folder/inside.txt", "x");
+  MakeRemote("file.txt", "本文");
+  ASSERT_EQ(symlink("folder", Remote("tofolder").c_str()), 0);
+  ASSERT_EQ(symlink("file.txt", Remote("tofile").c_str()), 0);
+  setenv("ORVANE_PLAIN_LISTINGS", "1", 1);
+  StartConnected();
+  unsetenv("ORVANE_PLAIN_LISTINGS");
+  const Opened opened;
+  const Texts names = Names(kRemoteList);
+  for (size_t row = 0; row < names.size(); ++row) {
+    if (names[row].rfind("tofile", 0) == 0) Open(kRemoteList, names[row].c_str());
+  }
+  EXPECT_THAT(Messages(), Contains("シンボリックリンクをファイルとして開こうとしています： tofile"));
+  ASSERT_EQ(opened.paths.size(), 1u);
+  EXPECT_EQ(ContentOf(opened.paths[0]), "本文");
+  ASSERT_TRUE(Main().remotePane.bConnected);
+  for (const std::string& name : Names(kRemoteList)) {
+    if (name.rfind("tofolder", 0) == 0) Main().LVSetCurSel(kRemoteList, Main().LVFindString(kRemoteList, name.c_str()));
+  }
+  Main().Command(4002, 0);
+  EXPECT_EQ(PathOf(kRemotePath), "/tofolder");
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("inside.txt"));
+}
+
+TEST_F(RemoteOperations, AFolderThatCannotBeEnteredLeavesThePane) {
+  MakeRemote("refuse/a.txt", "x");
+  StartConnected();
+  Open(kRemoteList, "refuse");
+  EXPECT_EQ(PathOf(kRemotePath), "/");
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("refuse"));
+  EXPECT_THAT(Messages(), Contains("ディレクトリを「/refuse」に変更できません。ディレクトリ上で許可があるか確認して"
+                                   "ください。"));
+  ExpectUsable();
+}
+
+}  // namespace
+
+#include "remote_operations_test.moc"

@@ -1,0 +1,114 @@
+// The watch over the connection: it comes back by itself after a cut, and gives up after five tries. The 30 seconds
+// between two looks are shortened.
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "ui/window_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A port at which connections are taken by the system and never answered.
+class DeafPort {
+ public:
+  explicit DeafPort(int port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+    const int on = 1;
+    setsockopt(socket_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    works = bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 && listen(socket_, 16) == 0;
+  }
+  ~DeafPort() { close(socket_); }
+  bool works = false;
+
+ private:
+  int socket_;
+};
+
+class Watch : public WindowTest {
+ protected:
+  static constexpr unsigned kShortMs = 60;
+  Watch() : former(MainDialog::uWatchMs) { MainDialog::uWatchMs = kShortMs; }
+  ~Watch() override { MainDialog::uWatchMs = former; }
+
+  void WaitUntilArmed() {
+    EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bReconnectArmed; }));
+  }
+  size_t Count(const std::string& message) {
+    const Texts all = Messages();
+    return static_cast<size_t>(std::count(all.begin(), all.end(), message));
+  }
+  int Port() const { return std::stoi(server->Address().substr(server->Address().find(':') + 1)); }
+
+ private:
+  const unsigned former;
+};
+
+TEST_F(Watch, ReconnectsAfterTheSessionWasCut) {
+  MakeRemote("資料/a.txt", "x");
+  StartConnected();
+  Open(kRemoteList, "資料");
+  WaitUntilArmed();
+  Main().remotePane.Ftp.CloseSocket();
+  EXPECT_TRUE(ui::WaitUntil([&] { return Count("サイトに再接続中（現在：1、全体：5）") == 1; }));
+  EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bConnected && !ui::ModalWindow(); }));
+  EXPECT_THAT(Messages(), Contains("サーバーの接続がタイムアウトしました。"));
+  EXPECT_THAT(StatusBar(), HasSubstr("接続中"));
+  // The count begins anew with the next loss.
+  WaitUntilArmed();
+  ui::Pump(3 * kShortMs);
+  Main().remotePane.Ftp.CloseSocket();
+  EXPECT_TRUE(ui::WaitUntil([&] { return Count("サイトに再接続中（現在：1、全体：5）") == 2; }));
+  EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bConnected && !ui::ModalWindow(); }));
+}
+
+TEST_F(Watch, ALossBeforeTheFirstLookCausesNoTry) {
+  MainDialog::uWatchMs = 100000;
+  StartConnected();
+  Main().remotePane.Ftp.CloseSocket();
+  Main().EvTimer(MainDialog::kTimerWatch);
+  EXPECT_FALSE(Main().remotePane.bConnected);
+  EXPECT_THAT(Messages(), Not(Contains(HasSubstr("サイトに再接続中"))));
+  EXPECT_FALSE(Main().IsTimerSet(MainDialog::kTimerWatch));
+}
+
+TEST_F(Watch, GivesUpAfterFiveTries) {
+  StartConnected();
+  WaitUntilArmed();
+  const int port = Port();
+  server->Stop();
+  const DeafPort deaf(port);
+  ASSERT_TRUE(deaf.works);
+  // Nobody answers; the user cancels each time and stays connected in mind.
+  int cancelled = 0;
+  EXPECT_TRUE(ui::WaitUntil(
+      [&] {
+        if (platform::Window* dialog = Dialog("FTP接続")) {
+          if (platform::ControlIsEnabled(dialog, kCommandCancel) && ui::Press(dialog, kCommandCancel)) ++cancelled;
+        }
+        return cancelled == 5 && !ui::ModalWindow();
+      },
+      60000));
+  ui::Pump(6 * kShortMs);
+  EXPECT_EQ(Count("サイトに再接続中（現在：5、全体：5）"), 1u);
+  EXPECT_EQ(Count("以下のサイトに再接続開始まで10秒。"), 5u);
+  EXPECT_FALSE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "silence";
+  EXPECT_EQ(cancelled, 5);
+  EXPECT_THAT(Messages(), Not(Contains(HasSubstr("現在：6"))));
+}
+
+TEST_F(Watch, SleepStopsTheRunningTransferAndNothingElse) {
+  StartConnected();
+  Main().Command(kCommandSuspend, 0);
+  EXPECT_TRUE(LFtpList::bPowerSuspendStandBy);
+  Main().Command(kCommandResume, 0);
+  EXPECT_FALSE(LFtpList::bPowerSuspendStandBy);
+}
+
+}  // namespace
