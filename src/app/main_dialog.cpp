@@ -51,7 +51,8 @@ void MainDialog::InitDialog() {
   EvLocalPathChanged();
   InitStatus();
   iReconnectCount = 0;
-  HandlePowerEvents(kCommandSuspend, kCommandResume);
+  HandlePowerSuspendStandBy(kCommandSuspend);
+  HandlePowerResume(kCommandResume);
   TimerSet(kTimerStartup, kStartupMs);
 }
 

@@ -115,10 +115,10 @@ const char* LFtpList::RowKindWord(int row, char (&word)[kTextSize]) const {
 }
 
 bool LFtpList::IsFolderSelected() const {
-  if (!pWindow || pWindow->LVGetSelCount(nListId) == 0) return false;
-  for (const LFtpExpListItem* item = Items.first; item; item = item->next) {
-    if (item->kind != LFtpExpListItem::kFolder) continue;
-    if (pWindow->LVGetSel(nListId, pWindow->LVFindString(nListId, item->name))) return true;
+  if (!pWindow) return false;
+  for (LVSelectedIterator selected(*pWindow, nListId); selected.IsValid(); selected.Next()) {
+    const auto* item = reinterpret_cast<const LFtpExpListItem*>(pWindow->LVGetItemData(nListId, selected.Row()));
+    if (item && item->kind == LFtpExpListItem::kFolder) return true;
   }
   return false;
 }

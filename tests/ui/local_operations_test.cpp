@@ -1,4 +1,6 @@
 // Rename, new folder and delete on the local side, and folders that go away.
+#include <Qt>
+
 #include "ui/window_fixture.h"
 
 namespace {
@@ -40,8 +42,8 @@ TEST_F(LocalOperations, RenameMovesTheFileAndNeverOntoAnother) {
   EXPECT_THAT(Names(kLocalList), ElementsAre("b.txt", "c.txt"));
   RenameTo("c.txt", "b.txt");
   EXPECT_THAT(Names(kLocalList), ElementsAre("b.txt", "c.txt"));
-  EXPECT_EQ(ContentOf(File("b.txt")), "b");
-  EXPECT_EQ(ContentOf(File("c.txt")), "a");
+  EXPECT_EQ(ReadFile(File("b.txt")), "b");
+  EXPECT_EQ(ReadFile(File("c.txt")), "a");
   Select(kLocalList, {"b.txt", "c.txt"});
   Main().Command(1007, 0);
   EXPECT_FALSE(ui::EditRow(Window(), kLocalList, nullptr)) << "two rows";

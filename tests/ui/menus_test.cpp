@@ -7,6 +7,7 @@
 
 #include "platform/qt/list_control.h"
 #include "platform/qt/native_window.h"
+#include "ui/screens.h"
 #include "ui/window_fixture.h"
 
 namespace {
@@ -69,7 +70,7 @@ class Menus : public WindowTest {
                          [&] {
                            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
                            ui::Pump(30);
-                           Save(menu, picture);
+                           SaveScreen(menu, picture);
                            for (const QAction* action : menu->actions()) {
                              if (action->isSeparator()) {
                                rows.push_back("-");
@@ -96,12 +97,6 @@ class Menus : public WindowTest {
     }
     QContextMenuEvent event(QContextMenuEvent::Mouse, place, control->viewport()->mapToGlobal(place));
     QApplication::sendEvent(control->viewport(), &event);
-  }
-
-  static void Save(QWidget* widget, const std::string& name) {
-    const std::string folder = ORVANE_SOURCE_DIR "/build/screens";
-    std::filesystem::create_directories(folder);
-    EXPECT_TRUE(widget->grab().save(QString::fromStdString(folder + "/" + name + ".png"), "PNG"));
   }
 };
 
@@ -130,7 +125,7 @@ TEST_F(Menus, HoldTheRowsOfTheirTables) {
   for (const char* title : {"ファイル", "ローカル", "リモート", "ツール", "ヘルプ"}) {
     MenuOf(title)->popup(Window()->mapToGlobal(QPoint(0, 0)));
     ui::Pump(30);
-    Save(MenuOf(title), std::string("menu-") + title);
+    SaveScreen(MenuOf(title), std::string("menu-") + title);
     MenuOf(title)->close();
   }
 }
@@ -248,7 +243,7 @@ TEST_F(Menus, AreOffWhileADialogRuns) {
                        [&] {
                          chosen = ui::ChooseFromMenuBar(Window(), {"リモート", "削除"});
                          EXPECT_FALSE(platform::MenuItemIsEnabled(Window(), 4003));
-                         Save(Dialog("新規フォルダ"), "new-folder");
+                         SaveScreen(Dialog("新規フォルダ"), "new-folder");
                          ui::Press(Dialog("新規フォルダ"), kCommandCancel);
                        });
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"リモート", "新規フォルダ"}));

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <unistd.h>
 
+#include "platform/qt/native_window.h"
+#include "ui/screens.h"
 #include "ui/window_fixture.h"
 
 namespace {
@@ -64,8 +66,7 @@ class RemoteOperations : public WindowTest {
                             platform::ControlSetCheck(dialog, box,
                                                       std::find(boxes.begin(), boxes.end(), box) != boxes.end());
                           }
-                          std::filesystem::create_directories(ORVANE_SOURCE_DIR "/build/screens");
-                          ui::Grab(dialog, ORVANE_SOURCE_DIR "/build/screens/permissions.png");
+                          SaveScreen(dialog, "permissions");
                           ui::Press(dialog, kCommandOk);
                         });
     EXPECT_TRUE(Choose("ファイルのパーミッションを変更する"));
@@ -245,7 +246,7 @@ TEST_F(RemoteOperations, AFileIsOpenedFromACopy) {
   const Opened opened;
   Open(kRemoteList, "メモ.txt");
   ASSERT_EQ(opened.paths.size(), 1u);
-  EXPECT_EQ(ContentOf(opened.paths[0]), "本文");
+  EXPECT_EQ(ReadFile(opened.paths[0]), "本文");
   EXPECT_THAT(Messages(), Contains("ファイルを開くことができました： メモ.txt"));
   EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "the watch goes on";
 }
@@ -265,7 +266,7 @@ TEST_F(RemoteOperations, ALinkOpensWhatItLeadsTo) {
   }
   EXPECT_THAT(Messages(), Contains("シンボリックリンクをファイルとして開こうとしています： tofile"));
   ASSERT_EQ(opened.paths.size(), 1u);
-  EXPECT_EQ(ContentOf(opened.paths[0]), "本文");
+  EXPECT_EQ(ReadFile(opened.paths[0]), "本文");
   ASSERT_TRUE(Main().remotePane.bConnected);
   for (const std::string& name : Names(kRemoteList)) {
     if (name.rfind("tofolder", 0) == 0) Main().LVSetCurSel(kRemoteList, Main().LVFindString(kRemoteList, name.c_str()));

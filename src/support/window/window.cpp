@@ -27,8 +27,7 @@ bool LMacWindow::Create(platform::WindowKind kind, LMacWindow* parent, const cha
 
 void LMacWindow::DestroyCommon() {
   if (!pNative) return;
-  if (bHearsPower) platform::PowerOnSleep({});
-  bHearsPower = false;
+  if (iSuspendCommand || iResumeCommand) platform::PowerOnSleep({});
   DestroyDialog();
   platform::Window* native = pNative;
   pNative = nullptr;
@@ -160,10 +159,20 @@ void LMacWindow::WindowSizeSettingsRestore(const char* key, int defaultWidth, in
 
 // Power
 
-void LMacWindow::HandlePowerEvents(int suspendCommand, int resumeCommand) {
-  bHearsPower = true;
-  platform::PowerOnSleep(
-      [this, suspendCommand, resumeCommand](bool begins) { Command(begins ? suspendCommand : resumeCommand, 0); });
+void LMacWindow::HearPower() {
+  platform::PowerOnSleep([this](bool begins) {
+    if (const int command = begins ? iSuspendCommand : iResumeCommand) Command(command, 0);
+  });
+}
+
+void LMacWindow::HandlePowerSuspendStandBy(int command) {
+  iSuspendCommand = command;
+  HearPower();
+}
+
+void LMacWindow::HandlePowerResume(int command) {
+  iResumeCommand = command;
+  HearPower();
 }
 
 void LMacWindow::SetPowerDownDeny() { platform::IdleSleepDeny(); }

@@ -156,8 +156,9 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void HandleLVSelChange(int id, int command);
   void HandleLVFocusLost(int id, int command);
   void HandleLVHeaderRightClick(int id, int command);
-  /// The machine's sleep and its return as commands. One window at a time, until it is destroyed.
-  void HandlePowerEvents(int suspendCommand, int resumeCommand);
+  /// The machine's sleep, and its return. One window at a time, until it is destroyed.
+  void HandlePowerSuspendStandBy(int command);
+  void HandlePowerResume(int command);
   /// Keep the machine from idle sleep during a transfer, and release that. Calls nest.
   void SetPowerDownDeny();
   void SetPowerDownAllow();
@@ -217,10 +218,12 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   };
   ListHooks& HooksOf(int list);
   ListHooks* FindHooks(int list);
+  void HearPower();
   void Add(int id, platform::ControlKind kind, const char* text, int x, int y, int width, int height);
 
   platform::Window* pNative = nullptr;  ///< Owned; null before Create and after DestroyCommon.
   bool bRunningModal = false;
-  bool bHearsPower = false;
+  int iSuspendCommand = 0;  ///< 0 for none; likewise the next.
+  int iResumeCommand = 0;
   ListHooks hooks[kMaxLists];
 };
