@@ -181,7 +181,7 @@ void MainDialog::EvConnectIcon() {
 
 void MainDialog::EvWatch() {
   remotePane.EvCheckConnection();
-  if (!remotePane.bConnected) MainDialogCore::CmDisconnect(false);
+  if (!remotePane.bConnected) CmDisconnect(false);
   InitStatus();
   if (remotePane.bConnected) {
     TimerSet(kTimerWatch, uWatchMs);

@@ -55,6 +55,7 @@ TEST_F(Keyboard, TabReachesEachControlThatIsOn) {
     missing.erase(focus->parentWidget());  // A combo box has the focus in its field.
     Key(Qt::Key_Tab);
   }
+  EXPECT_EQ(Main().LVGetSelCount(kRemoteList), 1) << "going past a path box enters nothing";
   for (const QWidget* widget : missing) {
     ADD_FAILURE() << "Tab does not reach " << widget->objectName().toStdString() << " "
                   << widget->accessibleName().toStdString() << " " << widget->metaObject()->className();

@@ -1,6 +1,7 @@
 // Rename, new folder and delete on the local side, and folders that go away.
 #include <Qt>
 
+#include "platform/qt/native_window.h"
 #include "ui/window_fixture.h"
 
 namespace {
@@ -86,6 +87,8 @@ TEST_F(LocalOperations, TheDeleteKeyGoesToThePaneInUse) {
   alerts.Expect("選択したファイル：\n\"remote.txt\"を削除してよろしいですか？", "キャンセル");
   ui::Key(Window(), Qt::Key_Delete, Qt::ControlModifier);
   EXPECT_EQ(alerts.Complaints(), "");
+  Window()->activateWindow();  // As a window manager does when a dialog closes.
+  EXPECT_TRUE(ui::WaitUntil([&] { return Window()->isActiveWindow(); }, 1000));
   Select(kLocalList, {"local.txt"});
   ExpectDeleteQuestion("キャンセル");
   ui::Key(Window(), Qt::Key_Delete, Qt::ControlModifier);

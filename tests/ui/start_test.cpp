@@ -35,7 +35,8 @@ TEST_F(Start, WithoutAConnectionOnlyTheLocalPaneIsOn) {
     EXPECT_FALSE(IsEnabled(off)) << off;
   for (const int on : {kLocalPath, kLocalGo, kLocalList, kRemoteList, kRemoteGo}) EXPECT_TRUE(IsEnabled(on)) << on;
   EXPECT_THAT(EnabledTools(kRemoteTools), IsEmpty());
-  EXPECT_THAT(EnabledTools(kLocalTools), ElementsAre(kCommandLocalRefresh, kCommandLocalUp));
+  EXPECT_THAT(EnabledTools(kLocalTools), ElementsAre(kCommandLocalRename, kCommandLocalNewFolder, kCommandLocalDelete,
+                                                     kCommandLocalRefresh, kCommandLocalUp));
   EXPECT_THAT(EnabledTools(platform::kMainToolBar), Not(testing::Contains(kCommandDisconnect)));
 }
 
@@ -68,7 +69,7 @@ TEST_F(Start, WithAConnectionTheRemotePaneIsOn) {
   MakeLocal("b.txt", "x");
   StartConnected();
   for (const int on : {kRemotePath, kRemoteGo}) EXPECT_TRUE(IsEnabled(on)) << on;
-  EXPECT_THAT(EnabledTools(kRemoteTools), ElementsAre(kCommandRemoteRefresh));
+  EXPECT_THAT(EnabledTools(kRemoteTools), ElementsAre(kCommandRemoteNewFolder, kCommandRemoteRefresh));
   EXPECT_THAT(EnabledTools(platform::kMainToolBar), testing::Contains(kCommandDisconnect));
   EXPECT_FALSE(IsEnabled(kDownloadButton));
   Select(kRemoteList, {"a.txt"});

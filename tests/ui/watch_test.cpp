@@ -1,9 +1,11 @@
 // The watch over the connection: it comes back by itself after a cut, and gives up after five tries. The 30 seconds
 // between two looks are shortened.
+#include <QTimer>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "platform/qt/native_window.h"
 #include "ui/window_fixture.h"
 
 namespace {
@@ -82,21 +84,22 @@ TEST_F(Watch, GivesUpAfterFiveTries) {
   StartConnected();
   WaitUntilArmed();
   const int port = Port();
+  gFtpTimeouts.replyMs = 500;  // Each new try leaves the half-open session before it.
   server->Stop();
   const DeafPort deaf(port);
   ASSERT_TRUE(deaf.works);
-  // Nobody answers; the user cancels each time and stays connected in mind.
+  // Nobody answers, and the user cancels each try. The tries run inside the wait.
   int cancelled = 0;
-  EXPECT_TRUE(ui::WaitUntil(
-      [&] {
-        if (platform::Window* dialog = Dialog("FTP接続")) {
-          if (platform::ControlIsEnabled(dialog, kCommandCancel) && ui::Press(dialog, kCommandCancel)) ++cancelled;
-        }
-        return cancelled == 5 && !ui::ModalWindow();
-      },
-      60000));
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    platform::Window* dialog = Dialog("FTP接続");
+    if (dialog && platform::ControlIsEnabled(dialog, kCommandCancel) && ui::Press(dialog, kCommandCancel)) ++cancelled;
+  });
+  user.start(20);
+  EXPECT_TRUE(ui::WaitUntil([&] { return cancelled == 5 && !ui::ModalWindow(); }, 60000));
   ui::Pump(6 * kShortMs);
   EXPECT_EQ(Count("サイトに再接続中（現在：5、全体：5）"), 1u);
+  // The last one arms the watch once more, which then finds that it has tried enough.
   EXPECT_EQ(Count("以下のサイトに再接続開始まで10秒。"), 5u);
   EXPECT_FALSE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "silence";
   EXPECT_EQ(cancelled, 5);

@@ -135,10 +135,16 @@ void Key(platform::Window* window, int key, int modifiers) {
 
 bool EditRow(platform::Window* window, int list, const char* text) {
   platform::ListControl* control = window->List(list);
-  auto* field = control ? control->viewport()->findChild<QLineEdit*>() : nullptr;
+  if (!control) return false;
+  QLineEdit* field = nullptr;
+  // One that was closed may still be on its way out.
+  for (auto* one : control->viewport()->findChildren<QLineEdit*>()) {
+    if (one->isVisible()) field = one;
+  }
   if (!field) return false;
   if (!text) {
     QTest::keyClick(field, Qt::Key_Escape);
+    Pump(1);
     return true;
   }
   field->selectAll();

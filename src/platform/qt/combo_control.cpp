@@ -14,13 +14,22 @@ ComboControl::ComboControl(Window* window, int id, bool editable)
   setInsertPolicy(QComboBox::NoInsert);
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(4);
-  connect(this, &QComboBox::activated, window, [this] { owner->SendBound(controlId, ControlEvent::kSelectionChange); });
+  connect(this, &QComboBox::activated, window, [this] {
+    if (!leavingField) owner->SendBound(controlId, ControlEvent::kSelectionChange);
+  });
   if (!editable) return;
   setCompleter(nullptr);
   lineEdit()->installEventFilter(this);
   connect(this, &QComboBox::editTextChanged, window, [this] {
     if (lineEdit()->isModified()) owner->SendBound(controlId, ControlEvent::kTextEdited);
   });
+}
+
+void ComboControl::focusOutEvent(QFocusEvent* event) {
+  // Qt calls it a choice when the focus leaves a text that stands in the list. It is none.
+  leavingField = true;
+  QComboBox::focusOutEvent(event);
+  leavingField = false;
 }
 
 bool ComboControl::eventFilter(QObject* watched, QEvent* event) {

@@ -13,10 +13,12 @@ class ComboControl : public QComboBox {
 
  protected:
   bool eventFilter(QObject*, QEvent*) override;
+  void focusOutEvent(QFocusEvent*) override;
 
  private:
   Window* owner;
   int controlId;
+  bool leavingField = false;  ///< The field is giving the focus away.
 };
 
 }  // namespace platform
