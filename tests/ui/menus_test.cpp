@@ -1,5 +1,6 @@
 // The menu bar and the context menus: what stands in them, and when it is on. A picture of each goes to build/screens.
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QScreen>
