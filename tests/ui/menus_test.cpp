@@ -185,13 +185,19 @@ TEST_F(Menus, TheToolBarItemHidesTheBarAndIsKept) {
 }
 
 TEST_F(Menus, TheContextMenuOfTheRemoteList) {
-  MakeRemote("a.txt", "x");
+  for (const char* name : {"a.txt", "資料/会議.txt", "写真.jpg"}) MakeRemote(name, "x");
+  for (const char* name : {"メモ.txt", "古い/1.txt"}) MakeLocal(name, "x");
   StartConnected();
   platform::WindowSetFrame(Window(), {0, 0, 1200, 800});
   EXPECT_THAT(ContextRows("context-remote", [&] { RightClick(kRemoteList, "a.txt"); }),
               ElementsAre("*開く | Shift+Return", "-", "ダウンロード | Ctrl+D", "-", "!コピー", "!貼付け", "-",
                           "削除 | Shift+Delete", "名前を変更 | Shift+F2", "-", "新規フォルダ", "-",
                           "更新 | Ctrl+Shift+R", "-", "ファイルのパーミッションを変更する"));
+  SaveScreen(Window(), "main-window");
+  platform::WindowSetFrame(Window(), {0, 0, Window()->minimumWidth(), Window()->minimumHeight()});
+  ui::Pump(30);
+  SaveScreen(Window(), "main-window-smallest");
+  EXPECT_GE(platform::ControlGetPlace(Window(), kHistory).height, 60) << "the smallest window keeps the history";
   Main().LVSelectNone(kRemoteList);
   const Texts rows = ContextRows("context-remote-empty", [&] { RightClick(kRemoteList, nullptr); });
   EXPECT_THAT(rows, Contains("!*開く | Shift+Return"));
