@@ -42,7 +42,8 @@ void LogControl::ShowNow() {
     colors.setColor(QPalette::Text, text);
     setPalette(colors);
   }
-  setPlainText(ShownText(waiting, true));
+  // The line end of the newest line would show as an empty line below it.
+  setPlainText(ShownText(waiting.endsWith('\n') ? waiting.chopped(1) : waiting, true));
   verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
