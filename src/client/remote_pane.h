@@ -105,8 +105,34 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   // Transfers
   /// Brings the selected files down into `localFolder`.
   void CmDownloadList(const char* localFolder);
-  /// Sends files; 0 done, 1 stopped, 2 failed.
+  /// Sends files and folders; 0 done, 1 stopped, 2 failed.
   LProcessResult CmUploadList(const LVector<LStringLongTemplate<char>>& files, const char* localFolder);
+
+  // Collecting a download. `name` stands in the server's current directory, `localDir` is where it goes. False ends the
+  // collecting; what was queued so far is still fetched.
+  bool _CmDownloadItemListInterfaced(FtpDownloadFileList&, const char* localDir, const char* name, LProcessInterface&);
+  bool _CmDownloadFolderInterfaced(FtpDownloadFileList&, const char* localDir, const char* name, LProcessInterface&);
+  bool _CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList&, const char* localDir, const char* name,
+                                         LProcessInterface&);
+  /// Queues a file, unless the user keeps the one that is there.
+  bool _CmAppendDownloadFile(FtpDownloadFileList&, const char* localDir, const char* name);
+  /// True for a folder and for a link. `remoteDir` is entered again after a reconnect.
+  bool _IsDirectoryFTP(LProcessInterface&, const char* name, const char* remoteDir);
+
+  // Collecting an upload. Remote folders are made on the way. A result other than 0 ends the collecting.
+  [[nodiscard]] LProcessResult _CmUploadItemList(LProcessInterface&, FtpUploadFileList&, const char* localRoot,
+                                                 const char* path);
+  [[nodiscard]] LProcessResult _CmUploadFoldersAndFilesList(LProcessInterface&, FtpUploadFileList&,
+                                                            const char* localRoot, const char* folder);
+  [[nodiscard]] LProcessResult _CmAppendUploadFile(LProcessInterface&, FtpUploadFileList&, const char* localRoot,
+                                                   const char* path);
+  /// False when the remote file is to stay. `name` stands in the server's current directory.
+  bool _CheckCanOverwrite(LProcessInterface&, const char* name);
+  /// Asks, unless an answer for all stands; the answer is in `bOverwriteYes`.
+  void _GetOverwritePermission(const char* name);
+
+  /// Connects again from the saved logon, without a dialog.
+  bool ReconnectFromLast();
 
   bool IsFolderSelected() const;
   const char* RowKindWord(int row, char (&word)[kTextSize]) const;
@@ -140,6 +166,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   char szCurrentDirectory[kTextSize] = {};     ///< As the server's answer to PWD gave it.
   char szBaseRemoteDirectory[kTextSize] = {};  ///< Roots of the running transfer.
   char szBaseLocalDirectory[kTextSize] = {};
+  bool bDropToRow = false;        ///< The next upload goes into the folder of the current row.
   char szFilter[kTextSize] = {};  ///< Lower case; empty for none.
   LFileTransferProtocol Ftp;
 
@@ -173,7 +200,6 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   bool ChangePermissionsOf(const char* name, const PermissionDigits& digits, int row);
   void ShowNewPermissions(const char* name, const PermissionDigits& wanted, int row);
   bool AskForPassword(const char* server, const char* user, char (&password)[kTextSize]);
-  bool ReconnectFromLast();
   template <typename Call>
   bool TryWithReconnects(Call call);
   LProcessResult EnterCurrentDirectory();

@@ -1,5 +1,8 @@
 #include "client/transfer_lists.h"
 
+bool gbSynchronizing = false;
+TransferWaits gTransferWaits;
+
 namespace {
 
 template <typename Item, typename List>
@@ -11,12 +14,22 @@ void AddInFront(List& list, LFileTransferProtocol* protocol, const char* local, 
   list.AddHead(item);
 }
 
+void AddFolderInFront(LList<LStringLongItem>& folders, const char* path) {
+  auto* item = new LStringLongItem();
+  item->text = path;
+  folders.AddHead(item);
+}
+
 }  // namespace
 
 void FtpDownloadFileList::AddFile(const char* local, const char* remote) {
   AddInFront<LXfrDownloadItem>(files, protocol, local, remote);
 }
 
+void FtpDownloadFileList::AddFolderToCreatedFolderList(const char* path) { AddFolderInFront(createdFolders, path); }
+
 void FtpUploadFileList::AddFile(const char* local, const char* remote) {
   AddInFront<LXfrUploadItem>(files, protocol, local, remote);
 }
+
+void FtpUploadFileList::AddFolderToCreatedFolderList(const char* path) { AddFolderInFront(createdFolders, path); }

@@ -1,0 +1,124 @@
+// Collecting a download: the selection is walked on the server, folders and links included, and becomes a flat list.
+#include <sys/stat.h>
+
+#include "client/overwrite_question.h"
+#include "client/remote_pane.h"
+#include "client/remote_paths.h"
+#include "client/transfer_lists.h"
+#include "ftp/dir_iterator.h"
+#include "ftp/queries.h"
+#include "platform/file_io.h"
+#include "support/files.h"
+#include "support/log.h"
+#include "support/parsing.h"
+
+namespace {
+
+constexpr int kTries = 3;
+constexpr mode_t kNewFolderMode = 0777;
+
+/// A cut path would name something else, and a walk that follows it might never end.
+bool PathFits(const char* folder, const char* name) {
+  if (strlen(folder) + 1 + strlen(name) < kTextSize) return true;
+  LOGWARNF("パスが長すぎるためスキップします：%s", name);
+  return false;
+}
+
+bool IsDotEntry(const char* name) { return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0; }
+
+}  // namespace
+
+bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir) {
+  for (int i = 0; i < kTries; ++i) {
+    signed char kind = kFtpKindUnknown;
+    if (ProcessFtpIsDirectory(process, Ftp, name, kind) != LProcessResultFailed) return kind > 0;
+    if (ReconnectFromLast() && remoteDir) _SetCurrentDirectoryFTP(remoteDir);
+  }
+  return false;
+}
+
+bool LFtpList::_CmDownloadItemListInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
+                                             LProcessInterface& process) {
+  if (process.IsToStop()) return false;
+  if (!RemoteNameIsPlain(name)) {
+    LOGWARNF("疑わしい名前のファイル（%s）のダウンロードをスキップします", name);
+    return false;
+  }
+  char remoteDir[kTextSize];
+  RemotePathOfLocal(remoteDir, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
+  if (_IsDirectoryFTP(process, name, remoteDir)) return _CmDownloadFolderInterfaced(list, localDir, name, process);
+  if (strstr(name, "->")) return _CmDownloadSymbolicLinkInterfaced(list, localDir, name, process);
+  return _CmAppendDownloadFile(list, localDir, name);
+}
+
+bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
+                                                 LProcessInterface& process) {
+  LStringLongTemplate<char> before;
+  LParseGetToCharacters(name, "->", before);
+  char link[kTextSize];
+  TextCopy(link, before.Text());
+  LStringTrim(link);
+  char level[kTextSize];
+  RemotePathOfLocal(level, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
+  // What can be entered is a folder; a link to a file is found out by the refusal.
+  const bool isFolder = _SetCurrentDirectoryFTP(link);
+  _SetCurrentDirectoryFTP(level);
+  return isFolder ? _CmDownloadFolderInterfaced(list, localDir, link, process)
+                  : _CmAppendDownloadFile(list, localDir, link);
+}
+
+bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
+                                           LProcessInterface& process) {
+  if (process.IsToStop()) return false;
+  if (!PathFits(localDir, name)) return true;
+  char path[kTextSize];
+  LFile::_MakeFilePath(path, localDir, name, "");
+  struct stat status;
+  if (stat(path, &status) != 0) (void)platform::FileMakeFolder(path, kNewFolderMode);
+  list.AddFolderToCreatedFolderList(path);
+
+  char level[kTextSize];
+  char sub[kTextSize];
+  if (!_GetCurrentDirectoryFTP(level)) return false;
+  if (!PathFits(level, name)) return true;
+  RemoteJoin(sub, level, name);
+  if (!_SetCurrentDirectoryFTP(sub)) {
+    // Listed now would be the folder above, again and again.
+    _SetCurrentDirectoryFTP(level);
+    return true;
+  }
+  for (int i = 0; i < kTries; ++i) {
+    LFileTransferProtocol::DirIterator listing;
+    LProcessInterfaceVoid quiet;
+    if (listing._LoadList(quiet, Ftp, "*") != LProcessResultOk) {
+      if (ReconnectFromLast()) _SetCurrentDirectoryFTP(sub);
+      continue;
+    }
+    for (; listing.Current(); listing.Next()) {
+      if (IsDotEntry(listing.Name())) continue;
+      if (!_CmDownloadItemListInterfaced(list, path, listing.Name(), process)) return false;
+    }
+    _SetCurrentDirectoryFTP(level);
+    return true;
+  }
+  return true;
+}
+
+bool LFtpList::_CmAppendDownloadFile(FtpDownloadFileList& list, const char* localDir, const char* name) {
+  if (!pWindow) return false;
+  if (!PathFits(localDir, name)) return true;
+  char local[kTextSize];
+  char remote[kTextSize];
+  LFile::_MakeFilePath(local, localDir, name, "");
+  RemotePathOfLocal(remote, szBaseLocalDirectory, szBaseRemoteDirectory, local);
+  if (LFile::TestFileExists(local)) {
+    if (!bOverwriteForAll) {
+      AskToOverwrite(*this, "このファイルのコピー \"%s\" が既にローカルフォルダ内に存在します。上書きしますか？",
+                     local);
+    }
+    if (!bOverwriteYes) return true;
+  }
+  LOGF("順番待ち中のファイル： %s", name);
+  list.AddFile(local, remote);
+  return true;
+}

@@ -1,0 +1,161 @@
+// Collecting an upload: the local paths are walked, the remote folders made and entered on the way, and the files
+// become a flat list.
+#include <sys/stat.h>
+
+#include "client/overwrite_question.h"
+#include "client/remote_pane.h"
+#include "client/remote_paths.h"
+#include "client/transfer_lists.h"
+#include "ftp/commands.h"
+#include "ftp/queries.h"
+#include "sites/store/settings.h"
+#include "support/files.h"
+#include "support/log.h"
+
+namespace {
+
+constexpr int kTries = 3;
+
+bool IsFolder(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// A cut path would name something else.
+bool PathFits(const char* folder, const char* name) {
+  if (strlen(folder) + 1 + strlen(name) < kTextSize) return true;
+  LOGWARNF("パスが長すぎるためスキップします：%s", name);
+  return false;
+}
+
+/// All names in the folder; 1 when stopped.
+LProcessResult ReadFolder(LProcessInterface& process, const char* folder, LStringListTemplate<char>& names) {
+  LFile::FolderIteratorAllFiles iterator;
+  if (!iterator.Open(folder, "*")) return LProcessResultOk;
+  do {
+    if (process.IsToStop()) return LProcessResultStopped;
+    if (!LIsDotName(iterator.Name())) names.Add(iterator.Name());
+  } while (iterator.Next());
+  return LProcessResultOk;
+}
+
+/// A Windows server wants its own separators.
+void UseSeparatorsOfServer(const LFileTransferProtocol& session, char (&path)[kTextSize]) {
+  const bool isWindows = session.Has(LFileTransferProtocol::bSystWindowsNT);
+  for (char* c = path; *c; ++c) {
+    if (*c == '/' || *c == '\\') *c = isWindows ? '\\' : '/';
+  }
+}
+
+LProcessResult MakeRemoteFolder(LProcessInterface& process, LFtpList& pane, FtpUploadFileList& list, const char* path) {
+  for (int i = 0; i < kTries; ++i) {
+    if (process.IsToStop()) return LProcessResultStopped;
+    const LProcessResult made = ProcessFtpCreateDirectory(process, pane.Ftp, path);
+    if (made == LProcessResultOk) {
+      list.AddFolderToCreatedFolderList(path);
+      return made;
+    }
+    if (made != LProcessResultFailed) return made;
+    pane.ReconnectFromLast();
+  }
+  // Entering it decides.
+  return LProcessResultOk;
+}
+
+LProcessResult EnterRemoteFolder(LProcessInterface& process, LFtpList& pane, const char* path) {
+  char command[kFtpLongCommand];
+  FtpFormatCommand(command, "CWD %s\r\n", path);
+  for (int i = 0; i < kTries; ++i) {
+    const LProcessResult result = ProcessFtpSendAndWaitForReply(process, pane.Ftp, command, nullptr, nullptr);
+    if (result != LProcessResultFailed) return result;
+    if (i + 1 < kTries) pane.ReconnectFromLast();
+  }
+  LOGERRORF("以下のディレクトリを変更できません：%s", path);
+  return LProcessResultFailed;
+}
+
+}  // namespace
+
+void LFtpList::_GetOverwritePermission(const char* name) {
+  if (bOverwriteForAll) return;
+  AskToOverwrite(*this, "このファイルのコピー \"%s\" 既にリモートフォルダに存在します。上書きしますか？", name);
+}
+
+bool LFtpList::_CheckCanOverwrite(LProcessInterface& process, const char* name) {
+  if (bOverwriteYes && bOverwriteForAll) return true;
+  char wanted[kTextSize];
+  TextCopy(wanted, name);
+  if (LUserSettingIsOn("Settings", "FtpNoSpaces")) {
+    for (char* c = wanted; *c; ++c) {
+      if (*c == ' ') *c = '_';
+    }
+  }
+  // What is not there, and what is empty, is replaced without a question.
+  uint64_t size = 0;
+  if (ProcessFtpGetFileSize(process, Ftp, wanted, size) != LProcessResultOk || size == 0) return true;
+  _GetOverwritePermission(wanted);
+  return bOverwriteYes;
+}
+
+LProcessResult LFtpList::_CmUploadItemList(LProcessInterface& process, FtpUploadFileList& list, const char* localRoot,
+                                           const char* path) {
+  if (process.IsToStop()) return LProcessResultStopped;
+  // What cannot be looked at counts as a file, and fails as one.
+  return IsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
+                        : _CmAppendUploadFile(process, list, localRoot, path);
+}
+
+LProcessResult LFtpList::_CmAppendUploadFile(LProcessInterface& process, FtpUploadFileList& list, const char* localRoot,
+                                             const char* path) {
+  if (process.IsToStop()) return LProcessResultStopped;
+  if (!pWindow) return LProcessResultFailed;
+  char cleanPath[kTextSize];
+  char cleanRoot[kTextSize];
+  char name[kTextSize];
+  FtpCleanPath(cleanPath, path);
+  FtpCleanPath(cleanRoot, localRoot);
+  LFile::MakeRelativeFolder(name, cleanRoot, cleanPath);
+  if (!_CheckCanOverwrite(process, name)) return LProcessResultOk;
+  LOGF("順番待ち中のファイル： %s", path);
+  list.AddFile(path, name);
+  return process.IsToStop() ? LProcessResultStopped : LProcessResultOk;
+}
+
+LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process, FtpUploadFileList& list,
+                                                      const char* localRoot, const char* folder) {
+  if (process.IsToStop()) return LProcessResultStopped;
+  LOGF("以下のディレクトリをアップロード中：%s", folder);
+  if (!IsFolder(folder)) return LProcessResultFailed;
+  LStringListTemplate<char> names;
+  LProcessResult result = ReadFolder(process, folder, names);
+  if (result != LProcessResultOk) return result;
+
+  char before[kTextSize];
+  (void)_GetCurrentDirectoryFTP(before);
+  char relative[kTextSize];
+  char remote[kTextSize];
+  LFile::MakeRelativeFolder(relative, localRoot, folder);
+  if (!PathFits(szBaseRemoteDirectory, relative)) return LProcessResultOk;
+  LFile::_MakeFilePath(remote, szBaseRemoteDirectory, relative, "");
+  UseSeparatorsOfServer(Ftp, remote);
+  result = MakeRemoteFolder(process, *this, list, remote);
+  if (result == LProcessResultOk) result = EnterRemoteFolder(process, *this, remote);
+  if (result != LProcessResultOk) return result;
+
+  char current[kTextSize];
+  if (!_GetCurrentDirectoryFTP(current)) return LProcessResultFailed;
+  char root[kTextSize];
+  LFile::_MakeFilePath(root, localRoot, relative, "");
+  for (size_t i = 0; i < names.count; ++i) {
+    if (process.IsToStop()) return LProcessResultStopped;
+    _SetCurrentDirectoryFTP(current);
+    if (!PathFits(folder, names.strings[i])) continue;
+    char path[kTextSize];
+    LFile::_MakeFilePath(path, folder, names.strings[i], "");
+    // Files go under their bare names, folders under their way from the root.
+    result = IsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
+                            : _CmAppendUploadFile(process, list, root, path);
+    if (result != LProcessResultOk) return result;
+  }
+  return LProcessResultOk;
+}
