@@ -10,11 +10,6 @@
 #include "support/files.h"
 #include "support/log.h"
 
-namespace {
-
-/// For what events are still under way when the dialog has gone.
-constexpr unsigned kSettleMs = 100;
-
 void KeepServerDate(const DownloadFile& file) {
   const int64_t modified = file.protocol->GetFileDate(file.remote);
   struct stat status;
@@ -25,6 +20,11 @@ void KeepServerDate(const DownloadFile& file) {
   platform::FileSetTimes(fd, times);
   platform::FileClose(fd);
 }
+
+namespace {
+
+/// For what events are still under way when the dialog has gone.
+constexpr unsigned kSettleMs = 100;
 
 /// After the run, whatever its result: a file with an error goes, also an older one of that name; the others get the
 /// server's date.

@@ -131,6 +131,15 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   /// Asks, unless an answer for all stands; the answer is in `bOverwriteYes`.
   void _GetOverwritePermission(const char* name);
 
+  // Two folders
+  /// Brings the top-level names of both folders level, by date and in both directions. `files` are the full paths of
+  /// what the local pane shows. Says what it did in the history only.
+  void CmSynchronize(LProcessInterface&, const char* localFolder, const LVector<LStringLongTemplate<char>>& files);
+  /// Selects the rows that are newer here or missing locally; `localNames` takes what is newer or only there.
+  void CmDirectoryCompare(LProcessInterface&, const char* localFolder, LStringListTemplate<char>& localNames,
+                          bool recurse);
+  void _TestDifferences(LProcessInterface&, const char* localFolder, bool recurse, bool& localNewer, bool& remoteNewer);
+
   /// Connects again from the saved logon, without a dialog.
   bool ReconnectFromLast();
 
@@ -166,6 +175,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   char szCurrentDirectory[kTextSize] = {};     ///< As the server's answer to PWD gave it.
   char szBaseRemoteDirectory[kTextSize] = {};  ///< Roots of the running transfer.
   char szBaseLocalDirectory[kTextSize] = {};
+  bool bSyncNoPrompt = false;     ///< Synchronising no longer asks, until the program ends.
   bool bDropToRow = false;        ///< The next upload goes into the folder of the current row.
   char szFilter[kTextSize] = {};  ///< Lower case; empty for none.
   LFileTransferProtocol Ftp;
@@ -209,6 +219,10 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   int ImageOf(const LFtpExpListItem& item);
   void SetDirectory(const char* path);
   void EndRename();
+  enum class Difference { kNone, kLocalWins, kRemoteWins, kFolderOnBothSides };
+  Difference CompareItem(LProcessInterface&, const LFtpExpListItem& item, const char* local);
+  void CompareBelow(LProcessInterface&, const char* name, const char* local, bool& localNewer, bool& remoteNewer);
+  const LFtpExpListItem* ItemAt(int place) const;
 
   LList<LFtpExpListItem> Items;
   LVector<LStringLongTemplate<char>> RecentList;  ///< Newest first, always ten, those not yet filled empty.

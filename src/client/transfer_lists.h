@@ -84,6 +84,9 @@ struct FtpUploadFileListCleanup {
 /// The same upwards, from the record's source. 2 also when a file failed three times: the rest is not sent.
 [[nodiscard]] LProcessResult ProcessFtpUploadList(LProcessInterface&, FtpUploadFileList&);
 
+/// Gives a file that came down the date that the server tells.
+void KeepServerDate(const DownloadFile&);
+
 /// What the progress dialogs run.
 LProcessResult Process(LProcessInterface&, FtpDownloadFileList&);
 LProcessResult Process(LProcessInterface&, FtpUploadFileList&);

@@ -1,0 +1,174 @@
+// Synchronising: the top-level names of the local and of the remote folder, in both directions, by date. Nothing is
+// deleted; a folder goes by its own date, and whole.
+#include <sys/stat.h>
+
+#include "client/remote_pane.h"
+#include "client/transfer_lists.h"
+#include "ftp/dir_iterator.h"
+#include "ftp/queries.h"
+#include "platform/file_io.h"
+#include "support/files.h"
+#include "support/log.h"
+#include "support/window/alert.h"
+#include "support/window/icons.h"
+
+namespace {
+
+class Synchronising {
+ public:
+  Synchronising() { gbSynchronizing = true; }
+  ~Synchronising() { gbSynchronizing = false; }
+  Synchronising(const Synchronising&) = delete;
+  Synchronising& operator=(const Synchronising&) = delete;
+};
+
+bool IsDotEntry(const char* name) { return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0; }
+
+int64_t LocalTime(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 ? status.st_mtime : 0;
+}
+
+/// One run. Each step is false when it ends the run, which then drops its lists.
+class SynchroniseRun {
+ public:
+  SynchroniseRun(LProcessInterface& process, LFtpList& pane, const char* localFolder,
+                 const LVector<LStringLongTemplate<char>>& files)
+      : process(process), pane(pane), szLocalFolder(localFolder), files(files) {
+    downloads.owner = uploads.owner = &pane;
+    downloads.protocol = uploads.protocol = &pane.Ftp;
+    downloads.localFolder = uploads.localFolder = localFolder;
+    uploads.source = &files;
+  }
+
+  bool CompareRemoteEntries();
+  bool Download();
+  bool CollectMissingOnServer();
+  void Upload();
+
+ private:
+  bool CompareEntry(const char* name);
+
+  LProcessInterface& process;
+  LFtpList& pane;
+  const char* szLocalFolder;
+  const LVector<LStringLongTemplate<char>>& files;
+  FtpDownloadFileList downloads = {};
+  FtpUploadFileList uploads = {};
+};
+
+bool SynchroniseRun::CompareEntry(const char* name) {
+  char local[kTextSize];
+  LFile::_MakeFilePath(local, szLocalFolder, name, "");
+  if (!LFile::TestFileExists(local)) {
+    return pane._CmDownloadItemListInterfaced(downloads, szLocalFolder, name, process);
+  }
+  const int64_t localTime = LocalTime(local);
+  int64_t remoteTime = 0;
+  // A server that gives no date leaves the present time, and its file looks new.
+  (void)ProcessFtpGetFileModifiedTime(process, pane.Ftp, name, remoteTime);
+  if (remoteTime > localTime) return pane._CmDownloadItemListInterfaced(downloads, szLocalFolder, name, process);
+  if (remoteTime == localTime) return true;
+  return pane._CmUploadItemList(process, uploads, szLocalFolder, local) == LProcessResultOk;
+}
+
+bool SynchroniseRun::CompareRemoteEntries() {
+  process.SetStatus("ダウンロード一覧を作成中", 0);
+  process.SetProgressIndeterminateOn();
+  LFileTransferProtocol::DirIterator listing;
+  LProcessInterfaceVoid quiet;
+  // A directory that cannot be listed counts as empty, so that all local files are sent.
+  (void)listing._LoadList(quiet, pane.Ftp, "*");
+  for (; listing.Current(); listing.Next()) {
+    if (process.IsToStop()) return false;
+    if (!IsDotEntry(listing.Name()) && !CompareEntry(listing.Name())) return false;
+  }
+  process.SetProgressIndeterminateOff();
+  return !process.IsToStop();
+}
+
+bool SynchroniseRun::Download() {
+  pane.Window()->SetPowerDownDeny();
+  process.SetStatus("ファイル一覧をダウンロード中", 0);
+  process.SetStatus("", 1);
+  const LProcessResult result = ProcessFtpDownloadList(process, downloads);
+  if (result == LProcessResultStopped) LOG("ファイルのダウンロードがユーザーにより中止されました。 ");
+  if (result == LProcessResultFailed) LOGERROR("ファイル一覧をダウンロードできません");
+  process.SetProgressIndeterminateOn();
+  process.SetStatus("エラーを確認中", 1);
+  pane.Window()->SetPowerDownAllow();
+  for (LXfrDownloadItem* item = downloads.files.first; item; item = item->next) {
+    if (process.IsToStop()) return false;
+    if (item->file.error[0]) {
+      LOGERROR(item->file.error);
+      platform::FileUnlink(item->file.local);
+    } else {
+      KeepServerDate(item->file);
+      LOG("ファイルのダウンロード完了。");
+    }
+  }
+  process.SetProgressIndeterminateOff();
+  return !process.IsToStop();
+}
+
+bool SynchroniseRun::CollectMissingOnServer() {
+  process.SetStatus("アップロード一覧を作成中", 0);
+  process.SetStatus("", 1);
+  process.SetProgressIndeterminateOn();
+  pane._SetCurrentDirectoryFTP(pane.szBaseRemoteDirectory);
+  for (const LStringLongTemplate<char>& path : files) {
+    if (process.IsToStop()) return false;
+    char name[kTextSize];
+    LFile::_GetFileFromPath(name, path.Text());
+    if (pane.Ftp.ContainDirectory(name)) continue;
+    if (pane._CmUploadItemList(process, uploads, szLocalFolder, path.Text()) != LProcessResultOk) break;
+  }
+  process.SetProgressIndeterminateOff();
+  return !process.IsToStop();
+}
+
+void SynchroniseRun::Upload() {
+  pane._SetCurrentDirectoryFTP(pane.szBaseRemoteDirectory);
+  pane.Window()->SetPowerDownDeny();
+  process.SetStatus("ファイルをアップロード中...", 0);
+  if (ProcessFtpUploadList(process, uploads) != LProcessResultOk) LOGERROR("ファイル一覧をアップロードできません");
+}
+
+/// The box counts whatever button was pressed.
+bool AgreesToSynchronise(LFtpList& pane, const char* localFolder) {
+  if (pane.bSyncNoPrompt) return true;
+  LAlert alert(pane.Window());
+  alert.strMessage.sprintf(
+      "この作業を行うとローカル%s\n\"%s\"\n内の全てのデータがリモート%s\n\"%s\"\nと同期します。よろしいですか？",
+      "フォルダ", localFolder, "フォルダ", pane.szCurrentDirectory);
+  TextCopy(alert.szTitle, "同期する");
+  TextCopy(alert.szButton1, "同期する");
+  TextCopy(alert.szButton2, "キャンセル");
+  TextCopy(alert.szCheckBox, "今後このメッセージを表示しない。");
+  alert.bShowCheckBox = true;
+  alert.bChecked = pane.bSyncNoPrompt;
+  const bool agreed = alert._Run() == 1;
+  pane.bSyncNoPrompt = alert.bChecked;
+  return agreed;
+}
+
+}  // namespace
+
+void LFtpList::CmSynchronize(LProcessInterface& process, const char* localFolder,
+                             const LVector<LStringLongTemplate<char>>& files) {
+  if (process.IsToStop() || !pWindow) return;
+  const Synchronising on;
+  if (!AgreesToSynchronise(*this, localFolder) || process.IsToStop()) return;
+  const WaitCursor cursor;
+  LOG("同期中...作業には数分かかる場合があります。");
+  TextCopy(szBaseRemoteDirectory, szCurrentDirectory);
+  TextCopy(szBaseLocalDirectory, localFolder);
+  if (process.IsToStop()) return;
+  SynchroniseRun run(process, *this, localFolder, files);
+  if (!run.CompareRemoteEntries() || !run.Download() || !run.CollectMissingOnServer()) return;
+  run.Upload();
+  gbSynchronizing = false;
+  pWindow->SetPowerDownAllow();
+  LOG("同期が完了しました。");
+  ApplyDirectory();
+}
