@@ -47,6 +47,15 @@ class HistoryFile {
     }
     return messages;
   }
+  /// The commands that went out, in order. A password is masked.
+  std::vector<std::string> Commands() const {
+    static const std::string kMark = "コマンド: ";
+    std::vector<std::string> commands;
+    for (const std::string& line : Lines()) {
+      if (line.rfind(kMark, 0) == 0) commands.push_back(line.substr(kMark.size()));
+    }
+    return commands;
+  }
 
  private:
   std::vector<std::string> Files() const {

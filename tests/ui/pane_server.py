@@ -3,9 +3,10 @@
 
 Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
-"cut" ends there together with the session; what is to be done to a name that holds "refuse" is refused. With a
-certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it knows LIST only,
-which shows links. It ends with its parent.
+"cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
+name that holds "refuse" is refused; an upload whose name holds "lose" loses the session when it begins, the first time
+only. With a certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it
+knows LIST only, which shows links. It ends with its parent.
 """
 
 import ctypes
@@ -20,6 +21,16 @@ from pyftpdlib.servers import FTPServer
 
 TURNS_AFTER = 512 * 1024
 PR_SET_PDEATHSIG = 1
+
+
+SEEN = set()
+
+
+def first_time(name):
+    if name in SEEN:
+        return False
+    SEEN.add(name)
+    return True
 
 
 class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
@@ -37,7 +48,7 @@ class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
         if self.sent >= TURNS_AFTER:
             if "stall" in name:
                 self.del_channel()
-            elif "cut" in name:
+            elif "cut" in name or ("once" in name and first_time(name)):
                 self.cmd_channel.close()
         return count
 
@@ -52,7 +63,12 @@ class MoodyHandler(FTPHandler):
         return True
 
     def ftp_STOR(self, file, mode="w"):
-        return None if self.refuses(file) else super().ftp_STOR(file, mode)
+        if self.refuses(file):
+            return None
+        if "lose" in file and first_time(file):
+            self.close()
+            return None
+        return super().ftp_STOR(file, mode)
 
     def ftp_MKD(self, path):
         return None if self.refuses(path) else super().ftp_MKD(path)

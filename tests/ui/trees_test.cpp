@@ -1,0 +1,286 @@
+// Whole folders down and up through the buttons of the window: what arrives, in which order the commands go, the
+// questions on the way, and what a cancel, a lost connection and a sleeping machine do to a run.
+#include <fcntl.h>
+#include <map>
+#include <sys/stat.h>
+
+#include "client/transfer_lists.h"
+#include "ui/transfer_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+using testing::Not;
+
+constexpr const char* kCleanUpDownload = "ダウンロードされたローカルファイルまたはフォルダを削除しますか？";
+constexpr const char* kCleanUpUpload = "アップロード済みのファイルおよびフォルダを削除しますか？";
+
+/// Relative paths and contents; a folder has a "/" at its end and no content.
+std::map<std::string, std::string> TreeOf(const std::string& folder) {
+  std::map<std::string, std::string> tree;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    const std::string path = entry.path().string().substr(folder.size() + 1);
+    if (entry.is_directory()) {
+      tree[path + "/"];
+    } else {
+      std::ifstream stream(entry.path(), std::ios::binary);
+      tree[path].assign(std::istreambuf_iterator<char>(stream), {});
+    }
+  }
+  return tree;
+}
+
+class Trees : public TransferTest {
+ protected:
+  Trees() { gTransferWaits = {5, 5}; }
+  ~Trees() override {
+    gTransferWaits = {};
+    LFtpList::bPowerSuspendStandBy = false;
+  }
+
+  /// Three levels with odd names, empty files and an empty folder, under `folder`.
+  void MakeTree(const std::string& folder) {
+    for (int i = 0; i < 3; ++i) {
+      const std::string level = folder + "/資料 " + std::to_string(i);
+      WriteFile(level + "/空.txt", "");
+      WriteFile(level + "/two  blanks.txt", "a");
+      WriteFile(level + "/.hidden", "b");
+      WriteFile(level + "/[brackets] {x} $y 'z'.txt", RandomBytes(5000));
+      WriteFile(level + "/下/ずっと下/end.bin", RandomBytes(70000));
+      std::filesystem::create_directories(level + "/empty");
+    }
+  }
+  /// The commands since the last call, without those that only look after the connection and the pane.
+  std::vector<std::string> NewCommands() {
+    const std::vector<std::string> all = history.Commands();
+    std::vector<std::string> fresh(all.begin() + static_cast<std::ptrdiff_t>(seen), all.end());
+    seen = all.size();
+    return fresh;
+  }
+
+ private:
+  size_t seen = 0;
+};
+
+TEST_F(Trees, AFolderComesDownWhole) {
+  MakeTree(Remote("樹"));
+  MakeRemote("beside.txt", "x");
+  StartConnected();
+  TransferTest::Download({"樹"});
+  EXPECT_EQ(TreeOf(Local("樹")), TreeOf(Remote("樹")));
+  EXPECT_FALSE(Exists(Local("beside.txt")));
+  EXPECT_THAT(Names(kLocalList), ElementsAre("樹"));
+  ExpectUsable();
+}
+
+TEST_F(Trees, AFolderGoesUpWhole) {
+  MakeTree(Local("樹"));
+  MakeLocal("beside.txt", "x");
+  StartConnected();
+  TransferTest::Upload({"樹"});
+  EXPECT_EQ(TreeOf(Remote("樹")), TreeOf(Local("樹")));
+  EXPECT_FALSE(Exists(Remote("beside.txt")));
+  EXPECT_THAT(Messages(), Contains("アップロード完了"));
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("樹"));
+  ExpectUsable();
+}
+
+TEST_F(Trees, TheCommandsOfADownloadInTheirOrder) {
+  MakeRemote("d/a.txt", "aa");
+  MakeRemote("d/b.txt", "b");
+  StartConnected();
+  NewCommands();
+  TransferTest::Download({"d"});
+  const std::vector<std::string> commands = NewCommands();
+  const auto first = std::find(commands.begin(), commands.end(), "MLST d");
+  ASSERT_NE(first, commands.end()) << testing::PrintToString(commands);
+  const auto last = std::find(commands.begin(), commands.end(), "RETR /d/b.txt");
+  ASSERT_NE(last, commands.end()) << testing::PrintToString(commands);
+  printf("%s\n", testing::PrintToString(commands).c_str());
+}
+
+TEST_F(Trees, FilesAreFetchedFromTheLastCollectedToTheFirst) {
+  for (const char* name : {"1.txt", "2.txt", "3.txt"}) MakeRemote(name, name);
+  StartConnected();
+  NewCommands();
+  TransferTest::Download({"1.txt", "2.txt", "3.txt"});
+  std::vector<std::string> fetched = NewCommands();
+  std::erase_if(fetched, [](const std::string& one) { return one.rfind("RETR ", 0) != 0; });
+  EXPECT_THAT(fetched, ElementsAre("RETR /3.txt", "RETR /2.txt", "RETR /1.txt"));
+}
+
+TEST_F(Trees, ANameThatLeadsOutOfTheFolderEndsTheCollecting) {
+  MakeRemote("a.txt", "a");
+  MakeRemote("b\\..\\evil.txt", "evil");
+  MakeRemote("c.txt", "c");
+  StartConnected();
+  TransferTest::Download({"a.txt", "b\\..\\evil.txt", "c.txt"});
+  EXPECT_EQ(TreeOf(Local()), (std::map<std::string, std::string>{{"a.txt", "a"}}));
+  EXPECT_THAT(Messages(), Contains("疑わしい名前のファイル（b\\..\\evil.txt）のダウンロードをスキップします"));
+}
+
+TEST_F(Trees, LinksOnTheServerAreFollowedWhereTheyLead) {
+  MakeRemote("real/x.txt", "x");
+  MakeRemote("file.txt", "f");
+  MakeRemote("dir/own.txt", "o");
+  std::filesystem::create_directory_symlink("../real", Remote("dir/to-folder"));
+  std::filesystem::create_symlink("../file.txt", Remote("dir/to-file"));
+  std::filesystem::create_symlink("nowhere", Remote("dir/to-nowhere"));
+  StartConnected();
+  TransferTest::Download({"dir"});
+  EXPECT_EQ(ContentOf(Local("dir/own.txt")), "o");
+  EXPECT_EQ(ContentOf(Local("dir/to-file")), "f");
+  EXPECT_EQ(ContentOf(Local("dir/to-folder/x.txt")), "x");
+  EXPECT_FALSE(Exists(Local("dir/to-nowhere")));
+  ExpectUsable();
+}
+
+TEST_F(Trees, AFolderThatCannotBeEnteredIsLeftAndTheRestGoesOn) {
+  if (geteuid() == 0) GTEST_SKIP() << "root enters every folder";
+  MakeRemote("d/closed/x.txt", "x");
+  MakeRemote("d/z.txt", "z");
+  std::filesystem::permissions(Remote("d/closed"), std::filesystem::perms::none);
+  StartConnected();
+  TransferTest::Download({"d"});
+  EXPECT_EQ(ContentOf(Local("d/z.txt")), "z");
+  EXPECT_THAT(Messages(), Contains(HasSubstr("以下のディレクトリを変更できません： /d/closed")));
+  std::filesystem::permissions(Remote("d/closed"), std::filesystem::perms::owner_all);
+}
+
+struct Answer {
+  const char* button;
+  int check;
+  size_t replaced;  ///< Of three files, the second half not asked about when the box is set.
+};
+
+class Answers : public Trees, public testing::WithParamInterface<Answer> {};
+
+TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
+  const auto& [button, check, replaced] = GetParam();
+  const std::vector<const char*> names = {"a.txt", "b.txt", "c.txt"};
+  for (const bool down : {true, false}) {
+    for (const char* name : names) {
+      WriteFile(Remote("d/") + name, down ? "new" : "old");
+      WriteFile(Local("d/") + name, down ? "old" : "new");
+    }
+    if (!delegate) StartConnected();
+    Press(kLocalGo);
+    ExpectUsable();
+    for (size_t i = 0; i < (check == 1 ? 1 : names.size()); ++i) alerts.Expect("上書きしますか？", button, check);
+    down ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+    size_t count = 0;
+    for (const char* name : names) count += ContentOf((down ? Local("d/") : Remote("d/")) + name) == "new";
+    EXPECT_EQ(count, replaced) << (down ? "down" : "up");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Trees, Answers,
+                         testing::Values(Answer{"上書きする", 0, 3}, Answer{"上書きする", 1, 3},
+                                         Answer{"スキップ", 0, 0}, Answer{"スキップ", 1, 0}));
+
+TEST_F(Trees, ACancelledDownloadIsTakenBackIfTheUserWants) {
+  for (const bool takeBack : {false, true}) {
+    MakeRemote("d/stall.bin", RandomBytes(2 * 1024 * 1024));
+    MakeRemote("d/z/small.txt", "s");
+    if (!delegate) StartConnected();
+    alerts.Expect(kCleanUpDownload, takeBack ? "削除" : "削除しない");
+    CancelDuring(
+        kDownloading, [&] { TransferTest::Download({"d"}); },
+        [&](platform::Window* dialog) { return ui::Text(dialog, kItemLine).find("stall") != std::string::npos; });
+    EXPECT_EQ(Exists(Local("d/z/small.txt")), !takeBack);
+    EXPECT_EQ(Exists(Local("d")), !takeBack);
+    EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
+    std::filesystem::remove_all(Local("d"));
+  }
+  ExpectUsable();
+}
+
+TEST_F(Trees, ACancelledUploadTakesItsFoldersBackIfTheUserWants) {
+  MakeLocal("d/huge.bin", "x");
+  std::filesystem::resize_file(Local("d/huge.bin"), 20ull << 30);  // Sparse.
+  for (const bool takeBack : {false, true}) {
+    if (!delegate) StartConnected();
+    alerts.Expect(kCleanUpUpload, takeBack ? "削除" : "キャンセル");
+    CancelDuring(
+        kUploading, [&] { TransferTest::Upload({"d"}); },
+        [&](platform::Window*) {
+          std::error_code none;
+          const auto there = std::filesystem::file_size(Remote("d/huge.bin"), none);
+          return !none && there > 1024 * 1024;
+        });
+    EXPECT_EQ(Exists(Remote("d")), !takeBack);
+    EXPECT_THAT(Messages(), Contains("ユーザーがアップロードを中止しました"));
+    std::filesystem::remove_all(Remote("d"));
+  }
+  ExpectUsable();
+}
+
+TEST_F(Trees, ALateCancelStillOffersToTakeBack) {
+  gTransferWaits.lateCancelSliceMs = 200;
+  MakeRemote("a.txt", "a");
+  StartConnected();
+  alerts.Expect(kCleanUpDownload, "削除");
+  CancelDuring(
+      kDownloading, [&] { TransferTest::Download({"a.txt"}); },
+      [&](platform::Window*) { return Exists(Local("a.txt")) && ContentOf(Local("a.txt")) == "a"; });
+  EXPECT_FALSE(Exists(Local("a.txt")));
+}
+
+TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
+  MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
+  MakeRemote("d/a.txt", "a");
+  MakeLocal("u/lose.txt", "u");
+  MakeLocal("u/b.txt", "b");
+  StartConnected();
+  TransferTest::Download({"d"});
+  EXPECT_EQ(TreeOf(Local("d")), TreeOf(Remote("d")));
+  TransferTest::Upload({"u"});
+  EXPECT_EQ(TreeOf(Remote("u")), TreeOf(Local("u")));
+  EXPECT_THAT(Messages(), Contains("アップロード完了"));
+  ExpectUsable();
+}
+
+TEST_F(Trees, AFileThatFailsThreeTimesEndsAnUploadAndOnlyItselfInADownload) {
+  MakeRemote("d/cut.bin", RandomBytes(2 * 1024 * 1024));
+  MakeRemote("d/a.txt", "a");
+  MakeRemote("d/z.txt", "z");
+  MakeLocal("u/refuse.txt", "u");
+  StartConnected();
+  TransferTest::Download({"d"});
+  EXPECT_FALSE(Exists(Local("d/cut.bin")));
+  EXPECT_EQ(ContentOf(Local("d/a.txt")), "a");
+  EXPECT_EQ(ContentOf(Local("d/z.txt")), "z");
+  TransferTest::Upload({"u"});
+  EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
+  EXPECT_FALSE(Exists(Remote("u/refuse.txt")));
+  ExpectUsable();
+}
+
+TEST_F(Trees, TheMachineSleepsInTheMiddleOfAFile) {
+  MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
+  StartConnected();
+  bool asleep = false;
+  const Meanwhile sleep(
+      [&] {
+        platform::Window* dialog = Dialog(kDownloading);
+        return dialog && Progress(dialog) > 0.2;
+      },
+      [&] {
+        Main().Command(2011, 0);
+        asleep = true;
+      });
+  // While it sleeps the file is replaced by one that does not stall.
+  const Meanwhile wake([&] { return asleep && !Main().remotePane.Ftp.IsValid(); },
+                       [&] {
+                         server = nullptr;
+                         Main().Command(2012, 0);
+                       });
+  alerts.Expect(kCleanUpDownload, "削除");
+  TransferTest::Download({"stall.bin"});
+  EXPECT_TRUE(wake.Acted());
+}
+
+}  // namespace
