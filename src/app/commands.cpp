@@ -131,6 +131,9 @@ bool MainDialog::RouteConnection(int id) {
     case kCommandUpload: CmUploadGuarded(); return true;
     case kDownloadButton:
     case kCommandDownload: CmDownload(); return true;
+    case kSynchroniseButton:
+    case kCommandSynchronise: CmSynchronize(); return true;
+    case kCommandCompare: CmDirectoryComparison(); return true;
     default: return false;
   }
 }

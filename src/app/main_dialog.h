@@ -44,6 +44,10 @@ class MainDialogCore {
   // Transfers
   void CmUpload();
   void CmDownload();
+  /// Brings the two shown folders level.
+  void CmSynchronize();
+  /// Selects what differs between the two shown folders.
+  void CmDirectoryComparison();
 
   // Local pane
   void EvLocalPathChanged();
@@ -107,6 +111,7 @@ class MainDialog : public LMainWindow,
   void CmUploadGuarded();
   void CmUpload();
   void CmDownload();
+  void CmSynchronize();
   void CmRemoteDelete();
   int CmQuickConnect(bool bForgetOnFail, LMacWindow* view);
   void CmGo();

@@ -103,8 +103,8 @@ namespace {
 constexpr int kRemoteToolsOff[] = {kCommandRemoteBookmarks};
 constexpr int kLocalToolsOff[] = {kCommandLocalBookmarks};
 constexpr int kMainToolsOff[] = {kCommandOptions};
-constexpr int kMenuOff[] = {kCommandSynchronise, kCommandCompare,    kCommandSettingsImport, kCommandSettingsExport,
-                            kCommandSiteImport,  kCommandSiteExport, kCommandOptions};
+constexpr int kMenuOff[] = {kCommandSettingsImport, kCommandSettingsExport, kCommandSiteImport, kCommandSiteExport,
+                            kCommandOptions};
 
 }  // namespace
 
@@ -147,7 +147,7 @@ void MainDialog::EnableToolBars() {
 void MainDialog::EnableMiddle() {
   EnableControl(kDownloadButton, LVGetSelCount(kRemoteList) > 0);
   EnableControl(kUploadButton, remotePane.bConnected && localPane.HasSelection() && LVGetSelCount(kLocalList) >= 1);
-  EnableControl(kSynchroniseButton, false);
+  EnableControl(kSynchroniseButton, remotePane.bConnected);
 }
 
 void MainDialog::EnableLocalMenu() {
@@ -178,6 +178,8 @@ void MainDialog::EnableMainMenu() {
   EnableRemoteMenu();
   LMainMenu::EnableMenuItem(kCommandSiteTool, remotePane.bConnected);
   LMainMenu::EnableMenuItem(kCommandDisconnect, remotePane.bConnected);
+  LMainMenu::EnableMenuItem(kCommandSynchronise, remotePane.bConnected);
+  LMainMenu::EnableMenuItem(kCommandCompare, remotePane.bConnected);
   for (const int off : kMenuOff) LMainMenu::EnableMenuItem(off, false);
 }
 

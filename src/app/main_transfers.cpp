@@ -3,6 +3,7 @@
 
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
+#include "core/progress_dialog.h"
 #include "sites/store/accounts.h"
 #include "sites/store/settings.h"
 #include "support/program.h"
@@ -74,6 +75,55 @@ void MainDialogCore::CmDownload() {
   remotePane.CmRefresh();
 }
 
+namespace {
+
+/// What the dialog of a synchronise run is given.
+struct SyncFilesData {
+  LVector<LStringLongTemplate<char>>* files;  ///< Filled by the run.
+  LExplorerFolderControl* local;
+  LFtpList* remote;
+};
+
+LProcessResult Process(LProcessInterface& process, SyncFilesData& data) {
+  process.SetStatus("ローカルファイルを収集中", 0);
+  process.SetProgressIndeterminateOn();
+  data.local->GetFiles(*data.files);
+  process.SetProgressIndeterminateOff();
+  process.SetStatus("同期中", 0);
+  data.remote->CmSynchronize(process, data.local->Folder(), *data.files);
+  return LProcessResultOk;
+}
+
+/// The same for a comparison.
+struct CompareFilesData {
+  LStringListTemplate<char>* names;  ///< Local ones that differ.
+  LExplorerFolderControl* local;
+  LFtpList* remote;
+};
+
+LProcessResult Process(LProcessInterface& process, CompareFilesData& data) {
+  data.remote->CmDirectoryCompare(process, data.local->Folder(), *data.names, true);
+  return LProcessResultOk;
+}
+
+}  // namespace
+
+void MainDialogCore::CmSynchronize() {
+  if (!CheckConnection()) return;
+  LVector<LStringLongTemplate<char>> files;
+  SyncFilesData job = {&files, &localPane, &remotePane};
+  (void)ProcessRunAsDialog(pView, "同期中", job);
+  localPane.CmRefresh();
+}
+
+void MainDialogCore::CmDirectoryComparison() {
+  localPane.CmClearSelection();
+  LStringListTemplate<char> names;
+  CompareFilesData job = {&names, &localPane, &remotePane};
+  if (ProcessRunAsDialog(pView, "ディレクトリを比較中", job) != LProcessResultOk) return;
+  for (size_t i = 0; i < names.count; ++i) localPane.CmSetSelection(names.strings[i]);
+}
+
 void MainDialog::CmUploadGuarded() {
   TimerReset(kTimerWatch);
   TimerSet(kTimerWatch, kDuringUploadMs);
@@ -101,6 +151,14 @@ void MainDialog::CmDownload() {
     MainDialogCore::CmDownload();
     TimerSet(kTimerWatch, kAfterDownloadMs);
   }
+  SetPowerDownAllow();
+}
+
+void MainDialog::CmSynchronize() {
+  SetPowerDownDeny();
+  TimerReset(kTimerWatch);
+  MainDialogCore::CmSynchronize();
+  TimerSet(kTimerWatch, kAfterDownloadMs);
   SetPowerDownAllow();
 }
 

@@ -1,9 +1,9 @@
 // The job of a download: collecting, fetching one file after the other, the wait for a late cancel, and taking back
 // what a cancelled run has brought.
-#include "client/read_permissions.h"
 #include "client/remote_pane.h"
 #include "client/standby.h"
 #include "client/transfer_lists.h"
+#include "ftp/permissions.h"
 #include "ftp/queries.h"
 #include "ftp/transfer.h"
 #include "platform/file_io.h"
@@ -18,7 +18,7 @@ constexpr int kLateCancelSlices = 10;
 
 class DownloadRun {
  public:
-  DownloadRun(LProcessInterface& process, FtpDownloadFileList& list) : process(process), list(list) {}
+  DownloadRun(LProcessInterface& interface, FtpDownloadFileList& job) : process(interface), list(job) {}
   ~DownloadRun() { LFtpList::pCurrentInterface = nullptr; }
   DownloadRun(const DownloadRun&) = delete;
   DownloadRun& operator=(const DownloadRun&) = delete;

@@ -32,13 +32,14 @@ int64_t LocalTime(const char* path) {
 /// One run. Each step is false when it ends the run, which then drops its lists.
 class SynchroniseRun {
  public:
-  SynchroniseRun(LProcessInterface& process, LFtpList& pane, const char* localFolder,
-                 const LVector<LStringLongTemplate<char>>& files)
-      : process(process), pane(pane), szLocalFolder(localFolder), files(files) {
-    downloads.owner = uploads.owner = &pane;
-    downloads.protocol = uploads.protocol = &pane.Ftp;
-    downloads.localFolder = uploads.localFolder = localFolder;
-    uploads.source = &files;
+  SynchroniseRun(LProcessInterface& interface, LFtpList& owner, const char* localFolder,
+                 const LVector<LStringLongTemplate<char>>& localFiles)
+      : process(interface), pane(owner), szLocalFolder(localFolder), files(localFiles) {
+    downloads.owner = uploads.owner = &owner;
+    downloads.protocol = uploads.protocol = &owner.Ftp;
+    downloads.localFolder = localFolder;
+    uploads.localFolder = localFolder;
+    uploads.source = &localFiles;
   }
 
   bool CompareRemoteEntries();

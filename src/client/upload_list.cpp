@@ -14,7 +14,7 @@ constexpr int kReconnects = 2;  ///< Of one file.
 
 class UploadRun {
  public:
-  UploadRun(LProcessInterface& process, FtpUploadFileList& list) : process(process), list(list) {}
+  UploadRun(LProcessInterface& interface, FtpUploadFileList& job) : process(interface), list(job) {}
   ~UploadRun() { LFtpList::pCurrentInterface = nullptr; }
   UploadRun(const UploadRun&) = delete;
   UploadRun& operator=(const UploadRun&) = delete;
