@@ -90,7 +90,10 @@ void LFtpList::CmDirectoryCompare(LProcessInterface& process, const char* localF
     }
     if (process.IsToStop()) return;
     // Gathered, because the walk through the folders fills the pane anew.
-    if (remoteNewer) gathered.AddHead(new LFtpRemoteIndex{nullptr, pWindow->LVFindString(nListId, name)});
+    const int row = pWindow->LVFindString(nListId, name);
+    if (remoteNewer) gathered.AddHead(new LFtpRemoteIndex{nullptr, row});
+    // The way up from a folder selects its row.
+    if (!remoteNewer) pWindow->LVSetSel(nListId, row, false);
     if (localNewer) localNames.Add(name);
     seen.Add(name);
     item = difference == Difference::kFolderOnBothSides ? ItemAt(place) : item->next;

@@ -46,7 +46,11 @@ bool LFtpList::_CmDownloadItemListInterfaced(FtpDownloadFileList& list, const ch
   }
   char remoteDir[kTextSize];
   RemotePathOfLocal(remoteDir, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
-  if (_IsDirectoryFTP(process, name, remoteDir)) return _CmDownloadFolderInterfaced(list, localDir, name, process);
+  // A listing that shows where a link leads calls it a folder under this whole text, which nothing can enter.
+  const bool isLink = strstr(name, " -> ") != nullptr;
+  if (_IsDirectoryFTP(process, name, remoteDir) && !isLink) {
+    return _CmDownloadFolderInterfaced(list, localDir, name, process);
+  }
   if (strstr(name, "->")) return _CmDownloadSymbolicLinkInterfaced(list, localDir, name, process);
   return _CmAppendDownloadFile(list, localDir, name);
 }

@@ -89,6 +89,8 @@ LProcessResult DownloadRun::FetchInTries(ChildInterface& child, DownloadFile& fi
     if (FTPTestUserHasReadPermissions(child, *file.protocol, file.remote)) {
       result = ProcessFtpDownload(child, *file.protocol, file.remote, file.local, &file.error);
     }
+    // After a stop the server's closing words decide the transfer's own result.
+    if (child.IsToStop()) result = LProcessResultStopped;
     if (result == LProcessResultStopped && LFtpList::bPowerSuspendStandBy) {
       result = ProcessStandBy(process, *file.protocol);
       bLogonFailed = result != LProcessResultOk;

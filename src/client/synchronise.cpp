@@ -49,6 +49,7 @@ class SynchroniseRun {
 
  private:
   bool CompareEntry(const char* name);
+  bool CollectUpload(const char* path);
 
   LProcessInterface& process;
   LFtpList& pane;
@@ -70,7 +71,15 @@ bool SynchroniseRun::CompareEntry(const char* name) {
   (void)ProcessFtpGetFileModifiedTime(process, pane.Ftp, name, remoteTime);
   if (remoteTime > localTime) return pane._CmDownloadItemListInterfaced(downloads, szLocalFolder, name, process);
   if (remoteTime == localTime) return true;
-  return pane._CmUploadItemList(process, uploads, szLocalFolder, local) == LProcessResultOk;
+  return CollectUpload(local);
+}
+
+/// The walk through a folder ends in it: the names that follow are looked for in the directory of the run.
+bool SynchroniseRun::CollectUpload(const char* path) {
+  const bool collected = pane._CmUploadItemList(process, uploads, szLocalFolder, path) == LProcessResultOk;
+  struct stat status;
+  if (stat(path, &status) == 0 && S_ISDIR(status.st_mode)) pane._SetCurrentDirectoryFTP(pane.szBaseRemoteDirectory);
+  return collected;
 }
 
 bool SynchroniseRun::CompareRemoteEntries() {
@@ -122,7 +131,7 @@ bool SynchroniseRun::CollectMissingOnServer() {
     char name[kTextSize];
     LFile::_GetFileFromPath(name, path.Text());
     if (pane.Ftp.ContainDirectory(name)) continue;
-    if (pane._CmUploadItemList(process, uploads, szLocalFolder, path.Text()) != LProcessResultOk) break;
+    if (!CollectUpload(path.Text())) break;
   }
   process.SetProgressIndeterminateOff();
   return !process.IsToStop();

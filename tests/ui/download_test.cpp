@@ -122,16 +122,6 @@ TEST_F(Download, OneAnswerMayHoldForAll) {
   for (const char* name : {"a.txt", "b.txt", "c.txt"}) EXPECT_EQ(ContentOf(Local(name)), "new");
 }
 
-TEST_F(Download, FoldersAreNamedAndLeft) {
-  MakeRemote("資料/x.txt", "x");
-  MakeRemote("a.txt", "a");
-  StartConnected();
-  TransferTest::Download({"資料", "a.txt"});
-  EXPECT_EQ(ContentOf(Local("a.txt")), "a");
-  EXPECT_FALSE(Exists(Local("資料")));
-  EXPECT_THAT(Messages(), Contains(HasSubstr("スキップします：資料")));
-}
-
 TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {
   MakeRemote("cut.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("b.txt", "b");

@@ -39,16 +39,6 @@ TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   EXPECT_EQ(ContentOf(Remote("empty.txt")), "new");
 }
 
-TEST_F(Upload, FoldersAreNamedAndLeft) {
-  MakeLocal("資料/x.txt", "x");
-  MakeLocal("a.txt", "a");
-  StartConnected();
-  TransferTest::Upload({"資料", "a.txt"});
-  EXPECT_EQ(ContentOf(Remote("a.txt")), "a");
-  EXPECT_FALSE(Exists(Remote("資料")));
-  EXPECT_THAT(Messages(), Contains(HasSubstr("スキップします：資料")));
-}
-
 TEST_F(Upload, CancelEndsAFlowingTransferAtOnce) {
   MakeLocal("huge.bin", "x");
   std::filesystem::resize_file(Local("huge.bin"), 20ull << 30);  // Sparse.
