@@ -67,7 +67,13 @@ class WindowEvents {
 
 // Windows
 
-enum class WindowKind { kMain, kDialog, kProgress };
+enum class WindowKind {
+  kMain,
+  kDialog,     ///< Of a fixed size.
+  kResizable,  ///< A dialog that the user may resize.
+  kProgress,
+  kPage,  ///< Stands behind the tabs of its parent; no window of its own on the screen.
+};
 
 /// A hidden window. `parent` may be null; a child window stays above it. The caller owns it.
 Window* WindowCreate(WindowEvents& events, WindowKind kind, Window* parent);
@@ -122,11 +128,13 @@ enum class ControlKind {
   kGroup,
   kLine,
   kLog,
+  kTabs,
   kToolBar,
   kDivider,
 };
 
-/// Makes a control and shows it. `text` is its label, or its accessible name where it shows none; it may be null.
+/// Makes a control and shows it. Radio buttons exclude each other up to the next group that is made. `text` is its
+/// label, or its accessible name where it shows none; it may be null.
 void ControlCreate(Window* window, int id, ControlKind kind, const char* text, const Rect& place);
 bool ControlExists(const Window* window, int id);
 void ControlMove(Window* window, int id, const Rect& place);
@@ -177,6 +185,17 @@ int ComboFind(const Window* window, int id, const char* text);
 void ComboGetRow(const Window* window, int id, int row, char (&text)[kFixedText]);
 void ComboSelect(Window* window, int id, int row);
 int ComboSelected(const Window* window, int id);
+
+// Tabs; pages from 0, -1 for none
+
+/// Puts `page`, a window of kind kPage made with `window` as its parent, behind the tabs as the last one. Its owner
+/// keeps it, and gives it back before `window`.
+void TabsAddPage(Window* window, int id, Window* page, const char* title);
+int TabsSelected(const Window* window, int id);
+/// The change arrives as kSelectionChange, like the user's.
+void TabsSelect(Window* window, int id, int page);
+/// What the tabs and their frame take beside the page.
+void TabsFrameSize(const Window* window, int id, int& width, int& height);
 
 // Lists; rows from 0, -1 for none
 
@@ -279,6 +298,8 @@ bool AlertIsOpen();
 /// Closes what stands above all windows, a context menu or the top alert, as its own cancel would. False if there is
 /// neither.
 bool AlertDismiss();
+/// The machine's panel for choosing a folder, modal. `path` is where it starts, and the choice. False when cancelled.
+bool FolderChoose(Window* parent, const char* title, char (&path)[kFixedText]);
 
 // Icons and the pointer
 

@@ -12,6 +12,8 @@
 #include "support/strings.h"
 #include "support/text.h"
 
+class LMacWindow;
+
 class LFile {
  public:
   class FolderIterator;
@@ -70,6 +72,12 @@ class LFile {
   static bool CopyFile(const char* from, const char* to);
   /// Mode 0777 for the entry and everything below it. What links lead to is left alone.
   static bool SetFolderSecurityAllAccess(const char* path);
+
+  // Panels of the machine, modal on `parent`. Main thread.
+
+  /// Asks for a folder, starting at `path`; the choice comes back in it. False, with `path` unchanged, when cancelled
+  /// or when the chosen path is longer than a text.
+  static bool BrowseFolder(LMacWindow* parent, const char* title, char (&path)[kTextSize]);
 
   // Special folders, each without a trailing separator.
 

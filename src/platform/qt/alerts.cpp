@@ -2,6 +2,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -41,9 +42,15 @@ int AlertRun(Window* parent, Alert& alert) {
     check->setChecked(alert.checked);
     box.setCheckBox(check);
   }
+  // Where no window manager does it, the keyboard goes back to the parent by this; a user who works in another program
+  // by then is left in peace.
+  bool isOurs = false;
+  QObject::connect(&box, &QDialog::finished,
+                   [&isOurs] { isOurs = QGuiApplication::applicationState() == Qt::ApplicationActive; });
   gOpenAlerts.append(&box);
   box.exec();
   gOpenAlerts.removeOne(&box);
+  if (isOurs && parent) parent->window()->activateWindow();
   if (check) alert.checked = check->isChecked();
   for (int i = 0; i < 3; ++i) {
     if (buttons[i] && box.clickedButton() == buttons[i]) return i + 1;
@@ -57,6 +64,14 @@ bool AlertDismiss() {
   if (QWidget* menu = QApplication::activePopupWidget()) return menu->close();
   if (gOpenAlerts.isEmpty()) return false;
   gOpenAlerts.last()->reject();
+  return true;
+}
+
+bool FolderChoose(Window* parent, const char* title, char (&path)[kFixedText]) {
+  const QString chosen = QFileDialog::getExistingDirectory(parent, QString::fromUtf8(title), QFile::decodeName(path));
+  const QByteArray bytes = QFile::encodeName(chosen);
+  if (chosen.isEmpty() || bytes.size() >= static_cast<qsizetype>(kFixedText)) return false;
+  CopyToFixed(bytes, path);
   return true;
 }
 

@@ -27,7 +27,7 @@ class RoomyStyle : public QProxyStyle {
  public:
   using QProxyStyle::QProxyStyle;
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-    if (metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin) return 6;
+    if (metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin || metric == PM_ToolTipLabelFrameWidth) return 6;
     return QProxyStyle::pixelMetric(metric, option, widget);
   }
   /// The affirmative button at the right in alerts too, as in the program's own dialogs.

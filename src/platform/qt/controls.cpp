@@ -1,5 +1,6 @@
 // Making controls, and the operations on any control of platform/window_system.h.
 #include <QAbstractButton>
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFrame>
@@ -10,12 +11,15 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabWidget>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QToolTip>
 
 #include "platform/qt/combo_control.h"
 #include "platform/qt/divider.h"
 #include "platform/qt/icons.h"
+#include "platform/qt/input_control.h"
 #include "platform/qt/list_control.h"
 #include "platform/qt/log_control.h"
 #include "platform/qt/native_window.h"
@@ -54,6 +58,9 @@ QWidget* NewButton(Window* window, int id, ControlKind kind, const QString& text
     auto* push = new QPushButton(window->client);
     push->setAutoDefault(false);
     push->setDefault(kind == ControlKind::kDefaultButton);
+    // A click in a dialog leaves the focus in the field: what happens when the user leaves it is not to come between
+    // the press and the release of a button.
+    if (window->kind != WindowKind::kMain) push->setFocusPolicy(Qt::TabFocus);
     button = push;
   }
   button->setText(text);
@@ -65,12 +72,10 @@ QWidget* NewButton(Window* window, int id, ControlKind kind, const QString& text
 }
 
 QWidget* NewInput(Window* window, int id, bool isPassword) {
-  auto* input = new QLineEdit(window->client);
+  auto* input = new InputControl(window, id);
   if (isPassword) input->setEchoMode(QLineEdit::Password);
   QObject::connect(input, &QLineEdit::textEdited, window,
                    [window, id] { window->SendBound(id, ControlEvent::kTextEdited); });
-  QObject::connect(input, &QLineEdit::editingFinished, window,
-                   [window, id] { window->SendBound(id, ControlEvent::kFocusLost); });
   return input;
 }
 
@@ -78,6 +83,27 @@ QWidget* NewCheck(Window* window, int id, QAbstractButton* button, const QString
   button->setText(text);
   QObject::connect(button, &QAbstractButton::clicked, window, [window, id] { window->Send(id); });
   return button;
+}
+
+QWidget* NewRadio(Window* window, int id, const QString& text) {
+  auto* radio = new QRadioButton(window->client);
+  if (!window->radioGroup) window->radioGroup = new QButtonGroup(window);
+  window->radioGroup->addButton(radio);
+  radio->setAccessibleDescription(window->radioTitle);  // Two groups may ask with the same words.
+  return NewCheck(window, id, radio, text);
+}
+
+QWidget* NewGroup(Window* window, const QString& title) {
+  window->radioGroup = nullptr;
+  window->radioTitle = title;
+  return new QGroupBox(title, window->client);
+}
+
+QWidget* NewTabs(Window* window, int id) {
+  auto* tabs = new QTabWidget(window->client);
+  QObject::connect(tabs, &QTabWidget::currentChanged, window,
+                   [window, id] { window->SendBound(id, ControlEvent::kSelectionChange); });
+  return tabs;
 }
 
 QWidget* NewLine(Window* window) {
@@ -108,7 +134,7 @@ QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& tex
     case ControlKind::kInput: return NewInput(window, id, false);
     case ControlKind::kPassword: return NewInput(window, id, true);
     case ControlKind::kCheckBox: return NewCheck(window, id, new QCheckBox(window->client), text);
-    case ControlKind::kRadioButton: return NewCheck(window, id, new QRadioButton(window->client), text);
+    case ControlKind::kRadioButton: return NewRadio(window, id, text);
     case ControlKind::kButton:
     case ControlKind::kDefaultButton:
     case ControlKind::kIconButton:
@@ -118,9 +144,10 @@ QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& tex
     case ControlKind::kPullDownList: return new ComboControl(window, id, false);
     case ControlKind::kList: return new ListControl(window, id);
     case ControlKind::kProgressBar: return NewProgressBar(window);
-    case ControlKind::kGroup: return new QGroupBox(text, window->client);
+    case ControlKind::kGroup: return NewGroup(window, text);
     case ControlKind::kLine: return NewLine(window);
     case ControlKind::kLog: return new LogControl(window->client);
+    case ControlKind::kTabs: return NewTabs(window, id);
     case ControlKind::kToolBar: return NewToolBar(window);
     case ControlKind::kDivider: return new Divider(window, id);
   }
@@ -253,7 +280,9 @@ void ControlSetProgress(Window* window, int id, double fraction) {
 void ControlBubbleTip(Window* window, int id, const char* text) {
   const QWidget* control = window->Control(id);
   const QWidget* at = control && control->isVisible() ? control : window;
-  QToolTip::showText(at->mapToGlobal(QPoint(8, at->height())), ShownText(text, true), window);
+  // Only rich text is broken into lines.
+  const QString lines = Qt::convertFromPlainText(ShownText(text, true), Qt::WhiteSpaceNormal);
+  QToolTip::showText(at->mapToGlobal(QPoint(8, at->height())), lines, window->window());
 }
 
 void ControlSetColors(Window* window, int id, unsigned text, unsigned background) {

@@ -153,7 +153,7 @@ ListControl::ListControl(Window* window, int id)
   setIconSize(QSize(18, 18));
   setItemDelegate(new LabelDelegate(window, id, this));
   header()->setSectionsClickable(true);
-  header()->setSortIndicatorShown(true);
+  header()->setSortIndicatorShown(false);  // Until the list has an order of its own.
   header()->setSectionsMovable(false);
   header()->setStretchLastSection(true);
   header()->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -163,6 +163,10 @@ ListControl::ListControl(Window* window, int id)
 void ListControl::ConnectEvents() {
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { owner->SendBound(controlId, ControlEvent::kSelectionChange); });
+  connect(selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& current) {
+    // Keys select a row before they make it the current one.
+    if (selectionModel()->isSelected(current)) owner->SendBound(controlId, ControlEvent::kSelectionChange);
+  });
   connect(header(), &QHeaderView::customContextMenuRequested, this,
           [this] { owner->SendBound(controlId, ControlEvent::kHeaderRightClick); });
   connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
@@ -267,8 +271,16 @@ void ListControl::focusOutEvent(QFocusEvent* event) {
 
 void ListControl::keyPressEvent(QKeyEvent* event) {
   const bool opens = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (opens && state() != EditingState && currentIndex().isValid()) {
+  const bool isBound = owner->Bound(controlId, ControlEvent::kDoubleClick) != 0;
+  if (opens && isBound && state() != EditingState && currentIndex().isValid()) {
     owner->SendBound(controlId, ControlEvent::kDoubleClick);
+    return;
+  }
+  // The view puts its mark on a row before anything is selected: the first arrow selects that one.
+  const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+  if (isArrow && event->modifiers() == Qt::NoModifier && currentIndex().isValid() && state() != EditingState &&
+      !selectionModel()->hasSelection()) {
+    selectionModel()->setCurrentIndex(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     return;
   }
   QTreeView::keyPressEvent(event);

@@ -161,6 +161,7 @@ bool ListIsColumnShown(const Window* window, int id, int column) {
 void ListSetSort(Window* window, int id, int column, bool ascending) {
   ListControl* list = window->List(id);
   if (!list) return;
+  list->header()->setSortIndicatorShown(true);
   list->sortColumn = column;
   list->sortAscending = ascending;
   list->header()->setSortIndicator(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);

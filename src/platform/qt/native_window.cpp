@@ -28,7 +28,9 @@ QList<ModalRun>& ModalRuns() {
 Qt::WindowFlags FlagsOf(WindowKind kind) {
   switch (kind) {
     case WindowKind::kMain: return Qt::Window;
+    case WindowKind::kPage: return Qt::Widget;
     case WindowKind::kDialog:
+    case WindowKind::kResizable:
       return Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::CustomizeWindowHint;
     case WindowKind::kProgress: return Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint;
   }
@@ -109,6 +111,7 @@ void Window::closeEvent(QCloseEvent* event) {
 }
 
 void Window::keyPressEvent(QKeyEvent* event) {
+  if (kind == WindowKind::kPage) return QWidget::keyPressEvent(event);  // The sheet has the buttons.
   if (kind != WindowKind::kMain && event->key() == Qt::Key_Escape) {
     // Escape on the progress dialog is its cancel button, like everywhere.
     if (auto* cancel = Control(0x6E6F7421); cancel && cancel->isEnabled()) Send(0x6E6F7421);
@@ -182,10 +185,10 @@ void WindowSetTitle(Window* window, const char* title) { window->setWindowTitle(
 void WindowSetClientSize(Window* window, int width, int height) {
   const int menuHeight = window->menuBar ? window->menuBar->sizeHint().height() : 0;
   const QSize size(width + 2 * window->Inset(), height + menuHeight);
-  if (window->kind == WindowKind::kMain) {
-    window->resize(size);
-  } else {
+  if (window->kind == WindowKind::kDialog || window->kind == WindowKind::kProgress) {
     window->setFixedSize(size);
+  } else {
+    window->resize(size);
   }
 }
 

@@ -47,9 +47,11 @@ struct Window : public QWidget {
   QToolBar* mainToolBar = nullptr;
   StatusBarWidget* statusBar = nullptr;
   QHash<int, QWidget*> controls;
-  QHash<QPair<int, int>, int> bindings;  ///< (id, event) to command.
-  QMultiHash<int, QAction*> menuItems;   ///< A command may stand in several menus.
-  QHash<int, bool> menuItemEnabled;      ///< The items' own state while the whole bar is off.
+  class QButtonGroup* radioGroup = nullptr;  ///< The one that the next radio button joins.
+  QString radioTitle;                        ///< Title of the group box above them.
+  QHash<QPair<int, int>, int> bindings;      ///< (id, event) to command.
+  QMultiHash<int, QAction*> menuItems;       ///< A command may stand in several menus.
+  QHash<int, bool> menuItemEnabled;          ///< The items' own state while the whole bar is off.
   bool menuIsOff = false;
   QSize minimumClient;       ///< Without the menu bar; empty for none.
   QPoint keyboardMenuPlace;  ///< Where the next context menu opens if a key asked for it; null for the pointer.

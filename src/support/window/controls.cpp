@@ -33,6 +33,22 @@ void LMacWindow::AddCancel(const char* text, int x, int y, int width, int height
   Add(kCommandCancel, ControlKind::kButton, text, x, y, width, height);
 }
 
+void LMacWindow::AddHelp(const char* text, int x, int y, int width, int height) {
+  Add(kCommandShowHelp, ControlKind::kButton, text, x, y, width, height);
+}
+
+void LMacWindow::AddGroup(int id, const char* text, int x, int y, int width, int height) {
+  Add(id, ControlKind::kGroup, text, x, y, width, height);
+}
+
+void LMacWindow::AddRadioButton(int id, const char* text, int x, int y, int width, int height) {
+  Add(id, ControlKind::kRadioButton, text, x, y, width, height);
+}
+
+void LMacWindow::AddPullDownList(int id, const char* name, int x, int y, int width, int height) {
+  Add(id, ControlKind::kPullDownList, name, x, y, width, height);
+}
+
 void LMacWindow::AddCheckBox(int id, const char* text, int x, int y, int width, int height) {
   Add(id, ControlKind::kCheckBox, text, x, y, width, height);
 }
@@ -158,6 +174,14 @@ void LMacWindow::CBSetCurSel(int id, int row) {
 
 void LMacWindow::CBPromptSet(int id, const char* text) { EditPromptSet(id, text); }
 
+// Pull-down lists
+
+void LMacWindow::PDLAddString(int id, const char* text) { CBInsertString(id, CBGetCount(id), text); }
+
+int LMacWindow::PDLGetCurSel(int id) const { return pNative ? platform::ComboSelected(pNative, id) : -1; }
+
+void LMacWindow::PDLSetCurSel(int id, int row) { CBSetCurSel(id, row); }
+
 // Progress bars
 
 void LMacWindow::PBSetProgress(int id, double fraction) {
@@ -183,6 +207,8 @@ void Bind(platform::Window* window, int id, ControlEvent event, int command) {
 void LMacWindow::HandleCBSelChange(int id, int command) { Bind(pNative, id, ControlEvent::kSelectionChange, command); }
 void LMacWindow::HandleCBReturn(int id, int command) { Bind(pNative, id, ControlEvent::kReturn, command); }
 void LMacWindow::HandleCBEdited(int id, int command) { Bind(pNative, id, ControlEvent::kTextEdited, command); }
+void LMacWindow::HandlePDLSelChange(int id, int command) { HandleCBSelChange(id, command); }
+void LMacWindow::HandleEditTextFocusLost(int id, int command) { Bind(pNative, id, ControlEvent::kFocusLost, command); }
 void LMacWindow::HandleLVClick(int id, int command) { Bind(pNative, id, ControlEvent::kClick, command); }
 void LMacWindow::HandleLVDoubleClick(int id, int command) { Bind(pNative, id, ControlEvent::kDoubleClick, command); }
 void LMacWindow::HandleLVRightClick(int id, int command) { Bind(pNative, id, ControlEvent::kRightClick, command); }

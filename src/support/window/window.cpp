@@ -56,6 +56,8 @@ void LMacWindow::Command(int id, intptr_t data) {
     if (CmOk()) Close(kCommandOk);
   } else if (id == kCommandCancel) {
     if (CmCancel()) Close();
+  } else if (id == kCommandShowHelp) {
+    CmHelp();
   } else {
     LWindow::Command(id, data);
   }

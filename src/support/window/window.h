@@ -13,8 +13,9 @@
 struct LVColDynamicGlobal;
 
 // The standard commands, four letters as a number.
-constexpr int kCommandOk = 0x6F6B2020;      ///< "ok  "
-constexpr int kCommandCancel = 0x6E6F7421;  ///< "not!"
+constexpr int kCommandOk = 0x6F6B2020;        ///< "ok  "
+constexpr int kCommandCancel = 0x6E6F7421;    ///< "not!"
+constexpr int kCommandShowHelp = 0x61686C70;  ///< "ahlp"
 
 /// What every window answers to. Each operation has an empty or default body.
 class LWindow {
@@ -94,7 +95,14 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void AddButton(int id, const char* text, int x, int y, int width, int height);
   void AddOk(const char* text, int x, int y, int width, int height);
   void AddCancel(const char* text, int x, int y, int width, int height);
+  void AddHelp(const char* text, int x, int y, int width, int height);
   void AddCheckBox(int id, const char* text, int x, int y, int width, int height);
+  /// A frame with a title, to be added before what stands in it. Radio buttons exclude each other up to the next one.
+  void AddGroup(int id, const char* text, int x, int y, int width, int height);
+  /// Its id arrives as a command when the user chooses it.
+  void AddRadioButton(int id, const char* text, int x, int y, int width, int height);
+  /// A list of which one row shows; nothing can be typed.
+  void AddPullDownList(int id, const char* name, int x, int y, int width, int height);
   void AddHLine(int id, int x, int y, int width);
   /// The name is for a screen reader.
   void AddIcon(int id, int resource, int size, const char* name = nullptr);
@@ -126,8 +134,15 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void SetButtonText(int id, const char* text) { SetText(id, text); }
   void SetTextLimit(int id, int characters);
   void EditPromptSet(int id, const char* text);
+  void GetEditText(int id, char (&text)[kTextSize]) const { GetText(id, text); }
+  void GetPasswordText(int id, char (&text)[kTextSize]) const { GetText(id, text); }
+  void GetPasswordTextAndTrim(int id, char (&text)[kTextSize]) const { GetTextAndTrim(id, text); }
+  void SetPasswordText(int id, const char* text) { SetText(id, text); }
   bool GetCheck(int id) const;
   void SetCheck(int id, bool check);
+  bool GetRadioCheck(int id) const { return GetCheck(id); }
+  /// The others of its group go off.
+  void SetRadioCheck(int id) { SetCheck(id, true); }
 
   // Combo boxes; rows from 0, -1 when absent
   void CBAddString(int id, const char* text);
@@ -141,6 +156,11 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void CBSetCurSel(int id, int row);
   void CBPromptSet(int id, const char* text);
 
+  // Pull-down lists; rows from 0, -1 while none is chosen
+  void PDLAddString(int id, const char* text);
+  int PDLGetCurSel(int id) const;
+  void PDLSetCurSel(int id, int row);
+
   // Progress bars
   void PBSetProgress(int id, double fraction);
   void PBSetProgressIndeterminateOn(int id);
@@ -150,6 +170,9 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void HandleCBSelChange(int id, int command);
   void HandleCBReturn(int id, int command);
   void HandleCBEdited(int id, int command);
+  void HandlePDLSelChange(int id, int command);
+  /// The user went on to another control; a box or menu that opens above the window does not count.
+  void HandleEditTextFocusLost(int id, int command);
   void HandleLVClick(int id, int command);
   void HandleLVDoubleClick(int id, int command);
   void HandleLVRightClick(int id, int command);
