@@ -33,7 +33,8 @@ bool LFtpList::AskForPassword(const char* server, const char* user, char (&passw
   char label[kTextSize];
   _LUserSettingGetString("Settings", "Current", "", label);
   LFTPAccountSettings account(label);
-  if (account.Load()) {
+  // A session without a record has no place for its password.
+  if (account.Load() && account.szServer[0]) {
     TextCopy(account.szPassword, password);
     account.Save();
   }
