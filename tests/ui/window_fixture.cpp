@@ -87,6 +87,9 @@ void WindowTest::OpenProgram() {
 }
 
 void WindowTest::StartProgram() {
+  // Without a site the program begins by asking for one.
+  const Meanwhile decline([] { return Dialog("新規サイトを追加する") != nullptr; },
+                          [] { ui::Press(Dialog("新規サイトを追加する"), kCommandCancel); });
   OpenProgram();
   // The last thing that the start does.
   EXPECT_TRUE(ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }));

@@ -1,6 +1,7 @@
 #include "ui_driver.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,9 +12,14 @@
 #include <QMessageBox>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTextDocumentFragment>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+#include <QToolTip>
 #include <QtTest/QTest>
 
 #include "platform/qt/list_control.h"
@@ -46,7 +52,9 @@ bool IsHeldOff(const QWidget* widget) {
 bool Press(platform::Window* window, int id) {
   QWidget* control = window->Control(id);
   if (!control || !control->isVisible() || !control->isEnabled() || IsHeldOff(control)) return false;
-  QTest::mouseClick(control, Qt::LeftButton);
+  // A box or a radio button hears clicks on its mark and its text, which stand at the left.
+  const bool isMark = qobject_cast<QCheckBox*>(control) || qobject_cast<QRadioButton*>(control);
+  QTest::mouseClick(control, Qt::LeftButton, {}, isMark ? QPoint(8, control->height() / 2) : QPoint());
   return true;
 }
 
@@ -128,6 +136,46 @@ bool TypeAndReturn(platform::Window* window, int id, const char* text) {
   return true;
 }
 
+bool Fill(platform::Window* window, int id, const std::string& text) {
+  auto* combo = window->ControlAs<QComboBox>(id);
+  QLineEdit* field = combo ? combo->lineEdit() : window->ControlAs<QLineEdit>(id);
+  if (!field || !field->isVisible() || !field->isEnabled()) return false;
+  QTest::mouseClick(field, Qt::LeftButton);
+  field->selectAll();
+  field->insert(QString::fromStdString(text));
+  return true;
+}
+
+bool ChooseRow(platform::Window* window, int id, int row) {
+  auto* combo = window->ControlAs<QComboBox>(id);
+  if (!combo || !combo->isVisible() || !combo->isEnabled()) return false;
+  combo->setFocus();
+  combo->showPopup();
+  combo->view()->setCurrentIndex(combo->model()->index(row, 0));
+  QTest::keyClick(combo->view(), Qt::Key_Return);
+  return true;
+}
+
+namespace {
+
+QTabWidget* TabsOf(const platform::Window* sheet) {
+  return sheet ? sheet->client->findChild<QTabWidget*>(QString(), Qt::FindDirectChildrenOnly) : nullptr;
+}
+
+}  // namespace
+
+platform::Window* Page(platform::Window* sheet, int page) {
+  const QTabWidget* tabs = TabsOf(sheet);
+  return tabs ? dynamic_cast<platform::Window*>(tabs->widget(page)) : nullptr;
+}
+
+bool PressTab(platform::Window* sheet, int page) {
+  const QTabWidget* tabs = TabsOf(sheet);
+  if (!tabs || page >= tabs->count()) return false;
+  QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(page).center());
+  return tabs->currentIndex() == page;
+}
+
 void Key(platform::Window* window, int key, int modifiers) {
   QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window;
   QTest::keyClick(target, static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifier>(modifiers));
@@ -205,6 +253,11 @@ std::string Text(platform::Window* window, int id) {
   char text[platform::kFixedText];
   platform::ControlGetText(window, id, text);
   return text;
+}
+
+std::string BubbleTip() {
+  if (!QToolTip::isVisible()) return {};
+  return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText().toStdString();
 }
 
 std::string LogText(platform::Window* window, int id) {

@@ -27,6 +27,13 @@ bool SelectRows(platform::Window* window, int list, std::initializer_list<const 
 bool DoubleClickRow(platform::Window* window, int list, const char* name);
 /// Replaces a field's text by typing, and presses Return.
 bool TypeAndReturn(platform::Window* window, int id, const char* text);
+/// Replaces a field's text as pasting does. False if the field is hidden or off.
+bool Fill(platform::Window* window, int id, const std::string& text);
+/// Chooses a row of a pull-down list from its opened list.
+bool ChooseRow(platform::Window* window, int id, int row);
+/// The page of a sheet, from 0, which is a window of its own; and a click on its tab.
+platform::Window* Page(platform::Window* sheet, int page);
+bool PressTab(platform::Window* sheet, int page);
 void Key(platform::Window* window, int key, int modifiers = 0);
 /// Replaces the text of the field that is open in a row of the list, and presses Return, or Escape with a null text.
 /// False if none is open.
@@ -37,6 +44,8 @@ bool ChooseFromMenuBar(platform::Window* window, std::initializer_list<const cha
 void ChooseFromNextMenu(const char* text);
 
 std::string Text(platform::Window* window, int id);
+/// The text of the tip at a control; empty while none is shown.
+std::string BubbleTip();
 std::string LogText(platform::Window* window, int id);
 /// The cells of one column, top to bottom.
 std::vector<std::string> Column(platform::Window* window, int list, int column);
