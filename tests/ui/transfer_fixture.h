@@ -3,10 +3,14 @@
 
 #include <QElapsedTimer>
 
+#include "client/transfer_lists.h"
 #include "ui/window_fixture.h"
 
 class TransferTest : public WindowTest {
  protected:
+  TransferTest() { gTransferWaits = {5, 5}; }
+  ~TransferTest() override { gTransferWaits = {}; }
+
   static constexpr int kActionLine = 101;
   static constexpr int kItemLine = 102;
   static constexpr int kBar = 104;

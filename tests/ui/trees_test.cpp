@@ -4,7 +4,6 @@
 #include <map>
 #include <sys/stat.h>
 
-#include "client/transfer_lists.h"
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -35,11 +34,7 @@ std::map<std::string, std::string> TreeOf(const std::string& folder) {
 
 class Trees : public TransferTest {
  protected:
-  Trees() { gTransferWaits = {5, 5}; }
-  ~Trees() override {
-    gTransferWaits = {};
-    LFtpList::bPowerSuspendStandBy = false;
-  }
+  ~Trees() override { LFtpList::bPowerSuspendStandBy = false; }
 
   /// Three levels with odd names, empty files and an empty folder, under `folder`.
   void MakeTree(const std::string& folder) {

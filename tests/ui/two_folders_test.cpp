@@ -2,7 +2,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "client/transfer_lists.h"
 #include "platform/qt/list_control.h"
 #include "ui/transfer_fixture.h"
 
@@ -19,9 +18,6 @@ constexpr const char* kQuestion = "同期します。よろしいですか？";
 
 class TwoFolders : public TransferTest {
  protected:
-  TwoFolders() { gTransferWaits = {5, 5}; }
-  ~TwoFolders() override { gTransferWaits = {}; }
-
   static void SetTime(const std::string& path, time_t time) {
     const timespec times[2] = {{time, 0}, {time, 0}};
     EXPECT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
