@@ -1,8 +1,9 @@
 // How alive the real window is while a file comes down: the longest time between two pumps of the window system, and
 // how long a cancel takes.
 //
-// Usage: window_bench HOST:PORT USER PASSWORD FOLDER FILE, with XDG folders of its own. Downloads FILE through the main
-// window's button, then again with the Cancel button pressed as soon as 64 MiB are there.
+// Usage: window_bench HOST:PORT USER PASSWORD FOLDER FILE, with XDG folders of its own, in which orvaneftp-demo-profile
+// has put a site. Downloads FILE through the main window's button, then again with the Cancel button pressed as soon as
+// 64 MiB are there.
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <QFile>
@@ -15,6 +16,7 @@
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
 #include "app/startup.h"
+#include "client/transfer_lists.h"
 #include "platform/event_loop.h"
 #include "platform/qt/native_window.h"
 #include "ui_driver.h"
@@ -49,6 +51,7 @@ void MeasurePumps(MainDialog& dialog) {
   QElapsedTimer clock;
   clock.start();
   PumpClock pumps;
+  gTransferWaits.lateCancelSliceMs = 0;
   ui::Press(dialog.Native(), kDownloadButton);
   printf("whole file: %.2f s, %ld pumps, longest time between two pumps %.1f ms\n", Seconds(clock), pumps.pumps,
          pumps.longestMs);
@@ -80,13 +83,14 @@ void Run(MainDialog& dialog, char** argv) {
     return;
   }
   dialog.InitStatus();
-  const ui::Alerts alerts;
+  ui::Alerts alerts;
   if (!ui::SelectRows(dialog.Native(), kRemoteList, {argv[5]})) {
     printf("no such file: %s among %zu rows\n", argv[5], ui::Column(dialog.Native(), kRemoteList, 0).size());
     return;
   }
   MeasurePumps(dialog);
   ui::SelectRows(dialog.Native(), kRemoteList, {argv[5]});
+  alerts.Expect("ローカルファイルまたはフォルダを削除しますか？", "削除しない");
   MeasureCancel(dialog, argv[5]);
   printf("%s", alerts.Complaints().c_str());
 }
