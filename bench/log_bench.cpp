@@ -71,8 +71,16 @@ int main(int argc, char** argv) {
   if (!delegate.WillFinishLaunching()) return 1;
   delegate.DidFinishLaunching();
   int failures = 0;
+  // A first start asks for a site; it is told that there is none.
+  platform::Timer* cancel = nullptr;
+  cancel = platform::TimerCreate([&cancel] {
+    platform::TimerArm(cancel, kStartMs / 10);
+    if (platform::Window* sheet = ui::ModalWindow()) ui::Press(sheet, kCommandCancel);
+  });
+  platform::TimerArm(cancel, kStartMs / 10);
   platform::EventLoopPost([&] {
     ui::Pump(kStartMs);
+    platform::TimerDestroy(cancel);
     if (!Measure("in one go", *delegate.Dialog(), lines, false)) ++failures;
     if (!Measure("pumped", *delegate.Dialog(), lines, true)) ++failures;
     delegate.Dialog()->CmExit();
