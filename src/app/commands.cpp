@@ -143,7 +143,7 @@ bool MainDialog::RouteRest(int id) {
     case kCommandReturnKey:
     case kCommandDeleteKey:
     case kCommandRenameKey: return true;
-    case kCommandShowHistory: platform::DesktopShowFolder(gLLog.Folder()); return true;
+    case kCommandShowHistory: LLogViewLogs(*this); return true;
     case kCommandDeleteInFocus: bLocalListFocused ? CmLocalDelete() : CmRemoteDelete(); return true;
     case kCommandSuspend:
     case kCommandResume: EvPower(id == kCommandSuspend); return true;
