@@ -1,4 +1,4 @@
-// The formatting routine: pieces with any specification give what the rules say, told in another way, and
+// The formatting routine: directives of any shape give what the rules say, told in another way, and
 // every writer gives the same text.
 #include <cstdio>
 
@@ -8,26 +8,26 @@
 
 namespace {
 
-/// A specification of any length, from the bytes that may stand in one.
-std::string ReadSpecification(FuzzInput& input) {
+/// Flags, width and precision of any length, from the bytes that may stand in one.
+std::string ReadFlags(FuzzInput& input) {
   static const char bytes[] = "0123456789.Llz";
-  std::string specification;
+  std::string flags;
   const size_t length = input.Byte() % 8 == 7 ? 250 + input.Byte() % 20 : input.Byte() % 5;
   const uint8_t start = input.Byte();
   for (size_t i = 0; i < length; ++i) {
     // A long one repeats a few bytes: what matters there is its length.
     const size_t at = length < 8 ? input.Byte() : start + i % 3;
-    specification += bytes[at % (sizeof bytes - 1)];
+    flags += bytes[at % (sizeof bytes - 1)];
   }
-  return specification;
+  return flags;
 }
 
 /// A number by the C library, with the length letters told apart from the rest.
-std::string Number(std::string specification, char conversion, uint64_t word) {
-  specification = specification.substr(0, 257);
-  const bool isLong = specification.find_first_of("Llz") != std::string::npos;
-  std::erase_if(specification, [](char c) { return strchr("Llz", c) != nullptr; });
-  const std::string format = "%" + specification + (isLong ? "ll" : "") + conversion;
+std::string Number(std::string flags, char conversion, uint64_t word) {
+  flags = flags.substr(0, 257);
+  const bool isLong = flags.find_first_of("Llz") != std::string::npos;
+  std::erase_if(flags, [](char c) { return strchr("Llz", c) != nullptr; });
+  const std::string format = "%" + flags + (isLong ? "ll" : "") + conversion;
   char out[kTextSize] = {};
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -46,8 +46,8 @@ std::string FormatPiece(FuzzInput& input, LStringLongTemplate<char>& out) {
     out.tsprintfappend(plain.c_str());
     return plain;
   }
-  const std::string specification = ReadSpecification(input);
-  const std::string directive = "%" + specification;
+  const std::string flags = ReadFlags(input);
+  const std::string directive = "%" + flags;
   if (kind % 5 == 1) {
     const std::string text = input.Text();
     out.tsprintfappend((directive + "s").c_str(), text.c_str());
@@ -57,7 +57,7 @@ std::string FormatPiece(FuzzInput& input, LStringLongTemplate<char>& out) {
   if (kind % 5 == 2) {
     const char conversion = "diouxX"[kind % 6];
     out.tsprintfappend((directive + conversion).c_str(), word);
-    return Number(specification, conversion, word);
+    return Number(flags, conversion, word);
   }
   if (kind % 5 == 3) {
     out.tsprintfappend((directive + "%").c_str());

@@ -1,6 +1,5 @@
 // Comparing: what is newer or missing on one side gets selected there, and nothing is moved. Folders on both sides are
 // walked with the pane itself, so the user sees where the comparison is.
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "client/remote_pane.h"
@@ -14,11 +13,6 @@ struct LFtpRemoteIndex {
   LFtpRemoteIndex* next;
   int row;
 };
-
-int64_t LocalTime(const char* path) {
-  struct stat status;
-  return stat(path, &status) == 0 ? status.st_mtime : 0;
-}
 
 bool IsSeen(LProcessInterface& process, const LStringListTemplate<char>& seen, const char* name, bool& isStopped) {
   for (size_t i = 0; i < seen.count; ++i) {
@@ -57,7 +51,7 @@ LFtpList::Difference LFtpList::CompareItem(LProcessInterface& process, const LFt
   }
   char name[kTextSize];  // The question pumps: the item may be gone behind it.
   TextCopy(name, item.name);
-  const int64_t localTime = LocalTime(local);
+  const int64_t localTime = LocalModifiedTime(local);
   int64_t remoteTime = 0;
   (void)ProcessFtpGetFileModifiedTime(process, Ftp, name, remoteTime);
   if (localTime == 0 || localTime < remoteTime) return Difference::kRemoteWins;

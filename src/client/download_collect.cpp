@@ -17,15 +17,6 @@ namespace {
 constexpr int kTries = 3;
 constexpr mode_t kNewFolderMode = 0777;
 
-/// A cut path would name something else, and a walk that follows it might never end.
-bool PathFits(const char* folder, const char* name) {
-  if (strlen(folder) + 1 + strlen(name) < kTextSize) return true;
-  LOGWARNF("パスが長すぎるためスキップします：%s", name);
-  return false;
-}
-
-bool IsDotEntry(const char* name) { return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0; }
-
 }  // namespace
 
 bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir) {
@@ -74,7 +65,7 @@ bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, cons
 bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
                                            LProcessInterface& process) {
   if (process.IsToStop()) return false;
-  if (!PathFits(localDir, name)) return true;
+  if (!TransferPathFits(localDir, name)) return true;
   char path[kTextSize];
   LFile::_MakeFilePath(path, localDir, name, "");
   struct stat status;
@@ -84,7 +75,7 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
   char level[kTextSize];
   char sub[kTextSize];
   if (!_GetCurrentDirectoryFTP(level)) return false;
-  if (!PathFits(level, name)) return true;
+  if (!TransferPathFits(level, name)) return true;
   RemoteJoin(sub, level, name);
   if (!_SetCurrentDirectoryFTP(sub)) {
     // Listed now would be the folder above, again and again.
@@ -99,7 +90,7 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
       continue;
     }
     for (; listing.Current(); listing.Next()) {
-      if (IsDotEntry(listing.Name())) continue;
+      if (RemoteIsDotEntry(listing.Name())) continue;
       if (!_CmDownloadItemListInterfaced(list, path, listing.Name(), process)) return false;
     }
     _SetCurrentDirectoryFTP(level);
@@ -110,7 +101,7 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
 
 bool LFtpList::_CmAppendDownloadFile(FtpDownloadFileList& list, const char* localDir, const char* name) {
   if (!pWindow) return false;
-  if (!PathFits(localDir, name)) return true;
+  if (!TransferPathFits(localDir, name)) return true;
   char local[kTextSize];
   char remote[kTextSize];
   LFile::_MakeFilePath(local, localDir, name, "");

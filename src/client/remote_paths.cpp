@@ -1,6 +1,9 @@
 #include "client/remote_paths.h"
 
+#include <sys/stat.h>
+
 #include "support/files.h"
+#include "support/log.h"
 #include "support/strings.h"
 #include "support/window/window.h"
 
@@ -52,6 +55,21 @@ void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bo
 }
 
 bool RemoteNameIsPlain(const char* name) { return strpbrk(name, "/\\") == nullptr; }
+
+bool RemoteIsDotEntry(const char* name) {
+  return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0;
+}
+
+bool TransferPathFits(const char* folder, const char* name) {
+  if (strlen(folder) + 1 + strlen(name) < kTextSize) return true;
+  LOGWARNF("パスが長すぎるためスキップします：%s", name);
+  return false;
+}
+
+int64_t LocalModifiedTime(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 ? status.st_mtime : 0;
+}
 
 namespace PaneUtils {
 

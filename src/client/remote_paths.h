@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "support/text.h"
 
@@ -26,6 +27,16 @@ void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bo
 
 /// True if `name` is a single component, so that a server cannot lead a download out of its folder.
 bool RemoteNameIsPlain(const char* name);
+
+/// `.` and `..`, also with a "/" behind them as some listings have them.
+bool RemoteIsDotEntry(const char* name);
+
+/// False, with a warning in the history, if the two do not fit into one path: cut, it would name something else, and a
+/// walk that follows it might never end.
+bool TransferPathFits(const char* folder, const char* name);
+
+/// Seconds since 1970; 0 if there is nothing at `path`.
+int64_t LocalModifiedTime(const char* path);
 
 namespace PaneUtils {
 

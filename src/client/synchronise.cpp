@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "client/remote_pane.h"
+#include "client/remote_paths.h"
 #include "client/transfer_lists.h"
 #include "ftp/dir_iterator.h"
 #include "ftp/queries.h"
@@ -21,13 +22,6 @@ class Synchronising {
   Synchronising(const Synchronising&) = delete;
   Synchronising& operator=(const Synchronising&) = delete;
 };
-
-bool IsDotEntry(const char* name) { return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0; }
-
-int64_t LocalTime(const char* path) {
-  struct stat status;
-  return stat(path, &status) == 0 ? status.st_mtime : 0;
-}
 
 /// One run. Each step is false when it ends the run, which then drops its lists.
 class SynchroniseRun {
@@ -65,7 +59,7 @@ bool SynchroniseRun::CompareEntry(const char* name) {
   if (!LFile::TestFileExists(local)) {
     return pane._CmDownloadItemListInterfaced(downloads, szLocalFolder, name, process);
   }
-  const int64_t localTime = LocalTime(local);
+  const int64_t localTime = LocalModifiedTime(local);
   int64_t remoteTime = 0;
   // A server that gives no date leaves the present time, and its file looks new.
   (void)ProcessFtpGetFileModifiedTime(process, pane.Ftp, name, remoteTime);
@@ -91,7 +85,7 @@ bool SynchroniseRun::CompareRemoteEntries() {
   (void)listing._LoadList(quiet, pane.Ftp, "*");
   for (; listing.Current(); listing.Next()) {
     if (process.IsToStop()) return false;
-    if (!IsDotEntry(listing.Name()) && !CompareEntry(listing.Name())) return false;
+    if (!RemoteIsDotEntry(listing.Name()) && !CompareEntry(listing.Name())) return false;
   }
   process.SetProgressIndeterminateOff();
   return !process.IsToStop();

@@ -21,13 +21,6 @@ bool IsFolder(const char* path) {
   return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// A cut path would name something else.
-bool PathFits(const char* folder, const char* name) {
-  if (strlen(folder) + 1 + strlen(name) < kTextSize) return true;
-  LOGWARNF("パスが長すぎるためスキップします：%s", name);
-  return false;
-}
-
 /// All names in the folder; 1 when stopped.
 LProcessResult ReadFolder(LProcessInterface& process, const char* folder, LStringListTemplate<char>& names) {
   LFile::FolderIteratorAllFiles iterator;
@@ -135,7 +128,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
   char relative[kTextSize];
   char remote[kTextSize];
   LFile::MakeRelativeFolder(relative, localRoot, folder);
-  if (!PathFits(szBaseRemoteDirectory, relative)) return LProcessResultOk;
+  if (!TransferPathFits(szBaseRemoteDirectory, relative)) return LProcessResultOk;
   LFile::_MakeFilePath(remote, szBaseRemoteDirectory, relative, "");
   UseSeparatorsOfServer(Ftp, remote);
   result = MakeRemoteFolder(process, *this, list, remote);
@@ -149,7 +142,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
   for (size_t i = 0; i < names.count; ++i) {
     if (process.IsToStop()) return LProcessResultStopped;
     _SetCurrentDirectoryFTP(current);
-    if (!PathFits(folder, names.strings[i])) continue;
+    if (!TransferPathFits(folder, names.strings[i])) continue;
     char path[kTextSize];
     LFile::_MakeFilePath(path, folder, names.strings[i], "");
     // Files go under their bare names, folders under their way from the root.

@@ -11,40 +11,40 @@ namespace {
 
 constexpr size_t kFirstCapacity = 260;
 constexpr size_t kWriterLimit = 0x20000000;  // 512 MiB: above it a writer drops bytes and never fails.
-constexpr size_t kSpecificationLimit = 257;
+constexpr size_t kDirectiveLimit = 257;
 
 /// One directive behind its percent sign: the run of flags and the conversion byte.
 struct Directive {
-  char specification[kSpecificationLimit + 1];
+  char bytes[kDirectiveLimit + 1];
   char conversion;
 };
 
-bool IsSpecificationByte(char c) { return c == '.' || (c >= '0' && c <= '9') || c == 'L' || c == 'l' || c == 'z'; }
+bool IsDirectiveByte(char c) { return c == '.' || (c >= '0' && c <= '9') || c == 'L' || c == 'l' || c == 'z'; }
 
 /// Reads the directive at `cursor`, which stands behind the percent sign; returns the cursor behind it.
 const char* ReadDirective(const char* cursor, Directive& directive) {
   size_t length = 0;
-  for (; IsSpecificationByte(*cursor); ++cursor) {
-    if (length < kSpecificationLimit) directive.specification[length++] = *cursor;
+  for (; IsDirectiveByte(*cursor); ++cursor) {
+    if (length < kDirectiveLimit) directive.bytes[length++] = *cursor;
   }
-  directive.specification[length] = 0;
+  directive.bytes[length] = 0;
   directive.conversion = *cursor;
   return *cursor ? cursor + 1 : cursor;
 }
 
 /// The flags without its length letters: the length is chosen again for the type that is passed.
-void CopyWithoutLengths(char (&out)[kSpecificationLimit + 1], const char* specification) {
+void CopyWithoutLengths(char (&out)[kDirectiveLimit + 1], const char* bytes) {
   char* end = out;
-  for (; *specification; ++specification) {
-    if (!strchr("Llz", *specification)) *end++ = *specification;
+  for (; *bytes; ++bytes) {
+    if (!strchr("Llz", *bytes)) *end++ = *bytes;
   }
   *end = 0;
 }
 
 void FormatDouble(char (&out)[kTextSize], const Directive& directive, double value) {
-  char flags[kSpecificationLimit + 1];
-  CopyWithoutLengths(flags, directive.specification);
-  char format[kSpecificationLimit + 3];
+  char flags[kDirectiveLimit + 1];
+  CopyWithoutLengths(flags, directive.bytes);
+  char format[kDirectiveLimit + 3];
   TextFormat(format, "%%%s%c", flags, directive.conversion);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -60,14 +60,14 @@ void FormatWord(char (&out)[kTextSize], const Directive& directive, uint64_t wor
   if (strchr("-+ #'I*hjqtZ", directive.conversion)) return;
   const bool isNumber = strchr("diouxXU", directive.conversion);
   bool isWord = directive.conversion != 'c';
-  char flags[kSpecificationLimit + 1];
+  char flags[kDirectiveLimit + 1];
   if (isNumber) {
-    isWord = directive.conversion == 'U' || strpbrk(directive.specification, "Llz");
-    CopyWithoutLengths(flags, directive.specification);
+    isWord = directive.conversion == 'U' || strpbrk(directive.bytes, "Llz");
+    CopyWithoutLengths(flags, directive.bytes);
   } else {
-    TextCopy(flags, directive.specification);
+    TextCopy(flags, directive.bytes);
   }
-  char format[kSpecificationLimit + 5];
+  char format[kDirectiveLimit + 5];
   TextFormat(format, "%%%s%s%c", flags, isNumber && isWord ? "ll" : "",
              directive.conversion == 'U' ? 'u' : directive.conversion);
 #pragma GCC diagnostic push

@@ -149,7 +149,7 @@ TEST(Formatting, FollowsItsOwnRules) {
   } rows[] = {
       {"plain bytes", "日本 text", 0, "日本 text"},
       {"percent sign", "100%%!", 0, "100%!"},
-      {"a percent sign forgets its specification", "%05.3l%", 0, "%"},
+      {"a percent sign forgets what stands before it", "%05.3l%", 0, "%"},
       {"int", "%d|", 0xFFFFFFFF, "-1|"},
       {"an int is the low half of the word", "%d", large, "1985229328"},
       {"width with zeros", "%05i", 42, "00042"},
@@ -199,7 +199,7 @@ TEST(Formatting, CopiesTheWholeTextWhateverWidthAndPrecisionSay) {
   EXPECT_STREQ(text.Text(), "");
 }
 
-TEST(Formatting, KeepsAnOverlongSpecificationWithinItsBuffers) {
+TEST(Formatting, KeepsAnOverlongDirectiveWithinItsBuffers) {
   LongString text;
   EXPECT_EQ(text.sprintf("%0259d", uint64_t{7}), 259u);
   EXPECT_EQ(text.sprintf("%0260d", uint64_t{7}), 259u) << "the local buffer cuts";
