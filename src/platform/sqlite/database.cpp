@@ -1,6 +1,6 @@
 #include "platform/sqlite/database.h"
 
-#include <fcntl.h>
+#include <sys/file.h>
 
 #include "platform/clock.h"
 #include "platform/file_io.h"
@@ -114,12 +114,15 @@ bool Database::EnsureOpen() {
 
 int Database::Open() {
   path = StoreFilePath();
-  if (!StoreFilePrepare(path) || !StoreFileIdentify(path, identity)) return SQLITE_CANTOPEN;
+  // Locked while it is checked: another process that keeps a damaged file aside waits until nobody is looking at
+  // it, so that no connection reads one file and plays back the journal of the other.
+  counterFile = StoreFileOpenInPlace(path, identity);
+  if (counterFile < 0) return SQLITE_CANTOPEN;
   ++opening;
-  counterFile = FileOpen(path.c_str(), O_RDONLY, 0);
   // A file without write permission is opened for reading alone.
   int result = sqlite3_open_v2(path.c_str(), &pHandle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   if (result == SQLITE_OK) result = SetUp();
+  FileLock(counterFile, LOCK_UN);
   return result;
 }
 

@@ -65,16 +65,8 @@ void MoveJournal(const std::string& from, const std::string& to) {
   }
 }
 
-}  // namespace
-
-std::string StoreFilePath() {
-  char folder[kFixedText];
-  if (!FolderPath(Folder::kConfig, folder)) return {};
-  return std::string(folder) + "/orvaneftp/preferences.sqlite";
-}
-
-bool StoreFilePrepare(const std::string& path) {
-  if (path.empty()) return false;
+/// False if there is no file afterwards; another process may move it away again at any time.
+bool Prepare(const std::string& path) {
   const std::string folder = path.substr(0, path.rfind('/'));
   if (!MakeFolders(folder)) return false;
   TakeRightsFromOthers(folder);
@@ -87,6 +79,31 @@ bool StoreFilePrepare(const std::string& path) {
   if (file < 0) return errno == EEXIST;
   FileClose(file);
   return true;
+}
+
+}  // namespace
+
+std::string StoreFilePath() {
+  char folder[kFixedText];
+  if (!FolderPath(Folder::kConfig, folder)) return {};
+  return std::string(folder) + "/orvaneftp/preferences.sqlite";
+}
+
+int StoreFileOpenInPlace(const std::string& path, FileIdentity& identity) {
+  if (path.empty()) return -1;
+  for (int attempt = 0; attempt < kMaximumTries && Prepare(path); ++attempt) {
+    const int file = FileOpen(path.c_str(), O_RDONLY, 0);
+    if (file < 0 && errno == ENOENT) continue;  // Kept aside since it was made sure of.
+    if (file < 0) return -1;
+    FileLock(file, LOCK_SH);  // Some disks have no locks; the file is of use all the same.
+    struct stat status;
+    if (FileStatus(file, status) == 0 && StoreFileIdentify(path, identity) &&
+        identity == FileIdentity{status.st_dev, status.st_ino}) {
+      return file;
+    }
+    FileClose(file);  // Kept aside between its opening and its lock.
+  }
+  return -1;
 }
 
 bool StoreFileMayBeWritten(const std::string& path) { return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0; }

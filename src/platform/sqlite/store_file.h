@@ -16,9 +16,10 @@ struct FileIdentity {
 
 /// Absolute path of the preference file; empty if the desktop names no folder or the path is too long.
 std::string StoreFilePath();
-/// Makes the folders (0700) and an empty file (0600) where there are none, and takes other users' rights away
-/// from what is there. False if there is no file afterwards.
-bool StoreFilePrepare(const std::string& path);
+/// Opens it for reading, under a shared lock that keeps it in its place. Makes the folders (0700) and an empty file
+/// (0600) where there are none, and takes other users' rights away from what is there. The descriptor, which the
+/// caller closes, or -1.
+int StoreFileOpenInPlace(const std::string& path, FileIdentity& identity);
 /// By its permissions and the disk's.
 bool StoreFileMayBeWritten(const std::string& path);
 /// False if nothing is there.
@@ -28,8 +29,8 @@ bool StoreFileIdentify(const std::string& path, FileIdentity& identity);
 /// database's locks away.
 bool StoreFileReadCounter(int file, uint32_t& counter);
 /// Renames the file and its journal; returns the file's new path, empty if it is still in its place. Does
-/// nothing when the path leads to another file than `damaged`: another process was quicker. No database may
-/// be open on it.
+/// nothing when the path leads to another file than `damaged`: another process was quicker. Waits until no process
+/// holds the file in its place. No database may be open on it.
 std::string StoreFileKeepAside(const std::string& path, const FileIdentity& damaged);
 
 }  // namespace platform
