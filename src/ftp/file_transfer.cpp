@@ -10,6 +10,8 @@ namespace {
 /// More replies than this are no answers to NOOPs: a server that never stops talking would hold the window
 /// for ever.
 constexpr int kMostLateReplies = 1000;
+/// The rest of a line of which the stop has left a part, the preliminary reply, the final one, and one to spare.
+constexpr int kMostRepliesToTransfer = 4;
 
 }  // namespace
 
@@ -43,7 +45,19 @@ LProcessResult FtpFileTransfer::PrepareDataConnection() {
 }
 
 LProcessResult FtpFileTransfer::ReadReply(unsigned short& code, char (&text)[kTextSize]) {
-  return ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.replyMs);
+  const LProcessResult read = ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.replyMs);
+  if (read == LProcessResultStopped) TakeRepliesOff();
+  return read;
+}
+
+/// The command is on its way: what the server says to it would be taken for the answer to the next one.
+void FtpFileTransfer::TakeRepliesOff() {
+  data.Drop();
+  for (int i = 0; i < kMostRepliesToTransfer; ++i) {
+    unsigned short code;
+    char text[kTextSize];
+    if (ReadClosingReply(gFtpTimeouts.aborReplyMs, code, text) != LProcessResultOk || code >= 200) return;
+  }
 }
 
 void FtpFileTransfer::StartNoopClock() { iNoopClock = platform::ClockMonotonicMs(); }

@@ -21,7 +21,8 @@ class FtpFileTransfer {
 
   /// Protection on a secure session, the binary type, and the connection.
   LProcessResult PrepareDataConnection();
-  /// The reply to the transfer command: 0 when the transfer may begin.
+  /// The reply to the transfer command. After a stop the data connection is closed, and what the server still says to
+  /// the command is taken off.
   LProcessResult ReadReply(unsigned short& code, char (&text)[kTextSize]);
 
   /// Starts the time to the first NOOP.
@@ -38,6 +39,7 @@ class FtpFileTransfer {
   LProcessResult ReadClosingReply(unsigned ms, unsigned short& code, char (&text)[kTextSize]);
 
   void ShowProgress();
+  void TakeRepliesOff();
 
   LProcessInterface* pProcess;
   LFileTransferProtocol* pSession;

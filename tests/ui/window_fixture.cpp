@@ -48,6 +48,8 @@ WindowTest::~WindowTest() {
   EXPECT_EQ(alerts.Complaints(), "");
   EXPECT_EQ(LMainMenu::uRefCount, 0u) << "the menu stays off";
   gFtpTimeouts = formerTimeouts;
+  if (!HasFailure()) return;
+  for (const std::string& line : history.Lines()) std::printf("  %s\n", line.c_str());
 }
 
 // The profile

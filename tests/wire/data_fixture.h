@@ -76,6 +76,36 @@ class DataTest : public WireTest {
       if (isTime()) process.StopNow();
     });
   }
+  /// A transfer that is stopped at each of the first questions after its command, while the reply arrives in pieces and
+  /// the closing one behind it, leaves the session in step.
+  void ExpectStopsInItsReply(const std::string& command, const std::function<void()>& begin,
+                             const std::function<LProcessResult()>& run) {
+    const struct {
+      const char* closing;
+      int question;
+    } rows[] = {{"426 Broken", 1}, {"426 Broken", 2}, {"426 Broken", 3}, {"226 Done", 2}, {"", 2}, {"550 No", 2}};
+    for (const auto& [closing, question] : rows) {
+      SCOPED_TRACE(std::string(closing) + " question " + std::to_string(question));
+      session.CloseSocket();
+      process.StopAt(0);
+      begin();
+      const bool isRefused = closing[0] == '5';
+      const std::string reply = (isRefused ? closing : "150 Here it comes ") + std::string(100, 'x');
+      Step& step = server.Expect(command).Raw(reply.substr(0, 70)).Delay(kOverASliceMs).Raw(reply.substr(70) + "\r\n");
+      if (closing[0] != 0 && !isRefused) step.DataClose().Reply(closing);
+      const size_t before = Commands().size();
+      int asked = 0;
+      const int wanted = question;
+      StopWhen([&] {
+        const bool isOut = Commands().size() > before && LastCommand() == command;
+        return isOut && ++asked == wanted;
+      });
+      EXPECT_EQ(run(), LProcessResultStopped);
+      process.OnQuestion(nullptr);
+      process.StopAt(0);
+      ExpectInStep();
+    }
+  }
   std::vector<std::string> Commands() const { return server.Commands(); }
   std::string LastCommand() const {
     const std::vector<std::string> commands = server.Commands();

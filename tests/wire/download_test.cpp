@@ -302,6 +302,15 @@ TEST_P(Download, StoppedInANoopKeepsWhatCame) {
   EXPECT_GT(Local().size(), kBlock);
 }
 
+TEST_P(Download, StoppedInItsReplyLeavesTheSessionInStep) {
+  gFtpTimeouts.aborReplyMs = 2 * kOverASliceMs;
+  const auto begin = [this] {
+    Begin(Session::bHasSize);
+    ExpectStart(9 * kBlock);
+  };
+  ExpectStopsInItsReply("RETR r.bin", begin, [this] { return Run(); });
+}
+
 TEST_P(Download, StoppedBeforeItBegan) {
   const struct {
     const char* after;  ///< The last command that goes out.

@@ -337,6 +337,16 @@ TEST_P(Upload, StoppedWhileDataGoIsAborted) {
   }
 }
 
+TEST_P(Upload, StoppedInItsReplyLeavesTheSessionInStep) {
+  gFtpTimeouts.aborReplyMs = 2 * kOverASliceMs;
+  WriteLocal("12345");
+  const auto begin = [this] {
+    Begin();
+    ExpectPassive("I");
+  };
+  ExpectStopsInItsReply("STOR r.bin", begin, [this] { return Run(); });
+}
+
 TEST_P(Upload, StoppedBeforeItBegan) {
   const struct {
     const char* name;
