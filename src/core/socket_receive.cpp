@@ -71,22 +71,46 @@ bool IsToStopInLine(LProcessInterface& process, const LSSLSocketTCP& socket) {
 /// The wait for each chunk has asked.
 bool IsToStopInLine(LProcessInterface&, const LIPSocketTCPRef&) { return false; }
 
+/// What a stop has left of the line goes before the rest.
+template <typename W>
+void TakeLineStart(LSSLSocketTCP& socket, W& writer) {
+  if (socket.lineStart.length == 0) return;
+  writer.Write(socket.lineStart.data, socket.lineStart.length);
+  socket.lineStart = "";
+}
+template <typename W>
+void TakeLineStart(LIPSocketTCPRef, W&) {}
+
+void KeepLineStart(LSSLSocketTCP& socket, const char* text, size_t size) {
+  LStringLongTemplateWriter<char>(socket.lineStart).Write(text, size);
+}
+void KeepLineStart(LIPSocketTCPRef, const char*, size_t) {}
+
+const char* Written(const LFixedLengthStringWriterTemplate<char>& writer) { return writer.buffer; }
+const char* Written(const LStringLongTemplateWriter<char>& writer) { return writer.string->data; }
+
 template <typename W, typename Socket>
 LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, unsigned int ms) {
   // What a failed read gives: once anything has come, the stream's last line has no end of its own.
   LProcessResult onFailure = LProcessResultFailed;
+  const size_t lineStart = writer.Length();
+  const auto stop = [&] {
+    KeepLineStart(socket, Written(writer) + lineStart, writer.Length() - lineStart);
+    return LProcessResultStopped;
+  };
+  TakeLineStart(socket, writer);
   for (int count = 1;; ++count) {
     char chunk[kLineChunk];
     size_t received = 0;
     const LProcessResult result = ProcessRecvToCharacter(process, socket, chunk, sizeof chunk, received, "\n", ms);
-    if (result == LProcessResultStopped) return result;
+    if (result == LProcessResultStopped) return stop();
     if (result != LProcessResultOk) return onFailure;
     onFailure = LProcessResultOk;
     bool isLineEnd;
     const size_t length = LengthWithoutLineEnd(chunk, received, isLineEnd);
     writer.Write(chunk, length);
     if (isLineEnd) return LProcessResultOk;
-    if (count % kOrdinaryChunks == 0 && IsToStopInLine(process, socket)) return LProcessResultStopped;
+    if (count % kOrdinaryChunks == 0 && IsToStopInLine(process, socket)) return stop();
   }
 }
 

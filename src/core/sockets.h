@@ -117,6 +117,7 @@ class LSSLSocketTCP {
   int fd = -1;                              ///< -1 when closed.
   platform::TlsStream* pContext = nullptr;  ///< Owned; null on a plain socket.
   char szPeerName[kTextSize] = {};          ///< Host part of the address this socket was connected with.
+  LStringLongTemplate<char> lineStart;      ///< Of the line that a stop has cut: the next line read begins with it.
 };
 
 // Connecting. A stopped connect closes its socket. A multi-homed address is tried in order, each with the
@@ -176,8 +177,8 @@ template <typename T>
 [[nodiscard]] LProcessResult ProcessRecvToCharacter(LProcessInterface&, LIPSocketTCPRef, void* buffer, size_t size,
                                                     size_t& received, const char* characters, unsigned int ms);
 /// One line without its end, into a writer that is not terminated here. A last line without an end, at the
-/// end of the stream, counts as a line. W: LFixedLengthStringWriterTemplate<char> (cuts) or
-/// LStringLongTemplateWriter<char> (grows).
+/// end of the stream, counts as a line. A stop in the middle of a line loses nothing of it on an LSSLSocketTCP. W:
+/// LFixedLengthStringWriterTemplate<char> (cuts) or LStringLongTemplateWriter<char> (grows).
 template <typename W>
 [[nodiscard]] LProcessResult ProcessRecvLineToWriter(LProcessInterface&, LSSLSocketTCP&, W& writer, unsigned int ms);
 template <typename W>

@@ -91,12 +91,14 @@ void LSSLSocketTCP::CloseSocketAndContext() {
   if (pContext) platform::TlsDestroy(pContext);
   pContext = nullptr;
   szPeerName[0] = 0;
+  lineStart = "";
 }
 
 void LSSLSocketTCP::SetPeerName(const char* address) { (void)SplitPortFromAddr(address, szPeerName, 0); }
 
 bool LSSLSocketTCP::InitSSL() {
   if (!IsValid() || pContext) return false;
+  lineStart = "";  // Came in clear text.
   platform::TlsStream* stream = platform::TlsCreate({this, &ReadTransport, &WriteTransport});
   if (!stream) return false;
   // A client certificate that the system keeps for itself has no counterpart here, so none is offered.

@@ -55,12 +55,21 @@ LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTr
   unsigned short received = 0;
   char ignored[kTextSize];
   const LProcessResult read =
-      ProcessFtpWaitForReplyTimeout(process, session, received, text ? *text : ignored, gFtpTimeouts.replyMs);
-  if (read == LProcessResultStopped) FtpDrainReply(session);
+      ProcessFtpTakeReply(process, session, received, text ? *text : ignored, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   if (code) *code = received;
   if (received == 500 && !session.Has(LFileTransferProtocol::bFeaturesKnown)) TakeSecondReplyTo500(session);
   return JudgeReply(received);
+}
+
+static LProcessResult JudgeReplyNoTrace(unsigned code) {
+  if (FtpReplyIsPositive(code)) return LProcessResultOk;
+  if (code == 530) {
+    FtpLogLogonRefused();
+  } else {
+    LOGERRORF("Reply Gave Unexpected Response: %u", code);
+  }
+  return LProcessResultFailed;
 }
 
 LProcessResult ProcessFtpSendAndWaitForReplyNoTrace(LProcessInterface& process, LFileTransferProtocol& session,
@@ -76,11 +85,16 @@ LProcessResult ProcessFtpSendAndWaitForReplyNoTrace(LProcessInterface& process, 
       ProcessFtpWaitForReplyTimeout(process, session, received, text ? *text : ignored, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   if (code) *code = received;
-  if (FtpReplyIsPositive(received)) return LProcessResultOk;
-  if (received == 530) {
-    FtpLogLogonRefused();
-  } else {
-    LOGERRORF("Reply Gave Unexpected Response: %u", static_cast<unsigned>(received));
-  }
-  return LProcessResultFailed;
+  return JudgeReplyNoTrace(received);
+}
+
+void ProcessFtpChooseUtf8(LProcessInterface& process, LFileTransferProtocol& session) {
+  if (!session.Has(LFileTransferProtocol::bHasUtf8)) return;
+  constexpr char kCommand[] = "OPTS UTF8 ON\r\n";
+  const unsigned sendMs = gFtpTimeouts.sendNoTraceMs + static_cast<unsigned>(strlen(kCommand));
+  if (ProcessFtpSendCommand(process, session, kCommand, sendMs) != LProcessResultOk) return;
+  unsigned short code;
+  char text[kTextSize];
+  if (ProcessFtpTakeReply(process, session, code, text, gFtpTimeouts.replyMs) != LProcessResultOk) return;
+  (void)JudgeReplyNoTrace(code);
 }

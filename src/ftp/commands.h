@@ -29,9 +29,15 @@ __attribute__((format(printf, 2, 3))) void FtpFormatCommand(char (&out)[N], cons
 [[nodiscard]] LProcessResult ProcessFtpSendCommand(LProcessInterface&, LFileTransferProtocol&, const char* command,
                                                    unsigned int ms);
 
-/// Takes the reply to a command off the connection after a stop, without a pump, so that the session stays in
-/// step.
+/// Reads the reply to a command that is out. After a stop it is still taken off the connection, without a pump, so
+/// that the session stays in step.
+[[nodiscard]] LProcessResult ProcessFtpTakeReply(LProcessInterface&, LFileTransferProtocol&, unsigned short& code,
+                                                 char (&text)[kTextSize], unsigned int ms);
+/// What ProcessFtpTakeReply does after a stop.
 void FtpDrainReply(LFileTransferProtocol&);
+
+/// Asks a server that knows it for names in UTF-8. One that refuses sends the names as it has them; the history tells.
+void ProcessFtpChooseUtf8(LProcessInterface&, LFileTransferProtocol&);
 
 /// Tells the user in the history that user name or password were refused.
 void FtpLogLogonRefused();

@@ -1,7 +1,7 @@
 // Commands whose answer comes over a data connection, and the protection of data connections.
+#include "ftp/commands.h"
 #include "ftp/data_connection.h"
 #include "ftp/line_pieces.h"
-#include "ftp/protocol.h"
 #include "ftp/timeouts.h"
 
 namespace {
@@ -49,10 +49,7 @@ LProcessResult ProcessFtpProtectData(LProcessInterface& process, LFileTransferPr
 LProcessResult ProcessFtpSendAndWaitForDataReply(LProcessInterface& process, LFileTransferProtocol& session,
                                                  const char* command, LStringListTemplate<char>& lines) {
   lines.Clear();
-  if (session.Has(LFileTransferProtocol::bHasUtf8)) {
-    // A server that refuses sends the names as it has them.
-    (void)ProcessFtpSendAndWaitForReplyNoTrace(process, session, "OPTS UTF8 ON\r\n", nullptr, nullptr);
-  }
+  ProcessFtpChooseUtf8(process, session);
   FtpDataConnection data;
   const LProcessResult opened = OpenDataConnection(process, session, data);
   if (opened != LProcessResultOk) return opened;
@@ -66,8 +63,7 @@ LProcessResult ProcessFtpSendAndWaitForDataReply(LProcessInterface& process, LFi
   if (!FtpReplyIsPreliminary(code)) return LProcessResultFailed;
 
   char text[kTextSize];
-  const LProcessResult result =
-      ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.closingReplyMs);
+  const LProcessResult result = ProcessFtpTakeReply(process, session, code, text, gFtpTimeouts.closingReplyMs);
   if (result != LProcessResultOk) return result;
   return FtpReplyIsPositive(code) ? LProcessResultOk : LProcessResultFailed;
 }

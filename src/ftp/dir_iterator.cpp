@@ -39,10 +39,7 @@ class LFileTransferProtocol::DirIterator::Reader {
 LProcessResult Session::DirIterator::Reader::Prepare() {
   const LProcessResult features = ProcessFtpCheckFeatures(*pProcess, *pSession);
   if (features == LProcessResultStopped) return features;
-  if (pSession->Has(bHasUtf8)) {
-    // A server that refuses sends the names as it has them.
-    (void)ProcessFtpSendAndWaitForReplyNoTrace(*pProcess, *pSession, "OPTS UTF8 ON\r\n", nullptr, nullptr);
-  }
+  ProcessFtpChooseUtf8(*pProcess, *pSession);
   const LProcessResult result = ProcessFtpProtectData(*pProcess, *pSession);
   if (result != LProcessResultOk) return result;
   return ProcessFtpSendAndWaitForReply(*pProcess, *pSession, "TYPE A\r\n", nullptr, nullptr);
@@ -67,8 +64,7 @@ LProcessResult Session::DirIterator::Reader::SendMlsd(unsigned short& code) {
   if (result != LProcessResultOk) return result;
   data.ContinueTlsUntilReply(*pProcess, *pSession);
   char text[kTextSize];
-  result = ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.replyMs);
-  if (result == LProcessResultStopped) FtpDrainReply(*pSession);
+  result = ProcessFtpTakeReply(*pProcess, *pSession, code, text, gFtpTimeouts.replyMs);
   if (result == LProcessResultOk && FtpReplyIsPreliminary(code)) data.FinishTls(*pProcess);
   return result;
 }
@@ -115,7 +111,7 @@ LProcessResult Session::DirIterator::Reader::List() {
   if (!FtpReplyIsPreliminary(code)) return LProcessResultOk;
   ReadLines(rule);
   char text[kTextSize];
-  return ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.closingReplyMs);
+  return ProcessFtpTakeReply(*pProcess, *pSession, code, text, gFtpTimeouts.closingReplyMs);
 }
 
 LProcessResult Session::DirIterator::Reader::Run() {

@@ -55,6 +55,13 @@ LProcessResult ProcessFtpWaitForReplyTimeout(LProcessInterface& process, LFileTr
   return ReadReply(process, session, code, text, ms, FtpReplyLimit::WholeReplyMs(ms));
 }
 
+LProcessResult ProcessFtpTakeReply(LProcessInterface& process, LFileTransferProtocol& session, unsigned short& code,
+                                   char (&text)[kTextSize], unsigned int ms) {
+  const LProcessResult read = ProcessFtpWaitForReplyTimeout(process, session, code, text, ms);
+  if (read == LProcessResultStopped) FtpDrainReply(session);
+  return read;
+}
+
 void FtpDrainReply(LFileTransferProtocol& session) {
   LProcessInterfaceVoid unstoppable;
   unsigned short code;

@@ -8,7 +8,7 @@ LProcessResult ProcessFtpPrintDirectory(LProcessInterface& process, LFileTransfe
   if (sent != LProcessResultOk) return sent;
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read = ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
+  const LProcessResult read = ProcessFtpTakeReply(process, session, code, text, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   if (code < 200 || code > 299) return LProcessResultFailed;
   FtpQuotedPath(text, path);
@@ -24,7 +24,7 @@ LProcessResult ProcessFtpCreateDirectory(LProcessInterface& process, LFileTransf
   if (sent != LProcessResultOk) return sent;
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read = ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
+  const LProcessResult read = ProcessFtpTakeReply(process, session, code, text, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   return FtpReplyIsPositive(code) || code == 521 ? LProcessResultOk : LProcessResultFailed;
 }
