@@ -56,8 +56,8 @@ LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTr
   char ignored[kTextSize];
   const LProcessResult read =
       ProcessFtpTakeReply(process, session, received, text ? *text : ignored, gFtpTimeouts.replyMs);
-  if (read != LProcessResultOk) return read;
   if (code) *code = received;
+  if (read != LProcessResultOk) return read;
   if (received == 500 && !session.Has(LFileTransferProtocol::bFeaturesKnown)) TakeSecondReplyTo500(session);
   return JudgeReply(received);
 }

@@ -30,11 +30,11 @@ __attribute__((format(printf, 2, 3))) void FtpFormatCommand(char (&out)[N], cons
                                                    unsigned int ms);
 
 /// Reads the reply to a command that is out. After a stop it is still taken off the connection, without a pump, so
-/// that the session stays in step.
+/// that the session stays in step; `code` tells whether another one will follow it.
 [[nodiscard]] LProcessResult ProcessFtpTakeReply(LProcessInterface&, LFileTransferProtocol&, unsigned short& code,
                                                  char (&text)[kTextSize], unsigned int ms);
-/// What ProcessFtpTakeReply does after a stop.
-void FtpDrainReply(LFileTransferProtocol&);
+/// What ProcessFtpTakeReply does after a stop. The code, 0 if nothing came.
+unsigned short FtpDrainReply(LFileTransferProtocol&);
 
 /// Asks a server that knows it for names in UTF-8. One that refuses sends the names as it has them; the history tells.
 void ProcessFtpChooseUtf8(LProcessInterface&, LFileTransferProtocol&);

@@ -25,6 +25,9 @@ class FtpFileTransfer {
   /// the command is taken off.
   LProcessResult ReadReply(unsigned short& code, char (&text)[kTextSize]);
 
+  /// Closes the data connection and takes off what the server has to say to that.
+  void TakeRepliesOff();
+
   /// Starts the time to the first NOOP.
   void StartNoopClock();
   bool IsNoopDue() const;
@@ -39,7 +42,6 @@ class FtpFileTransfer {
   LProcessResult ReadClosingReply(unsigned ms, unsigned short& code, char (&text)[kTextSize]);
 
   void ShowProgress();
-  void TakeRepliesOff();
 
   LProcessInterface* pProcess;
   LFileTransferProtocol* pSession;

@@ -66,7 +66,7 @@ constexpr bool FtpReplyIsPositive(unsigned code) { return code >= 200 && code <=
                                                            unsigned int ms);
 
 /// Sends and reads the reply. 0 for 2xx, 3xx, 125 and 150, otherwise 2. `code` and `text` may be null.
-/// After a stop the reply is still taken off the connection, without a pump.
+/// After a stop the reply is still taken off the connection, without a pump; `code` is then the one it had.
 [[nodiscard]] LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface&, LFileTransferProtocol&,
                                                            const char* command, unsigned short* code,
                                                            char (*text)[kTextSize]);

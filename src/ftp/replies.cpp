@@ -58,16 +58,17 @@ LProcessResult ProcessFtpWaitForReplyTimeout(LProcessInterface& process, LFileTr
 LProcessResult ProcessFtpTakeReply(LProcessInterface& process, LFileTransferProtocol& session, unsigned short& code,
                                    char (&text)[kTextSize], unsigned int ms) {
   const LProcessResult read = ProcessFtpWaitForReplyTimeout(process, session, code, text, ms);
-  if (read == LProcessResultStopped) FtpDrainReply(session);
+  if (read == LProcessResultStopped) code = FtpDrainReply(session);
   return read;
 }
 
-void FtpDrainReply(LFileTransferProtocol& session) {
+unsigned short FtpDrainReply(LFileTransferProtocol& session) {
   LProcessInterfaceVoid unstoppable;
   unsigned short code;
   char text[kTextSize];
   // The user has stopped already; whether the reply still came changes nothing.
   (void)ReadReply(unstoppable, session, code, text, gFtpTimeouts.drainReplyMs, gFtpTimeouts.drainReplyMs);
+  return code;
 }
 
 void FtpQuotedPath(const char* reply, char (&path)[kTextSize]) {

@@ -261,8 +261,12 @@ LProcessResult FileUpload::Run() {
   if (iFile == -1) return LProcessResultFailed;
   LProcessResult result = PrepareDataConnection();
   if (result == LProcessResultOk) result = Request();
-  if (result == LProcessResultOk) result = ChooseStart();
   if (result != LProcessResultOk) return result;
+  result = ChooseStart();
+  if (result != LProcessResultOk) {
+    TakeRepliesOff();  // The server has begun to receive.
+    return result;
+  }
   if (pSession->IsSecure()) data.FinishTls(*pProcess);
 
   const End end = SendData();
