@@ -116,13 +116,12 @@ int Database::Open() {
   path = StoreFilePath();
   // Locked while it is checked: another process that keeps a damaged file aside waits until nobody is looking at
   // it, so that no connection reads one file and plays back the journal of the other.
-  counterFile = StoreFileOpenInPlace(path, identity);
-  if (counterFile < 0) return SQLITE_CANTOPEN;
+  if (!StoreFileOpenInPlace(path, identity, counterFile)) return SQLITE_CANTOPEN;
   ++opening;
   // A file without write permission is opened for reading alone.
   int result = sqlite3_open_v2(path.c_str(), &pHandle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
   if (result == SQLITE_OK) result = SetUp();
-  FileLock(counterFile, LOCK_UN);
+  if (counterFile >= 0) FileLock(counterFile, LOCK_UN);
   return result;
 }
 

@@ -89,21 +89,22 @@ std::string StoreFilePath() {
   return std::string(folder) + "/orvaneftp/preferences.sqlite";
 }
 
-int StoreFileOpenInPlace(const std::string& path, FileIdentity& identity) {
-  if (path.empty()) return -1;
+bool StoreFileOpenInPlace(const std::string& path, FileIdentity& identity, int& file) {
+  if (path.empty()) return false;
   for (int attempt = 0; attempt < kMaximumTries && Prepare(path); ++attempt) {
-    const int file = FileOpen(path.c_str(), O_RDONLY, 0);
+    file = FileOpen(path.c_str(), O_RDONLY, 0);
     if (file < 0 && errno == ENOENT) continue;  // Kept aside since it was made sure of.
-    if (file < 0) return -1;
+    if (file < 0) return StoreFileIdentify(path, identity);
     FileLock(file, LOCK_SH);  // Some disks have no locks; the file is of use all the same.
     struct stat status;
     if (FileStatus(file, status) == 0 && StoreFileIdentify(path, identity) &&
         identity == FileIdentity{status.st_dev, status.st_ino}) {
-      return file;
+      return true;
     }
     FileClose(file);  // Kept aside between its opening and its lock.
   }
-  return -1;
+  file = -1;
+  return false;
 }
 
 bool StoreFileMayBeWritten(const std::string& path) { return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0; }

@@ -17,9 +17,9 @@ struct FileIdentity {
 /// Absolute path of the preference file; empty if the desktop names no folder or the path is too long.
 std::string StoreFilePath();
 /// Opens it for reading, under a shared lock that keeps it in its place. Makes the folders (0700) and an empty file
-/// (0600) where there are none, and takes other users' rights away from what is there. The descriptor, which the
-/// caller closes, or -1.
-int StoreFileOpenInPlace(const std::string& path, FileIdentity& identity);
+/// (0600) where there are none, and takes other users' rights away from what is there. False if there is no file
+/// afterwards. `file` is the caller's to close; -1 where it cannot be opened, and then nothing is held.
+bool StoreFileOpenInPlace(const std::string& path, FileIdentity& identity, int& file);
 /// By its permissions and the disk's.
 bool StoreFileMayBeWritten(const std::string& path);
 /// False if nothing is there.
