@@ -11,6 +11,7 @@
 
 #include "core/process.h"
 #include "platform/net.h"
+#include "platform/net_pipe.h"
 #include "platform/tls.h"
 #include "support/strings.h"
 
@@ -99,6 +100,8 @@ class LSSLSocketTCP {
   platform::TlsStatus HandshakeStep();
   /// Reads what there is, up to `size`. kOk exactly when `got` is above 0.
   platform::TlsStatus ReadAvailable(void* buffer, size_t size, size_t& got);
+  /// The same into an empty pipe; plain sockets only. kOk with `got` 0 where it cannot be done this way.
+  platform::TlsStatus ReadAvailableInto(platform::NetPipe& pipe, size_t size, size_t& got);
   /// `sent` bytes are done with for the caller. On TLS kWouldBlock may come with `sent` above 0: those lie in
   /// the TLS layer, and a further call, also one with 0 bytes, pushes them out.
   platform::TlsStatus WriteAvailable(const void* data, size_t size, size_t& sent);

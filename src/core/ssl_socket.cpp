@@ -69,6 +69,14 @@ TlsStatus StatusOfPlainError(int error) {
   return error == ECONNRESET || error == EPIPE ? TlsStatus::kClosedAbort : TlsStatus::kIoError;
 }
 
+/// Of a result of recv(2) and its errno.
+TlsStatus StatusOfPlainRead(ssize_t result, size_t& got) {
+  if (result < 0) return StatusOfPlainError(errno);
+  if (result == 0) return TlsStatus::kClosedGracefully;
+  got = static_cast<size_t>(result);
+  return TlsStatus::kOk;
+}
+
 }  // namespace
 
 void LIPSocketTCP::CloseSocket() {
@@ -159,11 +167,13 @@ ssize_t LSSLSocketTCP::ReadToCharacter(char* buffer, size_t size, const char* ch
 TlsStatus LSSLSocketTCP::ReadAvailable(void* buffer, size_t size, size_t& got) {
   got = 0;
   if (pContext) return platform::TlsRead(pContext, buffer, size, got);
-  const ssize_t result = platform::NetReceive(fd, buffer, size);
-  if (result < 0) return StatusOfPlainError(errno);
-  if (result == 0) return TlsStatus::kClosedGracefully;
-  got = static_cast<size_t>(result);
-  return TlsStatus::kOk;
+  return StatusOfPlainRead(platform::NetReceive(fd, buffer, size), got);
+}
+
+TlsStatus LSSLSocketTCP::ReadAvailableInto(platform::NetPipe& pipe, size_t size, size_t& got) {
+  got = 0;
+  const ssize_t result = pipe.TakeFrom(fd, size);
+  return result < 0 && errno == EINVAL ? TlsStatus::kOk : StatusOfPlainRead(result, got);
 }
 
 TlsStatus LSSLSocketTCP::WriteAvailable(const void* data, size_t size, size_t& sent) {

@@ -79,12 +79,11 @@ void FtpDataConnection::FinishTls(LProcessInterface& process) {
   }
 }
 
-LProcessResult FtpDataConnection::Receive(LProcessInterface& process, void* buffer, size_t size, size_t& received,
-                                          unsigned int ms) {
-  received = 0;
+template <typename Attempt>
+LProcessResult FtpDataConnection::ReceiveWith(LProcessInterface& process, Attempt attempt, unsigned int ms) {
   for (;;) {
     if (process.IsToStop()) return LProcessResultStopped;
-    const TlsStatus status = socket.ReadAvailable(buffer, size, received);
+    const TlsStatus status = attempt();
     if (status == TlsStatus::kOk) {
       bMoved = true;
       return LProcessResultOk;
@@ -97,6 +96,20 @@ LProcessResult FtpDataConnection::Receive(LProcessInterface& process, void* buff
       return LProcessResultFailed;
     }
   }
+}
+
+LProcessResult FtpDataConnection::Receive(LProcessInterface& process, void* buffer, size_t size, size_t& received,
+                                          unsigned int ms) {
+  received = 0;
+  return ReceiveWith(
+      process, [&] { return socket.ReadAvailable(buffer, size, received); }, ms);
+}
+
+LProcessResult FtpDataConnection::ReceiveInto(LProcessInterface& process, platform::NetPipe& pipe, size_t& received,
+                                              unsigned int ms) {
+  received = 0;
+  return ReceiveWith(
+      process, [&] { return socket.ReadAvailableInto(pipe, kPieceSize, received); }, ms);
 }
 
 void FtpDataConnection::NoteEnd() {

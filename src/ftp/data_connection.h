@@ -49,6 +49,9 @@ class FtpDataConnection {
   /// failure and when nothing came for `ms`.
   [[nodiscard]] LProcessResult Receive(LProcessInterface&, void* buffer, size_t size, size_t& received,
                                        unsigned int ms);
+  /// The same into an empty pipe, plain connections only. 0 also with `received` 0: where it cannot be done this way.
+  [[nodiscard]] LProcessResult ReceiveInto(LProcessInterface&, platform::NetPipe& pipe, size_t& received,
+                                           unsigned int ms);
   /// The next line without its end. The last one may lack its end, also when the stream failed or fell
   /// silent. Of a line beyond 64 MiB the rest is dropped.
   [[nodiscard]] LProcessResult ReceiveLine(LProcessInterface&, LStringLongTemplate<char>& line, unsigned int ms);
@@ -83,6 +86,8 @@ class FtpDataConnection {
   LProcessResult Flush(LProcessInterface&, unsigned int ms);
   void EndOurSide(LProcessInterface&);
   void ReadToEnd(LProcessInterface&);
+  template <typename Attempt>
+  LProcessResult ReceiveWith(LProcessInterface&, Attempt attempt, unsigned int ms);
   template <typename Attempt>
   LProcessResult SendWith(LProcessInterface&, Attempt attempt, unsigned int ms);
   void NoteEnd();

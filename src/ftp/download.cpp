@@ -40,6 +40,8 @@ class FileDownload : public FtpFileTransfer {
   bool OpenLocalFile();
   LProcessResult Request();
   End ReceiveData();
+  LProcessResult ReceivePiece();
+  LProcessResult ReceiveThroughPipe(size_t& received);
   void CountPiece(size_t size);
   void WritePiece(const char* bytes, size_t size);
   void AbortTransfer();
@@ -47,6 +49,8 @@ class FileDownload : public FtpFileTransfer {
 
   const char* szRemote;
   const char* szLocal;
+  platform::NetPipe pipe;
+  bool bThroughPipe = false;  ///< The system moves the bytes, which it cannot do for encrypted ones.
 };
 
 /// Emptied only under the lock: another copy of the program may be writing to it.
@@ -94,18 +98,45 @@ void FileDownload::CountPiece(size_t size) {
 FileDownload::End FileDownload::ReceiveData() {
   StartNoopClock();
   ShowProgress();
-  char* const piece = data.Piece();
+  bThroughPipe = !pSession->IsSecure() && pipe.Open();
   for (;;) {
     unsigned short code;
     if (IsNoopDue() && ExchangeNoop(code) == LProcessResultStopped) return End::kStoppedInNoop;
-    size_t received = 0;
-    const LProcessResult result =
-        data.Receive(*pProcess, piece, FtpDataConnection::kPieceSize, received, gFtpTimeouts.receiveBlockMs);
+    const LProcessResult result = ReceivePiece();
     if (result == LProcessResultStopped) return End::kStopped;
     if (result != LProcessResultOk) return End::kOfStream;
-    WritePiece(piece, received);
-    CountPiece(received);
   }
+}
+
+LProcessResult FileDownload::ReceivePiece() {
+  size_t received = 0;
+  if (bThroughPipe) {
+    const LProcessResult result = ReceiveThroughPipe(received);
+    bThroughPipe = result != LProcessResultOk || received > 0;
+    if (bThroughPipe) return result;
+  }
+  char* const piece = data.Piece();
+  const LProcessResult result =
+      data.Receive(*pProcess, piece, FtpDataConnection::kPieceSize, received, gFtpTimeouts.receiveBlockMs);
+  if (result != LProcessResultOk) return result;
+  WritePiece(piece, received);
+  CountPiece(received);
+  return LProcessResultOk;
+}
+
+/// 0 with nothing received where the system does not do it.
+LProcessResult FileDownload::ReceiveThroughPipe(size_t& received) {
+  const LProcessResult result = data.ReceiveInto(*pProcess, pipe, received, gFtpTimeouts.receiveBlockMs);
+  if (result != LProcessResultOk || received == 0) return result;
+  for (size_t left = received; left > 0;) {
+    const size_t moved = pipe.PutInto(iFile, std::min(left, kWriteSize));
+    if (moved == 0) break;
+    left -= moved;
+    // Only for the window's sake: a stop is taken where the next piece is received.
+    if (left > 0) (void)pProcess->IsToStop();
+  }
+  CountPiece(received);
+  return LProcessResultOk;
 }
 
 void FileDownload::AbortTransfer() {
