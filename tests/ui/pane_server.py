@@ -6,7 +6,7 @@ Prints "port N" when it accepts. A download whose name holds "stall" stops after
 "cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
 name that holds "refuse" is refused; an upload whose name holds "lose" loses the session when it begins, the first time
 only. With a certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it
-knows LIST only, which shows links. It ends with its parent.
+knows LIST only, which shows links. Names are bytes: what is not UTF-8 comes and goes as it is. It ends with its parent.
 """
 
 import ctypes
@@ -55,6 +55,10 @@ class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
 
 class MoodyHandler(FTPHandler):
     dtp_handler = MoodyTransfer
+    unicode_errors = "surrogateescape"
+
+    def push(self, s):
+        _AsyncChatNewStyle.push(self, s.encode("utf8", self.unicode_errors))
 
     def refuses(self, name, reply="550 Not this one."):
         if "refuse" not in name:

@@ -15,7 +15,9 @@ ComboControl::ComboControl(Window* window, int id, bool editable)
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(4);
   connect(this, &QComboBox::activated, window, [this] {
-    if (!leavingField) owner->SendBound(controlId, ControlEvent::kSelectionChange);
+    if (leavingField) return;
+    KeepRow(currentIndex());
+    owner->SendBound(controlId, ControlEvent::kSelectionChange);
   });
   if (!editable) return;
   setCompleter(nullptr);
@@ -24,6 +26,10 @@ ComboControl::ComboControl(Window* window, int id, bool editable)
     if (lineEdit()->isModified()) owner->SendBound(controlId, ControlEvent::kTextEdited);
   });
 }
+
+void ComboControl::SetField(const char* text) { setEditText(fieldBytes.Keep(text)); }
+
+QByteArray ComboControl::Field() const { return isEditable() ? fieldBytes.Of(currentText()) : Row(currentIndex()); }
 
 void ComboControl::focusOutEvent(QFocusEvent* event) {
   // Qt calls it a choice when the focus leaves a text that stands in the list. It is none.
@@ -46,7 +52,7 @@ bool ComboControl::eventFilter(QObject* watched, QEvent* event) {
 
 namespace {
 
-QComboBox* ComboOf(const Window* window, int id) { return window->ControlAs<QComboBox>(id); }
+ComboControl* ComboOf(const Window* window, int id) { return window->ControlAs<ComboControl>(id); }
 
 /// Qt selects the first row of an empty box by itself and changes the field with its rows; here neither happens.
 template <typename Change>
@@ -67,7 +73,7 @@ void KeepField(QComboBox* combo, Change change) {
 }  // namespace
 
 void ComboInsert(Window* window, int id, int row, const char* text) {
-  KeepField(ComboOf(window, id), [&](QComboBox& combo) { combo.insertItem(row, QString::fromUtf8(text)); });
+  KeepField(ComboOf(window, id), [&](QComboBox& combo) { combo.insertItem(row, ShownName(text), QByteArray(text)); });
 }
 
 void ComboDelete(Window* window, int id, int row) {
@@ -85,19 +91,20 @@ int ComboCount(const Window* window, int id) {
 
 int ComboFind(const Window* window, int id, const char* text) {
   const QComboBox* combo = ComboOf(window, id);
-  return combo ? combo->findText(QString::fromUtf8(text), Qt::MatchExactly | Qt::MatchCaseSensitive) : -1;
+  return combo ? combo->findData(QByteArray(text)) : -1;
 }
 
 void ComboGetRow(const Window* window, int id, int row, char (&text)[kFixedText]) {
-  const QComboBox* combo = ComboOf(window, id);
-  CopyToFixed(combo ? combo->itemText(row) : QString(), text);
+  const ComboControl* combo = ComboOf(window, id);
+  CopyToFixed(combo ? combo->Row(row) : QByteArray(), text);
 }
 
 void ComboSelect(Window* window, int id, int row) {
-  QComboBox* combo = ComboOf(window, id);
+  ComboControl* combo = ComboOf(window, id);
   if (!combo) return;
   const QSignalBlocker quiet(combo);
   combo->setCurrentIndex(row);
+  combo->KeepRow(row);
   if (row < 0 && combo->isEditable()) combo->clearEditText();
 }
 

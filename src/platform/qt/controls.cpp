@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -42,7 +43,7 @@ class ElidedLabel : public QLabel {
     QPainter painter(this);
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-    if (shown != text()) setToolTip(text());
+    if (shown != text()) setToolTip(ToolTipText(text()));
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, shown);
   }
 };
@@ -207,25 +208,25 @@ void ControlSetText(Window* window, int id, const char* text) {
   if (auto* label = window->ControlAs<QLabel>(id)) {
     label->setText(ShownText(text));
     label->setToolTip(QString());
-  } else if (auto* input = window->ControlAs<QLineEdit>(id)) {
-    input->setText(QString::fromUtf8(text));
-  } else if (auto* combo = window->ControlAs<QComboBox>(id)) {
-    combo->setEditText(QString::fromUtf8(text));
+  } else if (auto* input = window->ControlAs<InputControl>(id)) {
+    input->SetField(text);
+  } else if (auto* combo = window->ControlAs<ComboControl>(id)) {
+    combo->SetField(text);
   } else if (auto* button = window->ControlAs<QAbstractButton>(id)) {
     button->setText(ShownText(text));
   }
 }
 
 void ControlGetText(const Window* window, int id, char (&text)[kFixedText]) {
-  QString found;
+  QByteArray found;
   if (auto* label = window->ControlAs<QLabel>(id)) {
-    found = label->text();
-  } else if (auto* input = window->ControlAs<QLineEdit>(id)) {
-    found = input->text();
-  } else if (auto* combo = window->ControlAs<QComboBox>(id)) {
-    found = combo->currentText();
+    found = label->text().toUtf8();
+  } else if (auto* input = window->ControlAs<InputControl>(id)) {
+    found = input->Field();
+  } else if (auto* combo = window->ControlAs<ComboControl>(id)) {
+    found = combo->Field();
   } else if (auto* button = window->ControlAs<QAbstractButton>(id)) {
-    found = button->text();
+    found = button->text().toUtf8();
   }
   CopyToFixed(found, text);
 }
@@ -245,7 +246,7 @@ void ControlSetPrompt(Window* window, int id, const char* text) {
 }
 
 void ControlSetToolTip(Window* window, int id, const char* text) {
-  if (QWidget* control = window->Control(id)) control->setToolTip(QString::fromUtf8(text));
+  if (QWidget* control = window->Control(id)) control->setToolTip(ToolTipText(ShownText(text, true)));
 }
 
 void ControlSetIcon(Window* window, int id, Icon icon, int size) {

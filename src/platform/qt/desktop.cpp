@@ -6,7 +6,8 @@
 namespace platform {
 
 bool DesktopOpenFile(const char* path) {
-  return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromUtf8(path)));
+  // Byte by byte: not every name is UTF-8.
+  return QDesktopServices::openUrl(QUrl::fromEncoded("file://" + QByteArray(path).toPercentEncoding("/")));
 }
 
 bool DesktopShowFolder(const char* path) { return DesktopOpenFile(path); }

@@ -11,6 +11,10 @@ InputControl::InputControl(Window* window, int id) : QLineEdit(window->client), 
   setTextMargins(4, 0, 4, 0);
 }
 
+void InputControl::SetField(const char* text) {
+  setText(echoMode() == QLineEdit::Normal ? bytes.Keep(text) : QString::fromUtf8(text));
+}
+
 void InputControl::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
   // A box or a menu above the window, or another program, takes the keyboard and gives it back.

@@ -3,13 +3,19 @@
 
 #include <QLineEdit>
 
+#include "platform/qt/kept_bytes.h"
+
 namespace platform {
 
 struct Window;
 
 class InputControl : public QLineEdit {
+  Q_OBJECT
  public:
   InputControl(Window* window, int id);
+  void SetField(const char* text);
+  /// What the field stands for by the bytes that were set.
+  QByteArray Field() const { return bytes.Of(text()); }
 
  protected:
   void focusOutEvent(QFocusEvent*) override;
@@ -17,6 +23,7 @@ class InputControl : public QLineEdit {
  private:
   Window* owner;
   int controlId;
+  KeptBytes bytes;
 };
 
 }  // namespace platform

@@ -43,9 +43,10 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<size_t>(index.column());
   if (!row || column >= row->cells.size()) return {};
   switch (role) {
-    case Qt::DisplayRole: return ShownText(row->cells[column]);
-    case Qt::ToolTipRole: return column == 0 ? QVariant(ShownText(row->cells[0])) : QVariant();
-    case Qt::EditRole: return QString::fromUtf8(row->cells[column]);
+    case Qt::DisplayRole:
+    case Qt::EditRole: return ShownName(row->cells[column]);
+    case Qt::ToolTipRole: return column == 0 ? QVariant(ToolTipText(ShownName(row->cells[0]))) : QVariant();
+    case kBytesRole: return row->cells[column];
     case Qt::DecorationRole: return column == 0 ? QVariant(QIconOf(row->icon)) : QVariant();
     case Qt::TextAlignmentRole: return AlignmentOf(columns[column].alignment);
     default: return {};
@@ -298,7 +299,10 @@ void LabelDelegate::setEditorData(QWidget* editor, const QModelIndex& index) con
 }
 
 void LabelDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const {
-  const QByteArray text = static_cast<QLineEdit*>(editor)->text().toUtf8();
+  const QString typed = static_cast<QLineEdit*>(editor)->text();
+  // A name that was left as it is stays the bytes it came as.
+  const bool isChanged = typed != index.data(Qt::EditRole).toString();
+  const QByteArray text = isChanged ? typed.toUtf8() : index.data(ListModel::kBytesRole).toByteArray();
   const int row = index.row();
   // In a turn of its own: the answer fills the list anew, and the view is still busy with the editor.
   struct Window* window = owner;

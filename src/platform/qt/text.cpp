@@ -1,7 +1,10 @@
 #include "platform/qt/text.h"
 
+#include <QTextDocument>
 #include <algorithm>
 #include <cstring>
+
+#include "platform/qt/legacy_names.h"
 
 namespace platform {
 
@@ -20,17 +23,24 @@ char16_t VisibleFor(char16_t c, bool keepsLines) {
   return 0;
 }
 
-}  // namespace
-
-QString ShownText(const char* text, bool keepsLines) {
-  QString shown = QString::fromUtf8(text ? text : "");
+QString Harmless(QString shown, bool keepsLines) {
   for (QChar& c : shown) {
     if (const char16_t visible = VisibleFor(c.unicode(), keepsLines)) c = QChar(visible);
   }
   return shown;
 }
 
-QString ShownText(const QByteArray& text, bool keepsLines) { return ShownText(text.constData(), keepsLines); }
+}  // namespace
+
+QString ShownText(const char* text, bool keepsLines) { return ShownText(QByteArray(text), keepsLines); }
+
+QString ShownText(const QByteArray& text, bool keepsLines) { return Harmless(LinesFromBytes(text), keepsLines); }
+
+QString ShownName(const QByteArray& name) { return Harmless(NameFromBytes(name), false); }
+
+QString ToolTipText(const QString& shown) {
+  return Qt::mightBeRichText(shown) ? Qt::convertFromPlainText(shown, Qt::WhiteSpaceNormal) : shown;
+}
 
 void CopyToFixed(const QByteArray& text, char (&out)[kFixedText]) {
   size_t length = std::min<size_t>(static_cast<size_t>(text.size()), kFixedText - 1);

@@ -1,0 +1,118 @@
+// Names that are not UTF-8: the window shows what they say, the server and the disk get the bytes they have.
+#include <QAbstractItemModel>
+
+#include "platform/qt/combo_control.h"
+#include "platform/qt/list_control.h"
+#include "platform/qt/native_window.h"
+#include "ui/screens.h"
+#include "ui/transfer_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+#define FOLDER "\x8e\x91\x97\xbf"
+constexpr const char* kFolder = FOLDER;
+constexpr const char* kTest = "\x83\x65\x83X\x83g.txt";  // テスト.txt; its bytes hold letters.
+constexpr const char* kTable = "\x95\\ 1.txt";           // 表 1.txt; its bytes hold a backslash.
+constexpr const char* kEucJp = "\xc6\xfc\xcb\xdc.txt";   // 日本.txt
+
+class LegacyNames : public TransferTest {
+ protected:
+  Texts Shown(int list) {
+    Texts names;
+    const QAbstractItemModel* rows = Window()->List(list)->model();
+    for (int row = 0; row < rows->rowCount(); ++row) {
+      names.push_back(rows->index(row, 0).data().toString().toStdString());
+    }
+    return names;
+  }
+  std::string ShownPath(int control) {
+    return Window()->ControlAs<platform::ComboControl>(control)->currentText().toStdString();
+  }
+  bool Choose(const char* menu, const char* item) { return ui::ChooseFromMenuBar(Window(), {menu, item}); }
+  void RenameTo(const char* menu, int list, const char* from, const char* to) {
+    Select(list, {from});
+    EXPECT_TRUE(Choose(menu, "名前を変更"));
+    EXPECT_TRUE(ui::EditRow(Window(), list, to));
+    ui::Pump(20);
+  }
+  /// The commands of this kind that went out.
+  Texts Sent(const std::string& word) {
+    Texts sent = history.Commands();
+    std::erase_if(sent, [&](const std::string& one) { return one.rfind(word, 0) != 0; });
+    return sent;
+  }
+};
+
+TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
+  for (const char* name : {kTest, kTable, kEucJp}) MakeRemote(std::string(kFolder) + "/" + name, name);
+  StartConnected();
+  EXPECT_THAT(Shown(kRemoteList), ElementsAre("資料"));
+  Open(kRemoteList, kFolder);
+  EXPECT_EQ(PathOf(kRemotePath), "/" FOLDER);
+  EXPECT_EQ(ShownPath(kRemotePath), "/資料");
+  EXPECT_THAT(Shown(kRemoteList), testing::UnorderedElementsAre("テスト.txt", "表 1.txt", "日本.txt"));
+
+  Download({kTest, kEucJp});
+  EXPECT_EQ(ContentOf(Local(kTest)), kTest);
+  EXPECT_EQ(ContentOf(Local(kEucJp)), kEucJp);
+  EXPECT_THAT(Shown(kLocalList), testing::UnorderedElementsAre("テスト.txt", "日本.txt"));
+  EXPECT_THAT(Sent("RETR"), testing::UnorderedElementsAre(HasSubstr(kTest), HasSubstr(kEucJp)));
+  EXPECT_THAT(ui::LogText(Window(), kHistory), HasSubstr("コマンド: RETR /資料/テスト.txt\n"));
+  SaveScreen(Window(), "legacy-names");
+
+  RenameTo("リモート", kRemoteList, kTest, "テスト.txt");
+  EXPECT_THAT(Sent("RNFR"), IsEmpty()) << "what is shown was left as it is";
+  RenameTo("リモート", kRemoteList, kTest, "試験.txt");
+  EXPECT_THAT(Sent("RN"), ElementsAre(std::string("RNFR ") + kTest, "RNTO 試験.txt"));
+  EXPECT_TRUE(Exists(Remote(FOLDER "/試験.txt")));
+
+  Select(kRemoteList, {kTable});
+  alerts.Expect("選択したファイル：\n\"表 1.txt\"を削除してよろしいですか？", "削除");
+  EXPECT_TRUE(Choose("リモート", "削除"));
+  EXPECT_THAT(Sent("DELE"), ElementsAre(std::string("DELE ") + kTable));
+  EXPECT_FALSE(Exists(Remote(std::string(FOLDER "/") + kTable)));
+}
+
+TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
+  MakeRemote(std::string(kFolder) + "/" + kTest, "x");
+  MakeLocal(std::string(kFolder) + "/" + kTable, "x");
+  StartConnected();
+  MakeRemote(std::string(kFolder) + "/下/x.txt", "x");
+  Open(kRemoteList, kFolder);
+  EXPECT_TRUE(ui::TypeAndReturn(Window(), kRemotePath, "/資料/下"));
+  EXPECT_EQ(PathOf(kRemotePath), "/" FOLDER "/下");
+  EXPECT_THAT(Sent("CWD"), Contains("CWD /" FOLDER "/下"));
+  EXPECT_TRUE(ui::TypeAndReturn(Window(), kRemotePath, "/資料"));
+  EXPECT_EQ(Field(OpenSite(kSite, server->Address().c_str(), "0"), "RecentRemoteDirectory"), "/" FOLDER);
+  PressTool(kRemoteTools, kCommandRemoteUp);
+  EXPECT_EQ(CurrentRow(kRemoteList), kFolder);
+  ASSERT_TRUE(ui::ChooseRow(Window(), kRemotePath, 1));
+  EXPECT_EQ(PathOf(kRemotePath), "/" FOLDER);
+  EXPECT_EQ(ShownPath(kRemotePath), "/資料");
+  MakeRemote(std::string(kFolder) + "/" + kTable, "x");
+  Press(kRemoteGo);
+  EXPECT_THAT(Shown(kRemoteList), ElementsAre("下", "テスト.txt", "表 1.txt"));
+  PressTool(kRemoteTools, kCommandRemoteUp);
+  Select(kRemoteList, {kFolder});
+  alerts.Expect("選択したフォルダ：\n\"資料\"を削除してよろしいですか？", "削除");
+  EXPECT_TRUE(Choose("リモート", "削除"));
+  EXPECT_FALSE(Exists(Remote(kFolder)));
+
+  Open(kLocalList, kFolder);
+  EXPECT_EQ(PathOf(kLocalPath), Local(kFolder));
+  EXPECT_THAT(ShownPath(kLocalPath), testing::EndsWith("/資料"));
+  Press(kLocalGo);
+  EXPECT_THAT(Shown(kLocalList), ElementsAre("表 1.txt"));
+  Upload({kTable});
+  EXPECT_THAT(Sent("STOR"), ElementsAre(std::string("STOR ") + kTable));
+  EXPECT_THAT(Shown(kRemoteList), Contains("表 1.txt"));
+  RenameTo("ローカル", kLocalList, kTable, "表.txt");
+  EXPECT_TRUE(Exists(Local(FOLDER "/表.txt")));
+}
+
+}  // namespace
