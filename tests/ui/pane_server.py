@@ -6,7 +6,8 @@ Prints "port N" when it accepts. A download whose name holds "stall" stops after
 "cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
 name that holds "refuse" is refused; an upload whose name holds "lose" loses the session when it begins, the first time
 only. With a certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it
-knows LIST only, which shows links. Names are bytes: what is not UTF-8 comes and goes as it is. It ends with its parent.
+knows LIST only, which shows links. With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs it. Names
+are bytes: what is not UTF-8 comes and goes as it is. It ends with its parent.
 """
 
 import ctypes
@@ -21,6 +22,7 @@ from pyftpdlib.servers import FTPServer
 
 TURNS_AFTER = 512 * 1024
 PR_SET_PDEATHSIG = 1
+NOBODY = 65534
 
 
 SEEN = set()
@@ -92,7 +94,16 @@ class MoodyHandler(FTPHandler):
         return super().ftp_SITE_CHMOD(path, mode)
 
 
+def give_up_root():
+    os.setgroups([])
+    os.setegid(NOBODY)
+    os.seteuid(NOBODY)
+
+
 def main():
+    if os.environ.get("ORVANE_SERVE_AS_NOBODY") and os.geteuid() == 0:
+        give_up_root()
+    # After that: a change of the user clears it.
     ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
     logging.basicConfig(handlers=[logging.NullHandler()])
     folder, user, password = sys.argv[1:4]

@@ -1,0 +1,226 @@
+// What a run does when the machine's own files or the rights on the server stand in its way: what is told, what arrives
+// all the same, and that the program is usable afterwards.
+#include <optional>
+#include <sys/stat.h>
+
+#include "support/file_trouble.h"
+#include "ui/transfer_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kUploadFailed = "ファイル一覧をアップロードできません";
+constexpr const char* kDownloadFailed = "ファイル一覧をダウンロードできません";
+constexpr const char* kFileFailed = "以下のリモートファイルのダウンロードを失敗中：";
+constexpr uintmax_t kLarge = 300u << 20;  ///< Still under way when the first of it is seen on the other side.
+
+class Trouble : public TransferTest {
+ protected:
+  /// The server has the rights of a user who owns nothing.
+  void ServeAsNobody() {
+    setenv("ORVANE_SERVE_AS_NOBODY", "1", 1);
+    chmod(root.c_str(), 0711);
+    chmod(Remote().c_str(), 0777);
+    StartConnected();
+    unsetenv("ORVANE_SERVE_AS_NOBODY");
+  }
+  /// The local folder is one of 64 MiB.
+  void LiveOnASmallDisk() {
+    disk.emplace(64);
+    ASSERT_TRUE(disk->IsMounted());
+    std::filesystem::remove(root + "/local");
+    std::filesystem::create_directory_symlink(disk->Folder(), root + "/local");
+  }
+  static void MakeLarge(const std::string& path) {
+    WriteFile(path, "x");
+    std::filesystem::resize_file(path, kLarge);  // Sparse.
+  }
+  static std::function<bool()> HasBegun(const std::string& path) {
+    return [path] {
+      std::error_code none;
+      const auto size = std::filesystem::file_size(path, none);
+      return !none && size > 0;
+    };
+  }
+  void ExpectTold(const char* text) { EXPECT_THAT(Messages(), Contains(HasSubstr(text))); }
+  /// The session and the window live, and what was in the way is no longer felt.
+  void ExpectWorks() {
+    ExpectUsable();
+    MakeRemote("danach.txt", "down");
+    PressTool(kRemoteTools, kCommandRemoteRefresh);
+    TransferTest::Download({"danach.txt"});
+    EXPECT_EQ(ContentOf(Local("danach.txt")), "down");
+  }
+
+  std::optional<SmallDisk> disk;
+};
+
+// Upload. What was collected last goes first, and the first file that cannot be sent ends the run.
+
+TEST_F(Trouble, ALocalFileThatCannotBeRead) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) MakeLocal(name, name);
+  StartConnected();
+  chmod(Local("b.txt").c_str(), 0);
+  {
+    const RightsHold hold;
+    TransferTest::Upload({"a.txt", "b.txt", "c.txt"});
+  }
+  EXPECT_EQ(ContentOf(Remote("c.txt")), "c.txt");
+  EXPECT_FALSE(Exists(Remote("a.txt")));
+  ExpectTold(kUploadFailed);
+  ExpectWorks();
+}
+
+TEST_F(Trouble, ALocalFolderThatCannotBeReadIsMadeAndStaysEmpty) {
+  MakeLocal("d/locked/x.txt", "x");
+  MakeLocal("d/a.txt", "a");
+  StartConnected();
+  chmod(Local("d/locked").c_str(), 0);
+  {
+    const RightsHold hold;
+    TransferTest::Upload({"d"});
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(Remote("d/locked")));
+  EXPECT_EQ(ContentOf(Remote("d/a.txt")), "a");
+  ExpectTold("アップロード完了");
+  ExpectWorks();
+}
+
+TEST_F(Trouble, WhatTheListShowsIsNoLongerThere) {
+  MakeLocal("d/x.txt", "x");
+  MakeLocal("z.txt", "z");
+  StartConnected();
+  std::filesystem::remove_all(Local("d"));
+  TransferTest::Upload({"d", "z.txt"});
+  EXPECT_EQ(ContentOf(Remote("z.txt")), "z");
+  EXPECT_FALSE(Exists(Remote("d")));
+  ExpectTold(kUploadFailed);
+  ExpectWorks();
+}
+
+TEST_F(Trouble, ALocalFolderVanishesWhileItIsSent) {
+  MakeLocal("d/x.txt", "x");
+  MakeLarge(Local("z.bin"));
+  StartConnected();
+  const Meanwhile vanish(HasBegun(Remote("z.bin")), [&] { std::filesystem::remove_all(Local("d")); });
+  TransferTest::Upload({"d", "z.bin"});
+  EXPECT_TRUE(vanish.Acted());
+  EXPECT_EQ(std::filesystem::file_size(Remote("z.bin")), kLarge);
+  EXPECT_TRUE(std::filesystem::is_empty(Remote("d")));
+  ExpectTold(kUploadFailed);
+  ExpectWorks();
+}
+
+TEST_F(Trouble, AFileThatGrowsWhileItIsSentArrivesWithWhatWasAdded) {
+  MakeLarge(Local("grows.log"));
+  StartConnected();
+  const Meanwhile grow(HasBegun(Remote("grows.log")),
+                       [&] { std::ofstream(Local("grows.log"), std::ios::binary | std::ios::app) << "added"; });
+  TransferTest::Upload({"grows.log"});
+  EXPECT_TRUE(grow.Acted());
+  ASSERT_EQ(std::filesystem::file_size(Remote("grows.log")), kLarge + 5);
+  std::ifstream sent(Remote("grows.log"), std::ios::binary);
+  sent.seekg(-5, std::ios::end);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(sent), {}), "added");
+  ExpectTold("アップロード完了");
+  ExpectWorks();
+}
+
+TEST_F(Trouble, ARemoteFolderThatCannotBeWrittenTo) {
+  MakeLocal("d/sub/x.txt", "x");
+  MakeLocal("z.txt", "z");
+  std::filesystem::create_directory(Remote("d"));
+  chmod(Remote("d").c_str(), 0555);
+  ServeAsNobody();
+  TransferTest::Upload({"d", "z.txt"});
+  EXPECT_TRUE(std::filesystem::is_empty(Remote("d")));
+  EXPECT_FALSE(Exists(Remote("z.txt"))) << "collecting has ended before it";
+  ExpectTold("以下のディレクトリを変更できません：/d/sub");
+  ExpectWorks();
+}
+
+// Download. A file that fails is named, and the rest comes.
+
+TEST_F(Trouble, ARemoteFolderThatCannotBeEnteredAndAFileThatCannotBeRead) {
+  MakeRemote("d/locked/x.txt", "x");
+  for (const char* name : {"d/a.txt", "d/secret.txt", "d/z.txt"}) MakeRemote(name, name);
+  chmod(Remote("d/locked").c_str(), 0700);
+  chmod(Remote("d/secret.txt").c_str(), 0600);
+  ServeAsNobody();
+  TransferTest::Download({"d"});
+  EXPECT_TRUE(std::filesystem::is_empty(Local("d/locked")));
+  EXPECT_EQ(ContentOf(Local("d/a.txt")), "d/a.txt");
+  EXPECT_EQ(ContentOf(Local("d/z.txt")), "d/z.txt");
+  EXPECT_FALSE(Exists(Local("d/secret.txt")));
+  ExpectTold("以下のディレクトリを変更できません： /d/locked");
+  ExpectTold("中：/d/secret.txt");
+  ExpectWorks();
+}
+
+TEST_F(Trouble, ALocalFolderThatCannotBeWrittenTo) {
+  for (const char* name : {"d/a.txt", "z.txt"}) MakeRemote(name, name);
+  std::filesystem::create_directory(Local("d"));
+  StartConnected();
+  chmod(Local("d").c_str(), 0555);
+  {
+    const RightsHold hold;
+    TransferTest::Download({"d", "z.txt"});
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(Local("d")));
+  EXPECT_EQ(ContentOf(Local("z.txt")), "z.txt");
+  ExpectTold((std::string(kFileFailed) + "/d/a.txt").c_str());
+  ExpectTold(kDownloadFailed);
+  ExpectWorks();
+}
+
+TEST_F(Trouble, ALocalFolderVanishesWhileItIsFilled) {
+  MakeRemote("d/a.txt", "a");
+  MakeLarge(Remote("z.bin"));
+  StartConnected();
+  const Meanwhile vanish(HasBegun(Local("z.bin")), [&] { std::filesystem::remove_all(Local("d")); });
+  TransferTest::Download({"d", "z.bin"});
+  EXPECT_TRUE(vanish.Acted());
+  EXPECT_EQ(std::filesystem::file_size(Local("z.bin")), kLarge);
+  EXPECT_FALSE(Exists(Local("d")));
+  ExpectTold((std::string(kFileFailed) + "/d/a.txt").c_str());
+  ExpectWorks();
+}
+
+TEST_F(Trouble, AFileWithoutRoomIsNotBegun) {
+  for (const char* name : {"a.txt", "c.txt"}) MakeRemote(name, name);
+  MakeLarge(Remote("b.bin"));
+  LiveOnASmallDisk();
+  StartConnected();
+  TransferTest::Download({"a.txt", "b.bin", "c.txt"});
+  EXPECT_EQ(ContentOf(Local("a.txt")), "a.txt");
+  EXPECT_EQ(ContentOf(Local("c.txt")), "c.txt");
+  EXPECT_FALSE(Exists(Local("b.bin")));
+  ExpectTold("空き容量不足のためダウンロードできません：/b.bin");
+  ExpectWorks();
+}
+
+TEST_F(Trouble, TheDiskFillsWhileAFileComesAndThatGoesUnnoticed) {
+  MakeRemote("a.txt", "a");
+  MakeRemote("b.bin", RandomBytes(48u << 20));
+  LiveOnASmallDisk();
+  StartConnected();
+  const Meanwhile fill(HasBegun(Local("b.bin")), [&] {
+    std::ofstream other(Local("other"), std::ios::binary);
+    const std::string block(1u << 20, 'x');
+    while (other.write(block.data(), static_cast<std::streamsize>(block.size()))) {
+    }
+  });
+  TransferTest::Download({"a.txt", "b.bin"});
+  EXPECT_TRUE(fill.Acted());
+  // A write that fails goes unnoticed, and the server's word counts; the next file finds no room.
+  EXPECT_LT(std::filesystem::file_size(Local("b.bin")), std::filesystem::file_size(Remote("b.bin")));
+  ExpectTold("ファイルのダウンロード完了。");
+  ExpectTold("空き容量不足のためダウンロードできません：/a.txt");
+  std::filesystem::remove(Local("other"));
+  ExpectWorks();
+}
+
+}  // namespace
