@@ -37,6 +37,7 @@ class FileUpload : public FtpFileTransfer {
     kFailed,         ///< The connection broke or the server can store no more.
   };
 
+  bool OpenLocalFile();
   LProcessResult Request();
   LProcessResult SendRequest(const char* verb, unsigned short& code);
   LProcessResult RequestAgain();
@@ -63,6 +64,13 @@ class FileUpload : public FtpFileTransfer {
   int64_t iBlockStart = 0;  ///< When the present block began, in milliseconds.
   bool bShown = false;      ///< The first block is shown whatever the rule says.
 };
+
+/// Not what else has a name in a folder: to open a pipe would wait for its other end, and a device may never end.
+bool FileUpload::OpenLocalFile() {
+  iFile = platform::FileOpen(szLocal, O_RDONLY | O_NONBLOCK | O_CLOEXEC, 0);
+  struct stat status = {};
+  return iFile != -1 && platform::FileStatus(iFile, status) == 0 && S_ISREG(status.st_mode);
+}
 
 /// 0 with the reply's code; a text for the user is kept.
 LProcessResult FileUpload::SendRequest(const char* verb, unsigned short& code) {
@@ -257,8 +265,7 @@ LProcessResult FileUpload::Finish(bool isStopped) {
 LProcessResult FileUpload::Run() {
   pProcess->SetStatus("ファイルをアップロードしています...", 0);
   pProcess->SetStatus(szName, 1);
-  iFile = platform::FileOpen(szLocal, O_RDONLY | O_CLOEXEC, 0);
-  if (iFile == -1) return LProcessResultFailed;
+  if (!OpenLocalFile()) return LProcessResultFailed;
   LProcessResult result = PrepareDataConnection();
   if (result == LProcessResultOk) result = Request();
   if (result != LProcessResultOk) return result;

@@ -74,6 +74,17 @@ TEST_F(Trouble, ALocalFileThatCannotBeRead) {
   ExpectWorks();
 }
 
+TEST_F(Trouble, APipeAmongTheFilesIsNotWaitedFor) {
+  for (const char* name : {"a.txt", "c.txt"}) MakeLocal(name, name);
+  ASSERT_EQ(mkfifo(Local("b.pipe").c_str(), 0600), 0);
+  StartConnected();
+  TransferTest::Upload({"a.txt", "b.pipe", "c.txt"});
+  EXPECT_EQ(ContentOf(Remote("c.txt")), "c.txt");
+  EXPECT_FALSE(Exists(Remote("b.pipe")));
+  ExpectTold(kUploadFailed);
+  ExpectWorks();
+}
+
 TEST_F(Trouble, ALocalFolderThatCannotBeReadIsMadeAndStaysEmpty) {
   MakeLocal("d/locked/x.txt", "x");
   MakeLocal("d/a.txt", "a");
