@@ -27,10 +27,8 @@ LProcessResult ProcessFtpPassive(LProcessInterface& process, LFileTransferProtoc
   unsigned short code;
   char text[kTextSize];
   LProcessResult result = ProcessFtpSendCommand(process, session, "PASV\r\n", gFtpTimeouts.sendDirectMs);
-  if (result == LProcessResultOk) {
-    result = ProcessFtpWaitForReplyTimeout(process, session, code, text, gFtpTimeouts.replyMs);
-  }
-  if (result == LProcessResultStopped) FtpDrainReply(session);
+  // A send that was stopped has sent nothing: a reply would be awaited in vain, and without a pump.
+  if (result == LProcessResultOk) result = ProcessFtpTakeReply(process, session, code, text, gFtpTimeouts.replyMs);
   if (result != LProcessResultOk) return result;
   int numbers[kNumbers];
   if (code != 227 || !ReadNumbers(text, numbers)) return LProcessResultFailed;
