@@ -2,8 +2,11 @@
 // own and gives the lines without their time. Main thread; one at a time.
 #pragma once
 
+#include <algorithm>
+#include <cstring>
 #include <dirent.h>
 #include <fstream>
+#include <iterator>
 #include <stdlib.h>
 #include <string>
 #include <unistd.h>
@@ -55,6 +58,18 @@ class HistoryFile {
       if (line.rfind(kMark, 0) == 0) commands.push_back(line.substr(kMark.size()));
     }
     return commands;
+  }
+
+  /// The last of them, without reading all.
+  std::string LastCommand() const {
+    constexpr std::streamoff kEnough = 2048;
+    const std::vector<std::string> files = Files();
+    if (files.empty()) return {};
+    std::ifstream stream(files.back(), std::ios::binary | std::ios::ate);
+    stream.seekg(std::max<std::streamoff>(stream.tellg() - std::streampos(kEnough), 0));
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const size_t at = text.rfind("コマンド: ");
+    return at == std::string::npos ? "" : text.substr(at, text.find('\r', at) - at).substr(strlen("コマンド: "));
   }
 
  private:

@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -87,7 +88,7 @@ QPoint PlaceOfRow(platform::ListControl* list, const char* name) {
 
 bool SelectRows(platform::Window* window, int list, std::initializer_list<const char*> names) {
   platform::ListControl* control = window->List(list);
-  if (!control) return false;
+  if (!control || IsHeldOff(control)) return false;
   Qt::KeyboardModifiers held = Qt::NoModifier;
   for (const char* name : names) {
     const QPoint place = PlaceOfRow(control, name);
@@ -100,7 +101,7 @@ bool SelectRows(platform::Window* window, int list, std::initializer_list<const 
 
 bool DoubleClickRow(platform::Window* window, int list, const char* name) {
   platform::ListControl* control = window->List(list);
-  if (!control) return false;
+  if (!control || IsHeldOff(control)) return false;
   const QPoint place = PlaceOfRow(control, name);
   if (place.x() < 0) return false;
   QTest::mouseClick(control->viewport(), Qt::LeftButton, {}, place);
@@ -309,6 +310,10 @@ void Alerts::Look() {
 }
 
 void Alerts::Answer(QMessageBox& box) {
+  if (queue.empty() && agreesToAll) {
+    box.defaultButton() ? box.defaultButton()->click() : box.accept();
+    return;
+  }
   if (queue.empty()) {
     complaints += "an alert was not expected: " + box.text().toStdString() + "\n";
     box.reject();

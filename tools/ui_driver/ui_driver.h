@@ -67,6 +67,8 @@ class Alerts {
   void Expect(const std::string& text, const char* button, int check = -1);
   /// While held, alerts stay open, for the test to do with them what it wants.
   void Hold(bool hold) { held = hold; }
+  /// While on, an alert that is not expected is answered by its default button, and is nothing to complain of.
+  void AgreeToAll(bool agree) { agreesToAll = agree; }
   /// What went wrong so far, including expected alerts that have not come; empty if nothing did.
   std::string Complaints() const;
 
@@ -80,6 +82,7 @@ class Alerts {
   std::vector<Expected> queue;
   std::string complaints;
   bool held = false;
+  bool agreesToAll = false;
   struct Timer;
   Timer* timer;
 };
