@@ -23,6 +23,16 @@ void TakeSecondReplyTo500(LFileTransferProtocol& session) {
   (void)ProcessFtpWaitForReplyTimeout(unstoppable, session, code, text, gFtpTimeouts.extraReplyMs);
 }
 
+LProcessResult JudgeReplyNoTrace(unsigned code) {
+  if (FtpReplyIsPositive(code)) return LProcessResultOk;
+  if (code == 530) {
+    FtpLogLogonRefused();
+  } else {
+    LOGERRORF("Reply Gave Unexpected Response: %u", code);
+  }
+  return LProcessResultFailed;
+}
+
 }  // namespace
 
 bool FtpCommandIsSendable(const char* command) {
@@ -60,16 +70,6 @@ LProcessResult ProcessFtpSendAndWaitForReply(LProcessInterface& process, LFileTr
   if (read != LProcessResultOk) return read;
   if (received == 500 && !session.Has(LFileTransferProtocol::bFeaturesKnown)) TakeSecondReplyTo500(session);
   return JudgeReply(received);
-}
-
-static LProcessResult JudgeReplyNoTrace(unsigned code) {
-  if (FtpReplyIsPositive(code)) return LProcessResultOk;
-  if (code == 530) {
-    FtpLogLogonRefused();
-  } else {
-    LOGERRORF("Reply Gave Unexpected Response: %u", code);
-  }
-  return LProcessResultFailed;
 }
 
 LProcessResult ProcessFtpSendAndWaitForReplyNoTrace(LProcessInterface& process, LFileTransferProtocol& session,

@@ -10,8 +10,8 @@ namespace {
 /// More replies than this are no answers to NOOPs: a server that never stops talking would hold the window
 /// for ever.
 constexpr int kMostLateReplies = 1000;
-/// The rest of a line of which the stop has left a part, the preliminary reply, the final one, and one to spare.
-constexpr int kMostRepliesToTransfer = 4;
+/// The preliminary reply, the final one, and one to spare.
+constexpr int kMostRepliesToTransfer = 3;
 
 }  // namespace
 

@@ -18,17 +18,12 @@ class LocalOperations : public WindowTest {
   void RenameTo(const char* from, const char* to) {
     Select(kLocalList, {from});
     EXPECT_TRUE(Choose("名前を変更"));
-    EXPECT_TRUE(ui::EditRow(Window(), kLocalList, to));
-    ui::Pump(20);
+    FinishRename(kLocalList, to);
   }
   void NewFolder(const char* name) {
-    const Meanwhile type([] { return Dialog("新規フォルダ") != nullptr; },
-                         [&] {
-                           platform::ControlSetText(Dialog("新規フォルダ"), 101, name);
-                           ui::Press(Dialog("新規フォルダ"), kCommandOk);
-                         });
+    const auto type = NameOfNewFolder(name);
     EXPECT_TRUE(Choose("新規フォルダ"));
-    EXPECT_TRUE(type.Acted());
+    EXPECT_TRUE(type->Acted());
   }
   void ExpectDeleteQuestion(const char* button) {
     alerts.Expect("選択したファイルまたはディレクトリを削除します。よろしいですか？", button);

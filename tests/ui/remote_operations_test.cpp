@@ -43,17 +43,12 @@ class RemoteOperations : public WindowTest {
   void RenameTo(const char* from, const char* to) {
     Select(kRemoteList, {from});
     EXPECT_TRUE(Choose("名前を変更"));
-    EXPECT_TRUE(ui::EditRow(Window(), kRemoteList, to));
-    ui::Pump(20);
+    FinishRename(kRemoteList, to);
   }
   void NewFolder(const char* name) {
-    const Meanwhile type([] { return Dialog("新規フォルダ") != nullptr; },
-                         [&] {
-                           platform::ControlSetText(Dialog("新規フォルダ"), 101, name);
-                           ui::Press(Dialog("新規フォルダ"), kCommandOk);
-                         });
+    const auto type = NameOfNewFolder(name);
     EXPECT_TRUE(Choose("新規フォルダ"));
-    EXPECT_TRUE(type.Acted());
+    EXPECT_TRUE(type->Acted());
   }
   /// Answers the dialog of the nine boxes with those that are to be on.
   void Permissions(std::initializer_list<const char*> rows, const std::vector<int>& boxes) {

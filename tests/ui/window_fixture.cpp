@@ -117,6 +117,19 @@ int WindowTest::CloseProgram() {
 
 // The user
 
+void WindowTest::FinishRename(int list, const char* to) {
+  EXPECT_TRUE(ui::EditRow(Window(), list, to));
+  ui::Pump(20);
+}
+
+std::unique_ptr<Meanwhile> WindowTest::NameOfNewFolder(const char* name) {
+  return std::make_unique<Meanwhile>([] { return Dialog("新規フォルダ") != nullptr; },
+                                     [name] {
+                                       platform::ControlSetText(Dialog("新規フォルダ"), 101, name);
+                                       ui::Press(Dialog("新規フォルダ"), kCommandOk);
+                                     });
+}
+
 void WindowTest::ClickHeading(int list, int column) {
   platform::ListControl* control = Window()->List(list);
   const QHeaderView* header = control->header();

@@ -72,6 +72,10 @@ class WindowTest : public SettingsFixture {
     EXPECT_TRUE(ui::SelectRows(Window(), list, names));
   }
   void Open(int list, const char* name) { EXPECT_TRUE(ui::DoubleClickRow(Window(), list, name)) << name; }
+  /// Types into the field that is open in a row; null leaves it with Escape.
+  void FinishRename(int list, const char* to);
+  /// Answers the question for the name of a new folder, as soon as it comes.
+  static std::unique_ptr<Meanwhile> NameOfNewFolder(const char* name);
   void ClickHeading(int list, int column);
   void DragDivider(int down);
 
