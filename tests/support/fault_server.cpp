@@ -355,8 +355,16 @@ bool FaultServer::Conversation::OpenData() {
   data_.Take(accept4(passive_, nullptr, nullptr, SOCK_CLOEXEC));
   ClosePassive();
   if (!protected_) return data_.IsOpen();
-  if (now_ == ServerFault::kDataTlsGarbage) (void)data_.Write(std::string(500, '\x16'), false);
-  return now_ != ServerFault::kDataTlsGarbage && data_.StartTls(tls_);
+  if (now_ == ServerFault::kDataTlsGarbage) {
+    (void)data_.Write(std::string(500, '\x16'), false);
+    return false;
+  }
+  // A client may have a question before it secures its side.
+  Wake wake;
+  while ((wake = WaitForEither(data_.Fd(), POLLIN, kDataWaitMs)) == Wake::kControl) {
+    if (!AnswerMeanwhile()) return false;
+  }
+  return wake == Wake::kData && !dead_ && data_.StartTls(tls_);
 }
 
 void FaultServer::Conversation::Transfer(const std::string& content, bool isUpload, bool isFile) {
