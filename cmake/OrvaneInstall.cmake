@@ -5,9 +5,14 @@ include(GNUInstallDirs)
 if(TARGET orvaneftp)
   install(TARGETS orvaneftp RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
-install(FILES resources/orvaneftp.desktop DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
-install(FILES resources/orvaneftp.metainfo.xml DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo"
-        RENAME com.tessalysoft.orvaneftpjp.metainfo.xml)
+# The desktop starts and calls the program by its application id: the entry, the bus name and the window's class agree.
+set(application_id com.tessalysoft.orvaneftpjp)
+install(FILES resources/${application_id}.desktop DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+install(FILES resources/${application_id}.metainfo.xml DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+# The prefix is chosen when the program is installed.
+install(CODE "set(bin_folder \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+configure_file(\"${PROJECT_SOURCE_DIR}/resources/${application_id}.service.in\" \"${PROJECT_BINARY_DIR}/${application_id}.service\" @ONLY)")
+install(FILES "${PROJECT_BINARY_DIR}/${application_id}.service" DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
 install(FILES resources/icons/orvaneftp.svg DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
 
 set(CPACK_GENERATOR DEB)

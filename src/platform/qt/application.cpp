@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "platform/event_loop.h"
+#include "platform/qt/desktop_calls.h"
 #include "platform/qt/icons.h"
 
 namespace platform {
@@ -104,7 +105,7 @@ void ApplicationInit(int& argc, char** argv) {
   gApplication = new QApplication(argc, argv);
   QApplication::setApplicationName(QStringLiteral("orvaneftp"));
   QApplication::setApplicationDisplayName(QString());
-  QApplication::setDesktopFileName(QStringLiteral("orvaneftp"));
+  QApplication::setDesktopFileName(QLatin1String(kApplicationId));
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(new RoomyStyle(QStringLiteral("Fusion")));
   QApplication::setPalette(LightPalette());

@@ -9,13 +9,13 @@ namespace platform {
 
 namespace {
 
-constexpr const char* kServiceName = "com.tessalysoft.orvaneftp";
-constexpr const char* kObjectPath = "/com/tessalysoft/orvaneftp";
+constexpr const char* kObjectPath = "/com/tessalysoft/orvaneftpjp";  // As the application's id tells it.
 
 }  // namespace
 
 void ApplicationOnReopenRequest(std::function<void()> handler) {
-  static ApplicationObject object;
+  // Never destroyed: at the program's exit the bus is gone before it, and a destructor would wait for that for ever.
+  static ApplicationObject& object = *new ApplicationObject;
   object.onReopen = std::move(handler);
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!object.onReopen) {
@@ -25,11 +25,11 @@ void ApplicationOnReopenRequest(std::function<void()> handler) {
   // Without a bus, or with another copy of the program at that name, nobody calls here.
   if (!bus.isConnected()) return;
   bus.registerObject(QLatin1String(kObjectPath), &object, QDBusConnection::ExportAllSlots);
-  bus.registerService(QLatin1String(kServiceName));
+  bus.registerService(QLatin1String(kApplicationId));
 }
 
 void PowerOnSleep(std::function<void(bool)> handler) {
-  static SleepListener listener;
+  static SleepListener& listener = *new SleepListener;  // Never destroyed, for the same reason.
   const bool listens = static_cast<bool>(listener.onSleep);
   listener.onSleep = std::move(handler);
   if (listens || !listener.onSleep) return;

@@ -8,6 +8,9 @@
 
 namespace platform {
 
+/// The name of the desktop entry, and the one that the program answers to on the session's bus.
+constexpr const char* kApplicationId = "com.tessalysoft.orvaneftpjp";
+
 /// What other programs find at the program's own name: org.freedesktop.Application.
 class ApplicationObject : public QObject {
   Q_OBJECT
