@@ -47,6 +47,15 @@ void LogControl::ShowNow() {
   verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
+/// The first picture of a window has its colours and lines already.
+void LogControl::showEvent(QShowEvent* event) {
+  if (timer.isActive()) {
+    timer.stop();
+    ShowNow();
+  }
+  QPlainTextEdit::showEvent(event);
+}
+
 /// The newest line stays in sight at any height.
 void LogControl::resizeEvent(QResizeEvent* event) {
   QPlainTextEdit::resizeEvent(event);

@@ -13,6 +13,7 @@ class LogControl : public QPlainTextEdit {
   void SetColors(unsigned text, unsigned background);
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent*) override;
 
  private:
