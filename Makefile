@@ -46,9 +46,10 @@ bench:
 	tools/install-dependencies
 	tools/fetch-test-servers
 	cmake --preset release
-	cmake --build --preset release -j$(JOBS)
+	cmake --build --preset release -j$(JOBS) --target all orvaneftp-demo-profile
 	bench/run
 	bench/listing
+	bench/start
 	build/release/bench/engine_bench exchange
 	build/release/bench/engine_bench lines
 

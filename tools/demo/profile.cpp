@@ -1,7 +1,9 @@
 // Writes the demo's site into the preferences of the environment it runs in, and makes it the current one, so that
-// the program connects to it at its start. Everything comes from the environment that tools/demo/run sets.
+// the program connects to it at its start; not so with --unconnected. Everything comes from the environment that
+// tools/demo/run sets.
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "sites/store/accounts.h"
 #include "sites/store/settings.h"
@@ -17,7 +19,7 @@ const char* Wanted(const char* variable) {
 
 }  // namespace
 
-int main() {
+int main(int count, char** arguments) {
   LFTPAccountSettings site(Wanted("ORVANE_DEMO_SITE"), Wanted("ORVANE_DEMO_USER"));
   TextCopy(site.szLabel, site.szKey);
   TextCopy(site.szServer, Wanted("ORVANE_DEMO_SERVER"));
@@ -28,6 +30,7 @@ int main() {
   site.Save();
   // A profile of the present layout: nothing in it is to be brought over from an older one.
   LUserSettingSetString("Settings", "MigratedAccounts3", "1");
+  if (count > 1 && strcmp(arguments[1], "--unconnected") == 0) return 0;
   const bool kept = LUserSettingSetString("Settings", "Current", site.szLabel) &&
                     LUserSettingSetString("Settings", "CurrentServer", site.szServer) &&
                     LUserSettingSetString("Settings", "CurrentUser", site.szUserName);
