@@ -178,7 +178,8 @@ class MainDialog : public LMainWindow,
   bool bFiltersShown = false;
   bool bConnectIconPhase = false;
   bool bLocalListFocused = true;
-  bool bDividerAtBottom = false;  ///< Dragged so low that the history has no room left.
   int iReconnectCount = 0;
+  bool bDividerPlaced = false;    ///< In the window's first layout.
+  bool bDividerAtBottom = false;  ///< So low that the history has no room left, because the user wants it.
   short iEnterTarget = 0;  ///< The field the user last typed in; 0 after use.
 };

@@ -3,6 +3,7 @@
 
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
+#include "sites/store/settings.h"
 #include "support/program.h"
 #include "support/window/menus.h"
 
@@ -12,8 +13,9 @@ constexpr int kMiddleWidth = 50;
 constexpr int kDividerHeight = 5;
 constexpr int kHistoryMargin = 6;  // Under the history, above the status bar.
 constexpr int kHighestListEnd = 180;
-constexpr int kFilterButtonWidth = 128;
 constexpr int kLeastHistory = 72;  // Of a history that a small window would squeeze out: three lines.
+constexpr int kFilterButtonWidth = 128;
+constexpr int kFilterGap = 4;  // Between the field and its buttons.
 
 }  // namespace
 
@@ -28,9 +30,9 @@ void MainDialog::LayoutPathRow(int icon, int path, int go, int x, int width, int
 /// + 2 the buttons.
 void MainDialog::LayoutFilterRow(int first, int x, int width, int top) {
   const int row = UnitsToPixelsY(1.23);
-  const int field = std::min(kFilterButtonWidth, width / 3);
+  const int field = std::min(kFilterButtonWidth, (width - kFilterGap) / 3);
   for (int i = 0; i < 3; ++i)
-    MoveControlPixels(first + i, x + width - (3 - i) * field + (i == 0 ? -4 : 0), top, field, row);
+    MoveControlPixels(first + i, x + width - (3 - i) * field - (i == 0 ? kFilterGap : 0), top, field, row);
 }
 
 void MainDialog::LayoutMiddle(int x, int top, int bottom) {
@@ -44,13 +46,18 @@ void MainDialog::LayoutMiddle(int x, int top, int bottom) {
   MoveControlPixels(kSynchroniseButton, x, mid + 134, 50, 50);
 }
 
-/// The list ends at the divider. One that stands too low because the window has become small leaves the history some
-/// lines; one that the user dragged down does not.
+/// The list ends at the divider, which the window's height holds in its bounds. One that stands too low because the
+/// window has become small leaves the history some lines; one that the user dragged down, now or before the program was
+/// closed, does not.
 int MainDialog::RemoteListEnd(int bottom) {
-  const int lowest = bottom - kDividerHeight - kHistoryMargin;
+  const int lowest = std::max(bottom - kDividerHeight - kHistoryMargin, kHighestListEnd);
+  const int usual = lowest - kLeastHistory;
+  if (!bDividerPlaced) bDividerAtBottom = LUserSettingGet<int>("MainWindow", "DividerY", 0) > usual;
+  bDividerPlaced = true;
   divider.SetLineBounds(kHighestListEnd, lowest);
-  const int end = std::min(divider.GetControlPosition(), bDividerAtBottom ? lowest : lowest - kLeastHistory);
-  return std::max(end, kHighestListEnd);
+  const int end = std::max(std::min(divider.GetControlPosition(), bDividerAtBottom ? lowest : usual), kHighestListEnd);
+  divider.SetControlPosition(end);
+  return end;
 }
 
 void MainDialog::LayoutControls(int width, int height) {

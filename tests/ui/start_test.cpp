@@ -141,6 +141,11 @@ TEST_F(Start, SizePlaceAndDividerComeBack) {
   EXPECT_EQ(frame.width, chosen.width);
   EXPECT_EQ(frame.height, chosen.height);
   EXPECT_EQ(platform::ControlGetPlace(Window(), kDivider).y, before - 40);
+  DragDivider(2000);
+  const int bottom = platform::ControlGetPlace(Window(), kDivider).y;
+  EXPECT_EQ(CloseProgram(), 0);
+  StartProgram();
+  EXPECT_EQ(platform::ControlGetPlace(Window(), kDivider).y, bottom);
 }
 
 TEST_F(Start, TheDividerStaysBetweenItsBounds) {
