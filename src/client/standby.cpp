@@ -5,6 +5,7 @@
 #include "ftp/commands.h"
 #include "ftp/logon.h"
 #include "platform/clock.h"
+#include "platform/event_loop.h"
 #include "support/window/alert.h"
 
 namespace {
@@ -14,8 +15,8 @@ constexpr unsigned kEventSliceMs = 10;
 
 void WaitForWake(LProcessInterface& process) {
   while (LFtpList::bPowerSuspendStandBy) {
-    // The answer does not count: a stop takes effect when the machine is awake.
-    (void)process.IsToStop();
+    // A stop takes effect when the machine is awake. Behind it the question pumps no more, and the waking would not come.
+    if (process.IsToStop()) platform::EventLoopPump();
     platform::ClockSleepMs(kEventSliceMs);
   }
 }

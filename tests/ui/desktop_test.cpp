@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QProcess>
+#include <QTimer>
 #include <cstdlib>
 
 #include "ui/transfer_fixture.h"
@@ -74,7 +75,8 @@ TEST_F(Desktop, TheMachineStaysAwakeForATransferAndNoLonger) {
   EXPECT_TRUE(Says("released"));
 }
 
-TEST_F(Desktop, AFileIsSentAgainAfterTheSleep) {
+/// Cancelled in its sleep, the job still has to hear of the waking.
+TEST_F(Desktop, ATransferThatIsCancelledInTheSleepEndsWithIt) {
   MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
   StartConnected();
   const Meanwhile sleep(
@@ -83,15 +85,15 @@ TEST_F(Desktop, AFileIsSentAgainAfterTheSleep) {
         return dialog && Progress(dialog) > 0.2;
       },
       [&] { Order("sleep"); });
-  // While it sleeps the file gets a content that the server sends to its end.
   const Meanwhile wake([&] { return sleep.Acted() && !Main().remotePane.Ftp.IsValid(); },
                        [&] {
-                         MakeRemote("stall.bin", "short");
-                         Order("wake");
+                         EXPECT_TRUE(ui::Press(Dialog(kDownloading), kCommandCancel));
+                         QTimer::singleShot(100, &service, [this] { Order("wake"); });
                        });
   TransferTest::Download({"stall.bin"});
   EXPECT_TRUE(wake.Acted());
-  EXPECT_EQ(ContentOf(Local("stall.bin")), "short");
+  EXPECT_FALSE(LFtpList::bPowerSuspendStandBy);
+  EXPECT_THAT(Messages(), testing::Contains("ユーザーがダウンロードを中止しました"));
   ExpectUsable();
 }
 
