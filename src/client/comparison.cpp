@@ -1,7 +1,5 @@
 // Comparing: what is newer or missing on one side gets selected there, and nothing is moved. Folders on both sides are
 // walked with the pane itself, so the user sees where the comparison is.
-#include <unistd.h>
-
 #include "client/remote_pane.h"
 #include "client/remote_paths.h"
 #include "ftp/queries.h"
@@ -47,7 +45,7 @@ void LFtpList::CompareBelow(LProcessInterface& process, const char* name, const 
 /// How an entry of the remote folder stands to the local one of its name.
 LFtpList::Difference LFtpList::CompareItem(LProcessInterface& process, const LFtpExpListItem& item, const char* local) {
   if (item.kind == LFtpExpListItem::kFolder) {
-    return access(local, F_OK) == 0 ? Difference::kFolderOnBothSides : Difference::kRemoteWins;
+    return LFile::TestFileExists(local) ? Difference::kFolderOnBothSides : Difference::kRemoteWins;
   }
   char name[kTextSize];  // The question pumps: the item may be gone behind it.
   TextCopy(name, item.name);
@@ -82,12 +80,12 @@ void LFtpList::CmDirectoryCompare(LProcessInterface& process, const char* localF
         if (recurse) CompareBelow(process, name, local, localNewer, remoteNewer);
         break;
     }
+    // The way up from a folder selects its row.
+    const int row = pWindow->LVFindString(nListId, name);
+    pWindow->LVSetSel(nListId, row, false);
     if (process.IsToStop()) return;
     // Gathered, because the walk through the folders fills the pane anew.
-    const int row = pWindow->LVFindString(nListId, name);
     if (remoteNewer) gathered.AddHead(new LFtpRemoteIndex{nullptr, row});
-    // The way up from a folder selects its row.
-    if (!remoteNewer) pWindow->LVSetSel(nListId, row, false);
     if (localNewer) localNames.Add(name);
     seen.Add(name);
     item = difference == Difference::kFolderOnBothSides ? ItemAt(place) : item->next;
@@ -95,7 +93,7 @@ void LFtpList::CmDirectoryCompare(LProcessInterface& process, const char* localF
   if (process.IsToStop()) return;
   LFile::FolderIteratorAllFiles entry;
   bool isStopped = false;
-  for (bool more = entry.Open(localFolder, "*"); more && !isStopped; more = entry.Next()) {
+  for (bool more = entry.Open(localFolder); more && !isStopped; more = entry.Next()) {
     if (!IsSeen(process, seen, entry.Name(), isStopped)) localNames.Add(entry.Name());
   }
   if (isStopped) return;
@@ -133,7 +131,7 @@ void LFtpList::_TestDifferences(LProcessInterface& process, const char* localFol
   }
   LFile::FolderIteratorAllFiles entry;
   bool isStopped = process.IsToStop();
-  for (bool more = entry.Open(localFolder, "*"); more && !isStopped; more = entry.Next()) {
+  for (bool more = entry.Open(localFolder); more && !isStopped; more = entry.Next()) {
     if (entry.Name()[0] != '.' && !IsSeen(process, seen, entry.Name(), isStopped)) localNewer = true;
     if (localNewer && remoteNewer) return;
   }
