@@ -18,7 +18,6 @@ ChildInterface* LFtpList::pCurrentInterface;
 namespace {
 
 constexpr int kFolderIconResource = 308;
-constexpr int kLinkIconResource = 310;
 
 constexpr LVColDynamicGlobal kColumns[] = {
     {"ファイル名", 20, 0}, {"サイズ", 10, 2}, {"種類", 15, 0},           {"更新日 ", 20, 0},
@@ -80,9 +79,6 @@ int LFtpList::LVCompareFunc(LListViewSorter* sorter, const char* a, const char* 
 
 int LFtpList::ImageOf(const LFtpExpListItem& item) {
   if (item.kind == LFtpExpListItem::kFolder) return iFolderIcon;
-  if (item.kind == LFtpExpListItem::kSymbolicLink) {
-    return ImageList.GetIndex(LGuiIcon::FromResource(kLinkIconResource), "->");
-  }
   char key[kTextSize];
   LFile::_GetFileExtensionFromPath(key, item.name);
   if (!key[0]) TextCopy(key, item.name);
