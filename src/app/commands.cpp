@@ -38,11 +38,15 @@ bool MainDialog::RouteFields(int id) {
     case kRemotePath:
     case kRemoteFilter: iEnterTarget = static_cast<short>(id); return true;
     case kLocalGo:
-    case kCommandLocalPathChosen: CmLocalGo(); return true;
+    case kCommandLocalPathChosen:
+      iEnterTarget = 0;
+      CmLocalGo();
+      return true;
     case kLocalFilterApply: CmSetLocalFilter(false); return true;
     case kLocalFilterRemove: CmSetLocalFilter(true); return true;
     case kRemoteGo:
     case kCommandRemotePathChosen:
+      iEnterTarget = 0;
       remotePane.bConnected ? CmRemoteGo() : EvShowConnectContextMenu(kRemoteGo);
       return true;
     case kRemoteFilterApply: CmSetRemoteFilter(false); return true;
@@ -50,7 +54,7 @@ bool MainDialog::RouteFields(int id) {
     case kCommandLocalFocusLost:
       bLocalListFocused = true;
       if (bLocalSelectionDirty) {
-        remotePane.CmRefresh();
+        if (remotePane.bConnected) remotePane.CmRefresh();
         bLocalSelectionDirty = false;
       }
       return true;
@@ -83,7 +87,32 @@ bool MainDialog::RouteLocal(int id) {
   return true;
 }
 
+/// The ways through the remote folders. Without a connection they would make one, to where the last one was.
+bool MainDialog::RouteRemoteWays(int id) {
+  switch (id) {
+    case kCommandRemoteUp:
+    case kCommandMenuRemoteUp:
+      if (remotePane.bConnected) remotePane.CmUp();
+      break;
+    case kCommandRemoteBack:
+    case kCommandMenuRemoteBack:
+      if (remotePane.bConnected) remotePane.CmBack();
+      break;
+    case kCommandRemoteForward:
+    case kCommandMenuRemoteForward:
+      if (remotePane.bConnected) remotePane.CmForward();
+      break;
+    case kCommandRemoteOpen:
+      if (remotePane.bConnected) remotePane.EvDoubleClick(true);
+      break;
+    default: return false;
+  }
+  EvRemotePathChanged();
+  return true;
+}
+
 bool MainDialog::RouteRemote(int id) {
+  if (RouteRemoteWays(id)) return true;
   switch (id) {
     case kCommandRemoteRefresh:
     case kCommandMenuRemoteRefresh: CmRemoteRefresh(); return true;
@@ -93,28 +122,19 @@ bool MainDialog::RouteRemote(int id) {
     case kCommandMenuRemoteRename: CmRemoteRename(); return true;
     case kCommandRemoteNewFolder:
     case kCommandMenuRemoteNewFolder: CmRemoteNewFolder(); return true;
-    case kCommandPermissions: remotePane.CmChangePermissions(); return true;
+    case kCommandPermissions: CmChangePermissions(); return true;
     case kCommandRemoteSelectionChanged:
       EndLocalRename();
       EnableControls();
       return true;
     case kCommandRemoteRightClick: remotePane.EvRightClick(); return true;
     case kCommandRemoteHeaderRightClick: remotePane.EvRightClickHeader(); return true;
-    case kCommandRemoteUp:
-    case kCommandMenuRemoteUp: remotePane.CmUp(); break;
-    case kCommandRemoteBack:
-    case kCommandMenuRemoteBack: remotePane.CmBack(); break;
-    case kCommandRemoteForward:
-    case kCommandMenuRemoteForward: remotePane.CmForward(); break;
-    case kCommandRemoteOpen: remotePane.EvDoubleClick(true); break;
     default: {
       if (id < kCommandColumnFirst || id > kCommandColumnLast) return false;
       remotePane.EvColumnChange(static_cast<unsigned short>(id));
       return true;
     }
   }
-  EvRemotePathChanged();
-  return true;
 }
 
 bool MainDialog::RouteConnection(int id) {

@@ -98,13 +98,13 @@ void MainDialog::AddRemoteControls() {
 void MainDialog::BindEvents() {
   HandleCBSelChange(kLocalPath, kCommandLocalPathChosen);
   HandleCBEdited(kLocalPath, kLocalPath);
-  HandleCBReturn(kLocalPath, kCommandGo);
+  HandleCBReturn(kLocalPath, kLocalGo);
   HandleCBSelChange(kLocalFilter, kLocalFilterApply);
   HandleCBEdited(kLocalFilter, kLocalFilter);
   HandleCBReturn(kLocalFilter, kCommandGo);
   HandleCBSelChange(kRemotePath, kCommandRemotePathChosen);
   HandleCBEdited(kRemotePath, kRemotePath);
-  HandleCBReturn(kRemotePath, kCommandGo);
+  HandleCBReturn(kRemotePath, kRemoteGo);
   HandleCBSelChange(kRemoteFilter, kRemoteFilterApply);
   HandleCBEdited(kRemoteFilter, kRemoteFilter);
   HandleCBReturn(kRemoteFilter, kCommandGo);

@@ -109,6 +109,8 @@ class MainDialog : public LMainWindow,
   int CmConnect(bool bForgetOnFail) override;
   int CmDisconnect(bool bForget) override;
   void CmUploadGuarded();
+  void CmDirectoryComparison();
+  void CmChangePermissions();
   void CmUpload();
   void CmDownload();
   void CmSynchronize();
@@ -163,6 +165,7 @@ class MainDialog : public LMainWindow,
   // Command, by place; true for a command of that place
   bool RouteLocal(int id);
   bool RouteRemote(int id);
+  bool RouteRemoteWays(int id);
   bool RouteFields(int id);
   bool RouteConnection(int id);
   bool RouteRest(int id);

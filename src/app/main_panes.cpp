@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int kPathEntries = 10;
-constexpr unsigned kAfterDeleteMs = 100;
+constexpr unsigned kAfterJobMs = 100;
 
 }  // namespace
 
@@ -41,13 +41,14 @@ void MainDialogCore::EvRemotePathChanged() {
     pView->LVSelectNone(kRemoteList);
     bRemoteSelectionDirty = false;
   }
-  const char* path = remotePane.szCurrentDirectory;
-  const int known = pView->CBFindString(kRemotePath, path);
-  if (known >= 0) pView->CBDeleteItem(kRemotePath, known);
-  pView->CBInsertString(kRemotePath, 0, path);
-  pView->CBSetText(kRemotePath, path);
-  if (remotePane.bConnected && !bQuickSession) {
-    LFTPAccountSettings::StoreRecentDirectories(localPane.Folder(), path);
+  // Without a connection there is no directory: the next one would start in that of the last.
+  if (remotePane.bConnected) {
+    const char* path = remotePane.szCurrentDirectory;
+    const int known = pView->CBFindString(kRemotePath, path);
+    if (known >= 0) pView->CBDeleteItem(kRemotePath, known);
+    pView->CBInsertString(kRemotePath, 0, path);
+    pView->CBSetText(kRemotePath, path);
+    if (!bQuickSession) LFTPAccountSettings::StoreRecentDirectories(localPane.Folder(), path);
   }
   pView->EnableControls();
 }
@@ -167,7 +168,15 @@ void MainDialog::CmRemoteDelete() {
   if (!remotePane.bConnected) return;
   TimerReset(kTimerWatch);
   MainDialogCore::CmRemoteDelete();
-  if (remotePane.bConnected) TimerSet(kTimerWatch, kAfterDeleteMs);
+  TimerSet(kTimerWatch, kAfterJobMs);
+}
+
+/// The watch is not to come between the questions of the job.
+void MainDialog::CmChangePermissions() {
+  if (!remotePane.bConnected) return;
+  TimerReset(kTimerWatch);
+  remotePane.CmChangePermissions();
+  TimerSet(kTimerWatch, kAfterJobMs);
 }
 
 void MainDialog::EvLVLabelEditBegin(int /*row*/) { remotePane.EvListEditStart(); }

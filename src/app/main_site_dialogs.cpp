@@ -101,7 +101,7 @@ int MainDialog::CmQuickConnect(bool bForgetOnFail, LMacWindow* view) {
   const bool wasWatched = IsTimerSet(kTimerWatch);
   TimerReset(kTimerWatch);
   if (!MainDialogCore::CmQuickConnect(bForgetOnFail, view)) {
-    if (wasWatched) TimerSet(kTimerWatch, uWatchMs);
+    if (wasWatched && remotePane.bConnected) TimerSet(kTimerWatch, uWatchMs);
     return 0;
   }
   TimerSet(kTimerWatch, kSoonMs);

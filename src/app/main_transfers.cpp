@@ -125,6 +125,7 @@ void MainDialogCore::CmDirectoryComparison() {
 }
 
 void MainDialog::CmUploadGuarded() {
+  if (!remotePane.bConnected) return;
   TimerReset(kTimerWatch);
   TimerSet(kTimerWatch, kDuringUploadMs);
   CmUpload();
@@ -160,6 +161,13 @@ void MainDialog::CmSynchronize() {
   MainDialogCore::CmSynchronize();
   TimerSet(kTimerWatch, kAfterDownloadMs);
   SetPowerDownAllow();
+}
+
+void MainDialog::CmDirectoryComparison() {
+  if (!remotePane.bConnected) return;
+  TimerReset(kTimerWatch);
+  MainDialogCore::CmDirectoryComparison();
+  TimerSet(kTimerWatch, kAfterDownloadMs);
 }
 
 void MainDialog::EvQueuedNotifyData(intptr_t data) {

@@ -33,10 +33,8 @@ bool LFtpList::ApplyDirectory() {
   const WaitCursor cursor;
   LProcessResult result = EnterCurrentDirectory();
   for (int reconnects = 0; result == LProcessResultFailed && reconnects < 2; ++reconnects) {
-    char wanted[kTextSize];
-    TextCopy(wanted, szCurrentDirectory);
+    // Where that directory is gone the connection is in the root, and so is what follows.
     ReconnectFromLast();
-    TextCopy(szCurrentDirectory, wanted);
     if (reconnects == 0) result = EnterCurrentDirectory();
   }
   if (result == LProcessResultFailed) {

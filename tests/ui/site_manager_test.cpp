@@ -224,7 +224,7 @@ TEST_F(SiteManager, TheContextMenuDoesWhatTheButtonsDo) {
   OpenManager([&](platform::Window* dialog) {
     SelectRow(dialog, 1);
     alerts.Expect("選択したサイトを削除します。", "削除");
-    ui::ChooseFromNextMenu("サイトを削除");
+    ui::ChooseFromNextMenu("サイトを削除する");
     auto* list = dialog->List(Dlg::kList);
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(20, 30), list->mapToGlobal(QPoint(20, 30)));
     QApplication::sendEvent(list, &menu);

@@ -106,6 +106,54 @@ TEST_F(Watch, GivesUpAfterFiveTries) {
   EXPECT_THAT(Messages(), Not(Contains(HasSubstr("現在：6"))));
 }
 
+TEST_F(Watch, NeverLooksWhileAJobHasTheSession) {
+  MakeRemote("a.txt", "x");
+  StartConnected();
+  WaitUntilArmed();
+  const struct {
+    const char* dialog;
+    int command;
+    const char* question;
+    const char* answer;
+  } jobs[] = {
+      {"ディレクトリを比較中", kCommandCompare, nullptr, nullptr},
+      {"同期中", kCommandSynchronise, "同期します。よろしいですか？", "同期する"},
+      {"ファイル一覧をダウンロード中", kCommandDownload, "上書きしますか？", "スキップ"},
+      {"削除中", kCommandMenuRemoteDelete, "削除", "削除"},
+  };
+  for (const auto& job : jobs) {
+    SCOPED_TRACE(job.dialog);
+    Select(kRemoteList, {"a.txt"});
+    if (job.question) alerts.Expect(job.question, job.answer);
+    EXPECT_TRUE(ui::WaitUntil([&] { return Main().IsTimerSet(MainDialog::kTimerWatch); }));
+    bool wasSet = false;
+    const Meanwhile look([&] { return Dialog(job.dialog) != nullptr; },
+                         [&] { wasSet = Main().IsTimerSet(MainDialog::kTimerWatch); });
+    Main().Command(job.command, 0);
+    EXPECT_TRUE(look.Acted());
+    EXPECT_FALSE(wasSet);
+    EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "afterwards";
+  }
+}
+
+/// Keys come also where the button is off.
+TEST_F(Watch, NoCommandConnectsByItself) {
+  MakeRemote("folder/a.txt", "x");
+  StartConnected();
+  Open(kRemoteList, "folder");
+  Select(kRemoteList, {"a.txt"});
+  Main().CmDisconnect(true);
+  const size_t commands = history.Commands().size();
+  for (const int command :
+       {kCommandRemoteUp, kCommandRemoteBack, kCommandRemoteForward, kCommandRemoteOpen, kCommandPermissions,
+        kCommandCompare, kCommandUpload, kCommandDownload, kCommandLocalFocusLost}) {
+    Main().Command(command, 0);
+    EXPECT_FALSE(Main().remotePane.bConnected) << command;
+    EXPECT_EQ(PathOf(kRemotePath), "") << command << ": the next connection would begin there";
+  }
+  EXPECT_EQ(history.Commands().size(), commands);
+}
+
 TEST_F(Watch, SleepStopsTheRunningTransferAndNothingElse) {
   StartConnected();
   Main().Command(kCommandSuspend, 0);

@@ -212,7 +212,7 @@ void SiteManagerDlg::EvRightClick() {
   menu.AppendMenuSeparator();
   menu.AppendMenuItem(kAdd, "サイトを追加");
   menu.AppendMenuItem(kProperties, "サイトのプロパティー");
-  menu.AppendMenuItem(kDelete, "サイトを削除");
+  menu.AppendMenuItem(kDelete, "サイトを削除する");
   menu.EnableMenuItem(kCommandOk, isAny);
   menu.EnableMenuItem(kProperties, isAny);
   menu.EnableMenuItem(kDelete, isAny && !isConnected);
