@@ -66,7 +66,7 @@ int MainDialogCore::CmConnect(bool bForgetOnFail) {
   char label[kTextSize], user[kTextSize];
   _LUserSettingGetString("Settings", "Current", "", label);
   if (!label[0]) {
-    if (AccountsNumSites() == 0) {
+    if (NumSites() == 0) {
       if (CmSelectSite(kCommandNewSiteProperties) && remotePane.bConnected) return 1;
     } else {
       EvShowConnectContextMenu(kCommandConnect);

@@ -18,12 +18,14 @@ constexpr int kFirstStatusPart = 388;
 
 }  // namespace
 
+void MainDialog::OnInstall() { AccountsRewriteOldLayout(); }
+
 void MainDialog::InitDialog() {
   char migrated[kTextSize];
   _LUserSettingGetString("Settings", "MigratedAccounts3", "", migrated);
   if (!LSettingIsOn(migrated)) {
     const LSettingsBatch batch;  // All or nothing: a rewrite that ran twice would take more labels away.
-    AccountsRewriteOldLayout();
+    OnInstall();
     LUserSettingSetString("Settings", "MigratedAccounts3", "1");
   }
   LUserSettingSetString("Settings", "FirstRun", "1");
@@ -170,7 +172,7 @@ void MainDialog::CmStartup() {
     EvRemotePathChanged();
   } else {
     LOG("接続ボタンをクリックしてサイトに接続する");
-    if (AccountsNumSites() == 0) CmSetupWizard();
+    if (NumSites() == 0) CmSetupWizard();
   }
   remotePane.bReconnectArmed = false;
   LUserSettingSetString("Settings", "CurrentRunHadUpload", "0");

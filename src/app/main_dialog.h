@@ -29,6 +29,8 @@ class MainDialogCore {
   virtual bool CheckConnection();
 
   // Sites
+  /// The number of site labels: one with two users counts once.
+  static int NumSites();
   /// The menu of sites, and the submenu of the menu bar with the same rows.
   void EvShowConnectContextMenu(int atControl);
   void EvShowSiteManagerContextMenu(int atControl);
@@ -101,6 +103,8 @@ class MainDialog : public LMainWindow,
 
   // Life
   void InitDialog() override;
+  /// At the first start after an update: the sites come into the present layout.
+  static void OnInstall();
   void DestroyDialog() override;
   void CmStartup();
 

@@ -61,7 +61,7 @@ void MainDialogCore::CmManageSiteProperties(int id) {
 /// The number of labels stands for the place of the new site: right while each label has one site, and the new one is
 /// the last.
 bool MainDialogCore::CmSetupWizard() {
-  const int sites = AccountsNumSites();
+  const int sites = NumSites();
   if (!SitePropertiesDlg(pView, "", "", "")) return false;
   EvUpdateMainMenu();
   CmSelectSite(kCommandSiteFirst + sites);
