@@ -1,6 +1,8 @@
 // The main window's life: filling it, the first connection, and the end.
 #include "app/main_dialog.h"
 
+#include <iterator>
+
 #include "app/command_ids.h"
 #include "app/menu_tables.h"
 #include "app/tool_bar_tables.h"
@@ -39,6 +41,7 @@ void MainDialog::InitDialog() {
   LOG("Orvane FTPファイル転送ソフト 実行");
   LSettingsLogDamagedStore();
   SetToolTips();
+  SetAccessibleNames();
   localPane.Init(*this, kLocalList);
   remotePane.InitList(*this, kRemoteList);
   LVLabelEditInit(*this, kRemoteList);
@@ -49,6 +52,7 @@ void MainDialog::InitDialog() {
   statusBar.StatusBarSetText("Orvane FTPファイル転送ソフト v 5.01", 0);
   LUserSettingSetString("Settings", "DragSource", "local");
   BindEvents();
+  SetTabOrders();
   bLaidOut = true;
   EvLocalPathChanged();
   InitStatus();
@@ -158,6 +162,33 @@ void MainDialog::SetToolTips() {
       {kHistory, "履歴画面"},
   };
   for (const auto& tip : kTips) SetToolTip(tip.id, tip.text);
+}
+
+/// Both panes have the same buttons.
+void MainDialog::SetAccessibleNames() {
+  static constexpr struct {
+    int id;
+    const char* name;
+  } kNames[] = {
+      {kLocalGo, "ローカルフォルダ：移動"},
+      {kLocalFilterApply, "ローカルフィルタ：フィルタを適用"},
+      {kLocalFilterRemove, "ローカルフィルタ：フィルタを削除"},
+      {kRemoteGo, "リモートフォルダ：移動"},
+      {kRemoteFilterApply, "リモートフィルタ：フィルタを適用"},
+      {kRemoteFilterRemove, "リモートフィルタ：フィルタを削除"},
+  };
+  for (const auto& one : kNames) SetAccessibleName(one.id, one.name);
+}
+
+/// Pane by pane from the left, each from its top.
+void MainDialog::SetTabOrders() {
+  static constexpr int kOrder[] = {
+      platform::kMainToolBar, kLocalPath,   kLocalGo,    kLocalFilter,  kLocalFilterApply,
+      kLocalFilterRemove,     kLocalTools,  kLocalList,  kUploadButton, kDownloadButton,
+      kSynchroniseButton,     kRemotePath,  kRemoteGo,   kRemoteFilter, kRemoteFilterApply,
+      kRemoteFilterRemove,    kRemoteTools, kRemoteList, kDivider,      kHistory,
+  };
+  SetTabOrder(kOrder, std::size(kOrder));
 }
 
 void MainDialog::CmStartup() {

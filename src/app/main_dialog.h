@@ -155,6 +155,8 @@ class MainDialog : public LMainWindow,
   void SetMenus();
   void SetToolBars();
   void SetToolTips();
+  void SetAccessibleNames();
+  void SetTabOrders();
   // LayoutControls, by column
   void LayoutPathRow(int icon, int path, int go, int x, int width, int goWidth, int top);
   void LayoutFilterRow(int first, int x, int width, int top);

@@ -23,7 +23,11 @@ void DlgGendlgCHANGEFILEPERMS(LDialog& dialog, int x, int y, bool withButtons) {
     const int top = y + 14 + row * 32;
     dialog.AddStatic(kRows[row].heading, kRows[row].title, x + 18, top, 102, 25);
     for (int box = 0; box < 3; ++box) {
-      dialog.AddCheckBox(kRows[row].firstBox + box, kRights[box], x + 132 + box * 112, top, 104, 25);
+      const int id = kRows[row].firstBox + box;
+      dialog.AddCheckBox(id, kRights[box], x + 132 + box * 112, top, 104, 25);
+      char name[kTextSize];
+      TextFormat(name, "%s：%s", kRows[row].title, kRights[box]);
+      dialog.SetAccessibleName(id, name);
     }
   }
   dialog.AddHLine(kLine, x + 18, y + 116, 444);

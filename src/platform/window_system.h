@@ -96,6 +96,8 @@ bool WindowIsMinimized(const Window* window);
 void WindowCenter(Window* window, const Window* other);
 /// The size of a dialog unit in pixels, from the window's font.
 void WindowDialogUnits(const Window* window, double& horizontal, double& vertical);
+/// The order in which the Tab key goes through these controls, a tool bar standing for its buttons.
+void WindowSetTabOrder(Window* window, const int* ids, size_t count);
 double WindowScaleFactor(const Window* window);
 
 /// A modal run: shows the window and handles events until WindowEndModal; gives its code. Runs may nest.
@@ -150,6 +152,8 @@ void ControlSetTextLimit(Window* window, int id, int characters);
 /// The grey text of an empty field or list.
 void ControlSetPrompt(Window* window, int id, const char* text);
 void ControlSetToolTip(Window* window, int id, const char* text);
+/// What a screen reader calls it, where the text it shows stands on another control too.
+void ControlSetName(Window* window, int id, const char* name);
 void ControlSetIcon(Window* window, int id, Icon icon, int size);
 void ControlSetCheck(Window* window, int id, bool check);
 bool ControlGetCheck(const Window* window, int id);

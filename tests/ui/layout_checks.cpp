@@ -7,13 +7,13 @@
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
+#include <QMetaEnum>
 #include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
-#include <utility>
 #include <vector>
 
 #include "app/command_ids.h"
@@ -88,54 +88,125 @@ void ExpectGood(platform::Window* window) {
   ExpectTextsWhole(window);
 }
 
-int ExpectNames(platform::Window* window) {
-  int controls = 0;
-  for (QWidget* control : window->findChildren<QWidget*>()) {
-    const bool isOurs = control->objectName().startsWith("control") || qobject_cast<QToolButton*>(control);
-    if (!isOurs || control->objectName().startsWith("qt_") || control->objectName().startsWith("Scroll")) continue;
-    ++controls;
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(control);
-    EXPECT_TRUE(accessible && !accessible->text(QAccessible::Name).isEmpty())
-        << NameOf(control) << " of " << control->metaObject()->className();
-  }
-  return controls;
-}
+namespace {
 
-void ExpectTabOrder(platform::Window* window) {
-  std::set<const QWidget*> missing;
-  for (const QWidget* control : window->findChildren<QWidget*>()) {
-    const auto* radio = qobject_cast<const QAbstractButton*>(control);
-    const bool isOffRadio = radio && radio->group() && !radio->isChecked();  // The arrows go to it.
-    if (control->isVisible() && control->isEnabled() && !isOffRadio && !control->focusProxy() &&
-        (control->focusPolicy() & Qt::TabFocus) && control->objectName().startsWith("control") &&
-        !dynamic_cast<const platform::Window*>(control)) {
-      missing.insert(control);
+/// What stands in a window, as a screen reader walks through it.
+class AccessibleWalk {
+ public:
+  std::string Listing() const { return listing; }
+  size_t Controls() const { return known.size(); }
+
+  void Visit(QAccessibleInterface* node, int depth, const QString& place) {
+    if (!node || node->state().invisible) return;
+    const QAccessible::Role role = node->role();
+    const QString name = node->text(QAccessible::Name);
+    const QString kind = QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(role));
+    listing += std::string(2 * static_cast<size_t>(depth), ' ') + kind.toStdString() + " \"" + name.toStdString() +
+               "\"" + (node->state().disabled ? " off" : "") + "\n";
+    if (IsControl(*node)) Check(place, kind, name);
+    // Its name is what it shows; what it is for stands in its field or on its label.
+    const bool isBare = role == QAccessible::ComboBox && node->childCount() < 2 && node->relations().isEmpty();
+    EXPECT_FALSE(isBare) << "no label for " << name.toStdString();
+    if (IsOneThing(role)) return;
+    const bool isPlace = role == QAccessible::ToolBar || role == QAccessible::PopupMenu;
+    for (int i = 0; i < node->childCount(); ++i) Visit(node->child(i), depth + 1, isPlace ? name : place);
+  }
+
+ private:
+  /// Frames, lines and what Qt puts in between are none; whatever the keyboard reaches is.
+  static bool IsControl(QAccessibleInterface& node) {
+    switch (node.role()) {
+      case QAccessible::Client: return node.state().focusable;
+      case QAccessible::Border:
+      case QAccessible::Separator:
+      case QAccessible::LayeredPane:
+      case QAccessible::Grouping:
+      case QAccessible::Pane: return false;
+      case QAccessible::PopupMenu: return false;  // Of the same name as what opens it, or of none.
+      case QAccessible::StaticText: return !node.text(QAccessible::Name).isEmpty();
+      default: return true;
     }
   }
-  ASSERT_FALSE(missing.empty());
-  // From the first of them, wherever the focus was.
-  const auto placeOf = [&](const QWidget* control) {
-    constexpr int kLine = 16;  // Of a tall control, its first line counts.
-    return control->mapTo(window, QPoint(0, std::min(control->height() / 2, kLine)));
-  };
-  const auto isBefore = [&](const QWidget* a, const QWidget* b) {
-    return std::pair(placeOf(a).y(), placeOf(a).x()) < std::pair(placeOf(b).y(), placeOf(b).x());
-  };
-  const QWidget* const first = *std::min_element(missing.begin(), missing.end(), isBefore);
-  const_cast<QWidget*>(first)->setFocus();
-  QPoint last(-1, -1);
-  for (const QWidget* focus = first; missing.size() > 0;) {
-    missing.erase(focus);
-    const QPoint place = placeOf(focus);
+  static bool IsOneThing(QAccessible::Role role) {
+    return role == QAccessible::Tree || role == QAccessible::List || role == QAccessible::Table ||
+           role == QAccessible::EditableText;
+  }
+  void Check(const QString& place, const QString& kind, const QString& name) {
+    EXPECT_TRUE(kind != "NoRole" && kind != "Client") << "no role: " << name.toStdString();
+    EXPECT_FALSE(name.trimmed().isEmpty()) << "no name: a " << kind.toStdString() << " in\n" << listing;
+    EXPECT_TRUE(known.insert(place + "/" + kind + "/" + name).second)
+        << "two of them: " << kind.toStdString() << " " << name.toStdString();
+  }
+
+  std::string listing;
+  std::set<QString> known;
+};
+
+}  // namespace
+
+std::string ExpectAccessible(QWidget* window) {
+  AccessibleWalk walk;
+  walk.Visit(QAccessible::queryAccessibleInterface(window), 0, {});
+  EXPECT_GE(walk.Controls(), 2u) << walk.Listing();
+  return walk.Listing();
+}
+
+namespace {
+
+/// What the Tab key should reach. An editable combo box stands for its field, a group of radio buttons for the chosen
+/// one.
+bool TakesTab(const QWidget* control) {
+  const auto* radio = qobject_cast<const QAbstractButton*>(control);
+  const bool isOffRadio = radio && radio->group() && !radio->isChecked();
+  return control->isVisible() && control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) &&
+         !control->focusProxy() && !isOffRadio && !control->isWindow() &&
+         !qobject_cast<QComboBox*>(control->parent()) && !dynamic_cast<const platform::Window*>(control);
+}
+
+/// The pane of the main window, or of a dialog the only one; then the row, then the place in it.
+struct Place {
+  int pane, y, x;
+  bool operator<(const Place& other) const {
     constexpr int kSameRow = 12;
-    const bool isBack = place.y() < last.y() - kSameRow || (place.y() <= last.y() + kSameRow && place.x() < last.x());
-    EXPECT_TRUE(last.x() < 0 || !isBack) << "the focus goes back to " << NameOf(focus);
-    last = place;
+    if (pane != other.pane) return pane < other.pane;
+    return y < other.y - kSameRow || (y <= other.y + kSameRow && x < other.x);
+  }
+};
+
+Place PlaceOf(platform::Window* window, const QWidget* control) {
+  constexpr int kLine = 16;  // Of a tall control, its first line counts.
+  const QPoint at = control->mapTo(window, QPoint(0, std::min(control->height() / 2, kLine)));
+  if (!window->mainToolBar) return {0, at.y(), at.x()};
+  if (window->mainToolBar->isAncestorOf(control)) return {0, 0, at.x()};
+  const int left = window->Control(kLocalList)->geometry().right(), right = window->Control(kRemoteList)->x();
+  return {at.x() < left ? 1 : at.x() < right ? 2 : 3, at.y(), at.x()};
+}
+
+}  // namespace
+
+void ExpectTabOrder(platform::Window* window) {
+  std::vector<QWidget*> wanted;
+  for (QWidget* control : window->findChildren<QWidget*>()) {
+    if (TakesTab(control)) wanted.push_back(control);
+  }
+  ASSERT_FALSE(wanted.empty());
+  ASSERT_TRUE(ui::WaitUntil([&] { return window->isActiveWindow(); }, 2000));
+  const auto isBefore = [&](QWidget* a, QWidget* b) { return PlaceOf(window, a) < PlaceOf(window, b); };
+  QWidget* const first = *std::min_element(wanted.begin(), wanted.end(), isBefore);
+  std::set<QWidget*> missing(wanted.begin(), wanted.end());
+  first->setFocus();
+  QWidget* last = nullptr;
+  for (size_t step = 0; step <= 2 * wanted.size() && !missing.empty(); ++step) {
+    QWidget* focus = QApplication::focusWidget();
+    ASSERT_NE(focus, nullptr);
+    if (qobject_cast<QComboBox*>(focus->parent())) focus = focus->parentWidget();
+    // Once round, the tabs come first.
+    if (focus == first || qobject_cast<QTabBar*>(focus)) last = nullptr;
+    missing.erase(focus);
+    EXPECT_TRUE(!last || !isBefore(focus, last))
+        << "the focus goes back from " << NameOf(last) << " to " << NameOf(focus);
+    last = focus;
     ui::Key(window, Qt::Key_Tab);
-    focus = QApplication::focusWidget();
-    if (focus == first) break;
-    // Round again from the top.
-    if (qobject_cast<const QTabBar*>(focus)) last = QPoint(-1, -1);
   }
   for (const QWidget* control : missing) ADD_FAILURE() << "Tab does not reach " << NameOf(control);
 }

@@ -8,6 +8,7 @@
 
 #include "platform/qt/list_control.h"
 #include "platform/qt/native_window.h"
+#include "ui/layout_checks.h"
 #include "ui/screens.h"
 #include "ui/window_fixture.h"
 
@@ -251,6 +252,7 @@ TEST_F(Menus, AreOffWhileADialogRuns) {
                          chosen = ui::ChooseFromMenuBar(Window(), {"リモート", "削除"});
                          EXPECT_FALSE(platform::MenuItemIsEnabled(Window(), 4003));
                          SaveScreen(Dialog("新規フォルダ"), "new-folder");
+                         ExpectTabOrder(Dialog("新規フォルダ"));
                          ui::Press(Dialog("新規フォルダ"), kCommandCancel);
                        });
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"リモート", "新規フォルダ"}));

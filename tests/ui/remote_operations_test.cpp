@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "platform/qt/native_window.h"
+#include "ui/layout_checks.h"
 #include "ui/screens.h"
 #include "ui/window_fixture.h"
 
@@ -62,6 +63,7 @@ class RemoteOperations : public WindowTest {
                                                       std::find(boxes.begin(), boxes.end(), box) != boxes.end());
                           }
                           SaveScreen(dialog, "permissions");
+                          ExpectTabOrder(dialog);
                           ui::Press(dialog, kCommandOk);
                         });
     EXPECT_TRUE(Choose("ファイルのパーミッションを変更する"));

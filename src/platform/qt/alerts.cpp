@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -19,6 +20,9 @@ int AlertRun(Window* parent, Alert& alert) {
   QMessageBox box(parent);
   box.setWindowModality(Qt::ApplicationModal);
   box.setIcon(alert.isError ? QMessageBox::Critical : QMessageBox::Information);
+  if (auto* icon = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"))) {
+    icon->setAccessibleName(alert.isError ? QStringLiteral("エラー") : QStringLiteral("情報"));
+  }
   box.setWindowTitle(ShownText(alert.title));
   box.setTextFormat(Qt::PlainText);  // A server's words are never markup.
   box.setText(ShownText(alert.message, true));

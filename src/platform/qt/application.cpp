@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "platform/event_loop.h"
+#include "platform/qt/accessibility.h"
 #include "platform/qt/desktop_calls.h"
 #include "platform/qt/icons.h"
 
@@ -115,6 +116,7 @@ void ApplicationInit(int& argc, char** argv) {
     manager.setRestartHint(QSessionManager::RestartNever);
     if (gQuitRequest) gQuitRequest();
   });
+  AccessibilityInit();
   WatchSignals();
 }
 

@@ -71,6 +71,7 @@ QToolBar* MainBar(Window* window) {
     bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     bar->setIconSize(QSize(28, 28));
     bar->setMovable(false);
+    bar->setAccessibleName(QStringLiteral("ツールバー"));
     bar->show();
     window->mainToolBar = bar;
   }

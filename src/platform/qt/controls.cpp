@@ -12,6 +12,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTextDocument>
 #include <QToolButton>
@@ -90,7 +91,8 @@ QWidget* NewRadio(Window* window, int id, const QString& text) {
   auto* radio = new QRadioButton(window->client);
   if (!window->radioGroup) window->radioGroup = new QButtonGroup(window);
   window->radioGroup->addButton(radio);
-  radio->setAccessibleDescription(window->radioTitle);  // Two groups may ask with the same words.
+  // Two groups may offer the same words.
+  if (!window->radioTitle.isEmpty()) radio->setAccessibleName(window->radioTitle + QStringLiteral("：") + text);
   return NewCheck(window, id, radio, text);
 }
 
@@ -155,13 +157,45 @@ QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& tex
   return nullptr;
 }
 
+/// Such a control is called what it shows, also when that changes.
+bool ShowsText(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::kStatic:
+    case ControlKind::kCheckBox:
+    case ControlKind::kRadioButton:
+    case ControlKind::kButton:
+    case ControlKind::kDefaultButton:
+    case ControlKind::kIconTextButton:
+    case ControlKind::kGroup: return true;
+    default: return false;
+  }
+}
+
+/// A field belongs to the label that was made before it: of a pull-down list a screen reader has no other name.
+void JoinLabel(Window* window, QWidget* control, ControlKind kind) {
+  const bool isField = kind == ControlKind::kInput || kind == ControlKind::kPassword ||
+                       kind == ControlKind::kComboBox || kind == ControlKind::kPullDownList;
+  if (isField && window->lastLabel) window->lastLabel->setBuddy(control);
+  window->lastLabel = kind == ControlKind::kStatic ? qobject_cast<QLabel*>(control) : nullptr;
+}
+
+void SetName(QWidget* control, const QString& name) {
+  control->setAccessibleName(name);
+  // The part of it that the keyboard is in.
+  if (auto* combo = qobject_cast<QComboBox*>(control); combo && combo->lineEdit()) {
+    combo->lineEdit()->setAccessibleName(name);
+  }
+  if (auto* tabs = qobject_cast<QTabWidget*>(control)) tabs->tabBar()->setAccessibleName(name);
+}
+
 }  // namespace
 
 void ControlCreate(Window* window, int id, ControlKind kind, const char* text, const Rect& place) {
   QWidget* control = NewControl(window, id, kind, ShownText(text));
   if (!control) return;
-  if (text) control->setAccessibleName(ShownText(text));
+  if (text && !ShowsText(kind)) SetName(control, ShownText(text));
   control->setObjectName(QStringLiteral("control%1").arg(id));
+  JoinLabel(window, control, kind);
   delete window->controls.value(id);
   window->controls.insert(id, control);
   ControlMove(window, id, place);
@@ -247,6 +281,10 @@ void ControlSetPrompt(Window* window, int id, const char* text) {
 
 void ControlSetToolTip(Window* window, int id, const char* text) {
   if (QWidget* control = window->Control(id)) control->setToolTip(ToolTipText(ShownText(text, true)));
+}
+
+void ControlSetName(Window* window, int id, const char* name) {
+  if (QWidget* control = window->Control(id)) SetName(control, ShownText(name));
 }
 
 void ControlSetIcon(Window* window, int id, Icon icon, int size) {

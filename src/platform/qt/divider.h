@@ -8,6 +8,7 @@ namespace platform {
 struct Window;
 
 class Divider : public QWidget {
+  Q_OBJECT
  public:
   Divider(Window* window, int id);
 

@@ -58,6 +58,7 @@ void MenuBarSet(Window* window, const MenuItem* items, size_t count) {
   if (!window->menuBar) {
     window->menuBar = new QMenuBar(window);
     window->menuBar->setNativeMenuBar(false);
+    window->menuBar->setAccessibleName(QStringLiteral("メニューバー"));
   }
   window->menuBar->clear();
   window->menuItems.clear();

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QToolButton>
 
 #include "platform/qt/list_control.h"
 #include "platform/qt/status_bar_widget.h"
@@ -180,7 +181,10 @@ void WindowRaise(Window* window) {
   window->activateWindow();
 }
 
-void WindowSetTitle(Window* window, const char* title) { window->setWindowTitle(ShownText(title)); }
+void WindowSetTitle(Window* window, const char* title) {
+  window->setWindowTitle(ShownText(title));
+  if (window->kind == WindowKind::kPage) window->setAccessibleName(window->windowTitle());
+}
 
 void WindowSetClientSize(Window* window, int width, int height) {
   const int menuHeight = window->menuBar ? window->menuBar->sizeHint().height() : 0;
@@ -249,6 +253,25 @@ void WindowDialogUnits(const Window* window, double& horizontal, double& vertica
   const QString letters = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
   horizontal = metrics.horizontalAdvance(letters) / static_cast<double>(letters.size());
   vertical = metrics.height();
+}
+
+void WindowSetTabOrder(Window* window, const int* ids, size_t count) {
+  QWidget* last = nullptr;
+  const auto append = [&last](QWidget* widget) {
+    if (last && widget) QWidget::setTabOrder(last, widget);
+    if (widget) last = widget;
+  };
+  for (size_t i = 0; i < count; ++i) {
+    const QToolBar* bar = window->ToolBar(ids[i]);
+    if (!bar) {
+      append(window->Control(ids[i]));
+      continue;
+    }
+    for (QAction* action : bar->actions()) {
+      auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
+      if (button) append(button);
+    }
+  }
 }
 
 double WindowScaleFactor(const Window* window) { return window->devicePixelRatioF(); }

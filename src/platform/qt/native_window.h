@@ -3,6 +3,7 @@
 
 #include <QEventLoop>
 #include <QHash>
+#include <QLabel>
 #include <QMenuBar>
 #include <QPoint>
 #include <QPointer>
@@ -19,6 +20,8 @@ class StatusBarWidget;
 
 /// Controls lie in `client`, which is inset from the window's border so that nothing touches it.
 struct Window : public QWidget {
+  Q_OBJECT
+ public:
   Window(WindowEvents& owner, WindowKind windowKind, Window* parentWindow);
   ~Window() override;
 
@@ -48,6 +51,7 @@ struct Window : public QWidget {
   StatusBarWidget* statusBar = nullptr;
   QHash<int, QWidget*> controls;
   class QButtonGroup* radioGroup = nullptr;  ///< The one that the next radio button joins.
+  QPointer<QLabel> lastLabel;                ///< The one that belongs to the next field.
   QString radioTitle;                        ///< Title of the group box above them.
   QHash<QPair<int, int>, int> bindings;      ///< (id, event) to command.
   QMultiHash<int, QAction*> menuItems;       ///< A command may stand in several menus.

@@ -8,6 +8,7 @@
 namespace platform {
 
 class StatusBarWidget : public QWidget {
+  Q_OBJECT
  public:
   explicit StatusBarWidget(QWidget* parent);
   QSize sizeHint() const override;

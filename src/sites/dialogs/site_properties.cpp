@@ -42,6 +42,9 @@ void AddFolderGroup(LDialog& dialog, int group, int x, int y, const char* title,
   dialog.AddStatic(group + 6, label, x + 52, y + 84, 192, kField);
   dialog.AddInput(group + 5, name, x + 248, y + 84, 260, kField);
   dialog.AddButton(group + 7, "参照...", x + 516, y + 84, kButtonWidth, kField);
+  char browse[kTextSize];
+  TextFormat(browse, "%s：参照...", name);
+  dialog.SetAccessibleName(group + 7, browse);
 }
 
 void DlgGendlgADVPROP(LDialog& dialog, int x, int y, bool /*withButtons*/) {

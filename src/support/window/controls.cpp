@@ -108,6 +108,14 @@ void LMacWindow::SetToolTip(int id, const char* text) {
   if (pNative) platform::ControlSetToolTip(pNative, id, text);
 }
 
+void LMacWindow::SetAccessibleName(int id, const char* name) {
+  if (pNative) platform::ControlSetName(pNative, id, name);
+}
+
+void LMacWindow::SetTabOrder(const int* ids, size_t count) {
+  if (pNative) platform::WindowSetTabOrder(pNative, ids, count);
+}
+
 void LMacWindow::SetIconIcon(int id, const LGuiIcon& icon, int size) {
   if (pNative) platform::ControlSetIcon(pNative, id, icon.handle, size);
 }

@@ -122,6 +122,10 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void SetFocus(int id);
   void MoveControlPixels(int id, int x, int y, int width, int height);
   void SetToolTip(int id, const char* text);
+  /// What a screen reader calls the control, where its text stands on another one of the window too.
+  void SetAccessibleName(int id, const char* name);
+  /// The order in which the Tab key goes through these controls; a tool bar stands for its buttons.
+  void SetTabOrder(const int* ids, size_t count);
   void SetIconIcon(int id, const LGuiIcon& icon, int size);
   void BubbleTipShow(int id, const char* text);
 
