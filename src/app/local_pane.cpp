@@ -4,6 +4,7 @@
 
 #include "app/command_ids.h"
 #include "platform/desktop.h"
+#include "platform/event_loop.h"
 #include "support/date_time.h"
 #include "support/files.h"
 #include "support/parsing.h"
@@ -66,6 +67,7 @@ void LExplorerFolderControl::InitTreePanel() {
 void LExplorerFolderControl::LoadItems(const char* path, LList<LExpListItem>& items) const {
   LFile::FolderIteratorAllFiles folder;
   for (bool found = folder.Open(path, "*"); found; found = folder.Next()) {
+    platform::EventLoopDraw();
     const char* name = folder.Name();
     if (name[0] == '.') continue;
     auto* item = new LExpListItem();
@@ -110,6 +112,7 @@ void LExplorerFolderControl::ListView_OpenFolderPath(const char* path) {
   LoadItems(opened, items);
   pWindow->LVHoldDrawing(iControl, true);
   for (const LExpListItem* item = items.first; item; item = item->next) {
+    platform::EventLoopDraw();
     if (szNameFilter[0] && !item->isFolder && !stristrTemplate(item->name, szNameFilter)) continue;
     ShowItem(*item);
   }

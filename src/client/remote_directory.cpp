@@ -3,6 +3,7 @@
 #include "client/remote_paths.h"
 #include "ftp/logon.h"
 #include "ftp/queries.h"
+#include "platform/event_loop.h"
 #include "support/files.h"
 #include "support/log.h"
 
@@ -60,6 +61,7 @@ bool LFtpList::ApplyDirectory() {
 
 void LFtpList::FillItems(LFileTransferProtocol::DirIterator& listing) {
   for (; listing.Current(); listing.Next()) {
+    platform::EventLoopDraw();
     const LFileTransferProtocol::DirIterator::Item& record = *listing.Current();
     if (strcmp(record.name, ".") == 0 || strcmp(record.name, "..") == 0) continue;
     int kind = LFtpExpListItem::kFile;

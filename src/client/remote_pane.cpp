@@ -1,6 +1,7 @@
 #include "client/remote_pane.h"
 
 #include "client/remote_paths.h"
+#include "platform/event_loop.h"
 #include "sites/store/settings.h"
 #include "support/date_time.h"
 #include "support/files.h"
@@ -90,6 +91,7 @@ void LFtpList::ShowItems() {
   static constexpr const char* kWords[] = {kWordFile, kWordFolder, kWordLink};
   pWindow->LVHoldDrawing(nListId, true);
   for (const LFtpExpListItem* item = Items.first; item; item = item->next) {
+    platform::EventLoopDraw();
     const int row = pWindow->LVAddString(nListId, item->name, ImageOf(*item), reinterpret_cast<intptr_t>(item));
     char text[kTextSize] = "";
     if (item->kind != LFtpExpListItem::kFolder) FormatFileSize(text, item->size, 1);

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "platform/clock.h"
+#include "platform/event_loop.h"
 #include "support/text.h"
 
 namespace {
@@ -43,20 +44,47 @@ void LProcessInterface::SetStatusF(int level, const char* format, ...) {
 
 // LProcessInterfaceVoid
 
+namespace {
+
+/// The wait in slices, between which the windows draw themselves. `wait` takes milliseconds and is true when it is
+/// over.
+template <typename Wait>
+bool WaitInSlices(unsigned ms, Wait wait) {
+  for (;;) {
+    const unsigned slice = ms < platform::kEventLoopDrawMs ? ms : platform::kEventLoopDrawMs;
+    if (wait(slice)) return true;
+    if (ms != kWaitForever) ms -= slice;
+    if (ms == 0) return false;
+    platform::EventLoopDraw();
+  }
+}
+
+}  // namespace
+
+bool LProcessInterfaceVoid::IsToStop() {
+  platform::EventLoopDraw();
+  return false;
+}
+
 LProcessResult LProcessInterfaceVoid::ProcessWait(unsigned int ms) {
-  platform::ClockSleepMs(ms);
+  WaitInSlices(ms, [](unsigned slice) {
+    platform::ClockSleepMs(slice);
+    return false;
+  });
   return LProcessResultOk;
 }
 
 LProcessResult LProcessInterfaceVoid::ProcessWaitSignal(LSignalObjectRef signal, unsigned int ms) {
   pollfd entry = {signal.fd, POLLIN, 0};
-  const bool isReadable = SignalPoll(&entry, 1, ms) > 0 && (entry.revents & POLLIN);
-  return isReadable ? LProcessResultOk : LProcessResultFailed;
+  const bool isOver = WaitInSlices(ms, [&](unsigned slice) { return SignalPoll(&entry, 1, slice) > 0; });
+  return isOver && (entry.revents & POLLIN) ? LProcessResultOk : LProcessResultFailed;
 }
 
 LProcessResult LProcessInterfaceVoid::ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) {
   if (group.count == 0) return LProcessResultFailed;
-  return SignalPoll(group.entries, group.count, ms) > 0 ? LProcessResultOk : LProcessResultFailed;
+  const bool isSet =
+      WaitInSlices(ms, [&](unsigned slice) { return SignalPoll(group.entries, group.count, slice) > 0; });
+  return isSet ? LProcessResultOk : LProcessResultFailed;
 }
 
 // LProcessInterfaceNested

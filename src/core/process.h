@@ -53,10 +53,11 @@ class LProcessInterface {
 };
 
 /// Never stops, shows nothing. For replies that must be read although the user has cancelled, and for quick
-/// background queries. Blocks its thread without a pump.
+/// background queries. Blocks its thread without a pump; on the main thread the windows go on drawing themselves, and
+/// no command comes between.
 class LProcessInterfaceVoid : public LProcessInterface {
  public:
-  bool IsToStop() override { return false; }
+  bool IsToStop() override;
   LProcessResult ProcessWait(unsigned int ms) override;
   LProcessResult ProcessWaitSignal(LSignalObjectRef signal, unsigned int ms) override;
   /// An empty group gives 2 at once.

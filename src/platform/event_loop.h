@@ -22,6 +22,12 @@ void ApplicationOnReopenRequest(std::function<void()> handler);
 
 /// Handles everything that waits in the window system's queue, and returns. Main thread.
 void EventLoopPump();
+/// For work in one piece that nothing may come between: lets the windows draw and resize themselves if the last time is
+/// long enough ago for a person to notice, and nothing else. Keys, clicks, timers, sockets and posted calls wait. To be
+/// called often; it costs a look at the clock. On other threads it does nothing.
+void EventLoopDraw();
+/// How long a wait that stays in one piece may last between two calls of EventLoopDraw.
+constexpr unsigned kEventLoopDrawMs = 40;
 /// Runs the loop until one of `count` descriptors is readable, an event was handled, or `ms` have passed.
 /// Returns false when the time ran out. Main thread.
 bool EventLoopWait(const int* descriptors, size_t count, unsigned ms);

@@ -34,10 +34,22 @@ size_t ReadUntil(LStringLongTemplate<char>& out, const char* text, Stops stops) 
   return consumed;
 }
 
-size_t DigitsAt(const char* text) { return strspn(text, "0123456789"); }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+size_t DigitsAt(const char* text) {
+  size_t count = 0;
+  while (IsDigit(text[count])) ++count;
+  return count;
+}
 
 /// The low 32 bits of the number that the digits at `text` make.
-int32_t NumberAt(const char* text) { return static_cast<int32_t>(strtol(text, nullptr, 10)); }
+int32_t NumberAt(const char* text, size_t digits) {
+  constexpr size_t kFit = 18;  // So many always fit into 64 bits.
+  if (digits > kFit) return static_cast<int32_t>(strtol(text, nullptr, 10));
+  int64_t number = 0;
+  for (size_t i = 0; i < digits; ++i) number = number * 10 + (text[i] - '0');
+  return static_cast<int32_t>(number);
+}
 
 /// The difference as a machine word has it: very large numbers may go round and change its sign.
 int Difference(int32_t a, int32_t b) {
@@ -137,16 +149,16 @@ void LCommaSeparatedListIteratorTemplate<T>::ReadPlain() {
 int LStringCompareLogical(const char* a, const char* b) {
   while (*a) {
     if (!*b) return 1;
-    const size_t digitsOfA = DigitsAt(a);
-    const size_t digitsOfB = DigitsAt(b);
-    if (digitsOfA == 0 || digitsOfB == 0) {
+    if (!IsDigit(*a) || !IsDigit(*b)) {
       const int upperA = static_cast<signed char>(UpperAscii(*a++));
       const int upperB = static_cast<signed char>(UpperAscii(*b++));
       if (upperA != upperB) return upperA > upperB ? 1 : -1;
       continue;
     }
-    const int32_t numberA = NumberAt(a);
-    const int32_t numberB = NumberAt(b);
+    const size_t digitsOfA = DigitsAt(a);
+    const size_t digitsOfB = DigitsAt(b);
+    const int32_t numberA = NumberAt(a, digitsOfA);
+    const int32_t numberB = NumberAt(b, digitsOfB);
     if (numberA != numberB) return Difference(numberA, numberB);
     a += digitsOfA;
     b += digitsOfB;

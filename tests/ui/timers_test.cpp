@@ -2,9 +2,11 @@
 #include "support/window/timers.h"
 
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <thread>
 #include <vector>
 
+#include "core/process.h"
 #include "platform/event_loop.h"
 #include "ui/window_fixture.h"
 
@@ -120,6 +122,32 @@ TEST(Timers, ANotificationArrivesOnTheMainThreadUnlessItsObjectIsGone) {
   gone.reset();
   EXPECT_TRUE(ui::WaitUntil([&] { return kept.count == 1; }, 1000));
   EXPECT_TRUE(kept.onMainThread);
+}
+
+TEST(Timers, AQuietWaitDrawsAndDoesNothingElse) {
+  struct Field : QLineEdit {
+    void paintEvent(QPaintEvent* event) override {
+      QLineEdit::paintEvent(event);
+      ++drawn;
+    }
+    int drawn = 0;
+  } field;
+  field.show();
+  ASSERT_TRUE(ui::WaitUntil([&] { return field.isActiveWindow() && field.drawn > 0; }));
+  Clocks clocks;
+  clocks.TimerSet(1, 0);
+  bool posted = false;
+  platform::EventLoopPost([&] { posted = true; });
+  field.update();
+  field.drawn = 0;
+  LProcessInterfaceVoid quiet;
+  EXPECT_EQ(quiet.ProcessWait(150), LProcessResultOk);
+  EXPECT_GT(field.drawn, 0);
+  EXPECT_THAT(clocks.fired, IsEmpty());
+  EXPECT_FALSE(posted);
+  ui::Pump(50);
+  EXPECT_THAT(clocks.fired, ElementsAre(1));
+  EXPECT_TRUE(posted) << "nothing is lost";
 }
 
 }  // namespace

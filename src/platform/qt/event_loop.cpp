@@ -15,8 +15,6 @@
 
 namespace platform {
 
-void EventLoopPump() { QCoreApplication::processEvents(); }
-
 namespace {
 
 bool AnyReadable(const int* descriptors, size_t count) {
@@ -55,6 +53,9 @@ struct PostedCalls {
   std::deque<std::function<void()>> calls;
 };
 
+bool isDrawing = false;  ///< In EventLoopDraw. Main thread.
+int heldOff = 0;         ///< Posted calls whose turn came meanwhile.
+
 /// Never destroyed: threads may post while the process ends.
 PostedCalls& Posted() {
   static auto& posted = *new PostedCalls;
@@ -62,6 +63,10 @@ PostedCalls& Posted() {
 }
 
 void RunNextPosted() {
+  if (isDrawing) {
+    ++heldOff;
+    return;
+  }
   std::function<void()> call;
   {
     PostedCalls& posted = Posted();
@@ -72,7 +77,34 @@ void RunNextPosted() {
   call();
 }
 
+void QueueNextPosted() {
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [] { RunNextPosted(); }, Qt::QueuedConnection);
+}
+
+QElapsedTimer& SinceLastTurn() {
+  static QElapsedTimer clock;
+  return clock;
+}
+
 }  // namespace
+
+void EventLoopPump() {
+  QCoreApplication::processEvents();
+  SinceLastTurn().start();
+}
+
+void EventLoopDraw() {
+  if (!QCoreApplication::instance() || !IsMainThread() || isDrawing) return;
+  QElapsedTimer& clock = SinceLastTurn();
+  if (clock.isValid() && clock.elapsed() < kEventLoopDrawMs) return;
+  isDrawing = true;
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
+                                  QEventLoop::X11ExcludeTimers);
+  isDrawing = false;
+  for (; heldOff > 0; --heldOff) QueueNextPosted();
+  clock.start();
+}
 
 void EventLoopPost(std::function<void()> call) {
   QCoreApplication* application = QCoreApplication::instance();
@@ -82,8 +114,7 @@ void EventLoopPost(std::function<void()> call) {
     const std::lock_guard lock(posted.mutex);
     posted.calls.push_back(std::move(call));
   }
-  QMetaObject::invokeMethod(
-      application, [] { RunNextPosted(); }, Qt::QueuedConnection);
+  QueueNextPosted();
 }
 
 bool IsMainThread() {

@@ -7,11 +7,12 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
-#include <QTimer>
 #include <algorithm>
 #include <numeric>
 
+#include "platform/event_loop.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/native_window.h"
 #include "platform/qt/text.h"
@@ -79,6 +80,7 @@ void ListModel::SetColumns(const ListColumn* source, size_t count) {
 int ListModel::AddRow(const char* text, Icon icon, intptr_t data) {
   ListRow row{std::vector<QByteArray>(std::max<size_t>(columns.size(), 1)), icon, data};
   row.cells[0] = text;
+  ++changes;
   const int at = static_cast<int>(rows.size());
   if (holds == 0) beginInsertRows({}, at, at);
   rows.push_back(std::move(row));
@@ -88,6 +90,7 @@ int ListModel::AddRow(const char* text, Icon icon, intptr_t data) {
 
 void ListModel::SetCell(int row, int column, const char* text) {
   if (!RowAt(row) || column < 0 || column >= columnCount()) return;
+  ++changes;
   rows[static_cast<size_t>(row)].cells[static_cast<size_t>(column)] = text;
   if (holds == 0) emit dataChanged(index(row, column), index(row, column));
 }
@@ -97,6 +100,7 @@ const ListRow* ListModel::RowAt(int row) const {
 }
 
 void ListModel::Clear() {
+  ++changes;
   if (holds == 0) beginResetModel();
   rows.clear();
   if (holds == 0) endResetModel();
@@ -114,12 +118,37 @@ void ListModel::Hold(bool hold) {
   }
 }
 
+namespace {
+
+/// Stable. What stands in order already, or the other way round, costs one look at each: rows as a server lists them,
+/// and a second click on a heading.
+template <typename Before>
+void SortOrder(std::vector<int>& order, Before before) {
+  const auto isFalling = [&before](int a, int b) { return !before(b, a); };
+  if (std::adjacent_find(order.begin(), order.end(), isFalling) == order.end()) {
+    std::reverse(order.begin(), order.end());
+    return;
+  }
+  const auto isBehind = [&before](int a, int b) { return before(b, a); };
+  if (std::adjacent_find(order.begin(), order.end(), isBehind) == order.end()) return;
+  std::stable_sort(order.begin(), order.end(), before);
+}
+
+}  // namespace
+
 template <typename Behind>
 void ListModel::Sort(Behind behind) {
   std::vector<int> order(rows.size());
   std::iota(order.begin(), order.end(), 0);
-  const auto before = [&](int a, int b) { return behind(rows[static_cast<size_t>(b)], rows[static_cast<size_t>(a)]); };
-  std::stable_sort(order.begin(), order.end(), before);
+  const unsigned rowsAsTheyWere = changes;
+  constexpr unsigned kDrawEvery = 512;
+  unsigned compared = 0;
+  const auto before = [&](int a, int b) {
+    if (++compared % kDrawEvery == 0) EventLoopDraw();
+    return changes == rowsAsTheyWere && behind(rows[static_cast<size_t>(b)], rows[static_cast<size_t>(a)]);
+  };
+  SortOrder(order, before);
+  if (changes != rowsAsTheyWere) return;
 
   emit layoutAboutToBeChanged({}, VerticalSortHint);
   std::vector<ListRow> sorted;
@@ -305,10 +334,8 @@ void LabelDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QMo
   const QByteArray text = isChanged ? typed.toUtf8() : index.data(ListModel::kBytesRole).toByteArray();
   const int row = index.row();
   // In a turn of its own: the answer fills the list anew, and the view is still busy with the editor.
-  struct Window* window = owner;
-  const int id = list;
-  QTimer::singleShot(0, window, [window, id, row, text] {
-    window->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(id, row, text.constData()); });
+  EventLoopPost([window = QPointer<struct Window>(owner), id = list, row, text] {
+    if (window) window->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(id, row, text.constData()); });
   });
 }
 

@@ -36,7 +36,7 @@ class ListModel : public QAbstractTableModel {
   void Clear();
   /// While held, rows are added without telling the view, which is told once at the end.
   void Hold(bool hold);
-  /// Orders the rows; `behind(a, b)` is true if row `a` belongs behind row `b`. Stable.
+  /// Orders the rows; `behind(a, b)` is true if row `a` belongs behind row `b`. Stable. The windows go on drawing.
   template <typename Behind>
   void Sort(Behind behind);
   void ShowCount(int visibleRows) { shownRows = visibleRows; }
@@ -51,6 +51,7 @@ class ListModel : public QAbstractTableModel {
   std::vector<ListRow> rows;
 
  private:
+  unsigned changes = 0;  ///< Goes up with each change of the rows.
   int holds = 0;
   int shownRows = 0;  ///< Rows that the view knows of while drawing is held back.
 };

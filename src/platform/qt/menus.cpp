@@ -2,10 +2,11 @@
 #include <QAction>
 #include <QCursor>
 #include <QMenu>
-#include <QTimer>
+#include <QPointer>
 #include <QToolButton>
 #include <utility>
 
+#include "platform/event_loop.h"
 #include "platform/qt/native_window.h"
 #include "platform/qt/text.h"
 
@@ -150,7 +151,9 @@ void PopupMenuRun(Window* window, const PopupItem* items, size_t count, int atCo
   for (size_t i = 0; i < count; ++i) AddPopupRow(window, &menu, items[i], false);
   if (const QAction* chosen = menu.exec(PlaceOf(window, atControl))) {
     const int id = chosen->data().toInt();
-    QTimer::singleShot(0, window, [window, id] { window->Send(id); });
+    EventLoopPost([window = QPointer<Window>(window), id] {
+      if (window) window->Send(id);
+    });
   }
 }
 
