@@ -197,7 +197,7 @@ bool EditRow(platform::Window* window, int list, const char* text) {
     return true;
   }
   field->selectAll();
-  Type(field, QString::fromUtf8(text));
+  field->insert(QString::fromUtf8(text));
   QTest::keyClick(field, Qt::Key_Return);
   Pump(1);
   return true;

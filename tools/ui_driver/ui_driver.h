@@ -35,7 +35,8 @@ bool ChooseRow(platform::Window* window, int id, int row);
 platform::Window* Page(platform::Window* sheet, int page);
 bool PressTab(platform::Window* sheet, int page);
 void Key(platform::Window* window, int key, int modifiers = 0);
-/// Replaces the text of the field that is open in a row of the list, and presses Return, or Escape with a null text.
+/// Replaces the text of the field that is open in a row of the list as pasting does, and presses Return; a null text is
+/// Escape instead.
 /// False if none is open.
 bool EditRow(platform::Window* window, int list, const char* text);
 /// Opens a menu of the menu bar and chooses an item, by their texts. False if it is off or not there.
