@@ -5,6 +5,7 @@
 #include "app/command_ids.h"
 #include "platform/desktop.h"
 #include "platform/event_loop.h"
+#include "platform/text_service.h"
 #include "support/date_time.h"
 #include "support/files.h"
 #include "support/parsing.h"
@@ -103,6 +104,13 @@ void LExplorerFolderControl::ShowItem(const LExpListItem& item) {
   pWindow->LVSetColumnString(iControl, row, kModified, text);
 }
 
+/// By the bytes or, where the user sees other text than these, by that.
+bool LExplorerFolderControl::PassesFilter(const char* name) const {
+  char shown[kTextSize];
+  if (stristrTemplate(name, szNameFilter)) return true;
+  return platform::TextDecodeName(name, shown) && stristrTemplate(shown, szNameFilter);
+}
+
 void LExplorerFolderControl::ListView_OpenFolderPath(const char* path) {
   if (!path[0]) return;
   char opened[kTextSize];
@@ -113,7 +121,7 @@ void LExplorerFolderControl::ListView_OpenFolderPath(const char* path) {
   pWindow->LVHoldDrawing(iControl, true);
   for (const LExpListItem* item = items.first; item; item = item->next) {
     platform::EventLoopDraw();
-    if (szNameFilter[0] && !item->isFolder && !stristrTemplate(item->name, szNameFilter)) continue;
+    if (szNameFilter[0] && !item->isFolder && !PassesFilter(item->name)) continue;
     ShowItem(*item);
   }
   pWindow->LVHoldDrawing(iControl, false);

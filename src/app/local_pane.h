@@ -70,6 +70,7 @@ class LExplorerFolderControl : public LListViewSorter, public LListViewLabelEdit
 
  private:
   void LoadItems(const char* path, LList<LExpListItem>& items) const;
+  bool PassesFilter(const char* name) const;
   void ShowItem(const LExpListItem& item);
   int ImageOf(const LExpListItem& item);
   void AddPathOf(int row, LVector<LStringLongTemplate<char>>& files) const;

@@ -4,6 +4,7 @@
 #include "ftp/logon.h"
 #include "ftp/queries.h"
 #include "platform/event_loop.h"
+#include "platform/text_service.h"
 #include "support/files.h"
 #include "support/log.h"
 
@@ -59,6 +60,17 @@ bool LFtpList::ApplyDirectory() {
   return true;
 }
 
+/// By the bytes or, where the user sees other text than these, by that.
+bool LFtpList::PassesFilter(const char* name) const {
+  char lower[kTextSize];
+  TextCopy(lower, name);
+  LCharsetsLowerCase(lower);
+  if (strstr(lower, szFilter)) return true;
+  if (!platform::TextDecodeName(name, lower)) return false;
+  LCharsetsLowerCase(lower);
+  return strstr(lower, szFilter) != nullptr;
+}
+
 void LFtpList::FillItems(LFileTransferProtocol::DirIterator& listing) {
   for (; listing.Current(); listing.Next()) {
     platform::EventLoopDraw();
@@ -70,12 +82,7 @@ void LFtpList::FillItems(LFileTransferProtocol::DirIterator& listing) {
     } else if (listing.IsSymbolicLink()) {
       kind = LFtpExpListItem::kSymbolicLink;
     }
-    if (kind == LFtpExpListItem::kFile && szFilter[0]) {
-      char lower[kTextSize];
-      TextCopy(lower, record.name);
-      LCharsetsLowerCase(lower);
-      if (!strstr(lower, szFilter)) continue;
-    }
+    if (kind == LFtpExpListItem::kFile && szFilter[0] && !PassesFilter(record.name)) continue;
     auto* item = new LFtpExpListItem();
     item->kind = kind;
     TextCopy(item->name, record.name);

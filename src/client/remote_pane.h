@@ -213,6 +213,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   template <typename Call>
   bool TryWithReconnects(Call call);
   LProcessResult EnterCurrentDirectory();
+  bool PassesFilter(const char* name) const;
   void FillItems(LFileTransferProtocol::DirIterator& listing);
   void AskForMissingDetails(LFtpExpListItem& item, const LFileTransferProtocol::DirIterator::Item& record);
   void ShowItems();

@@ -49,6 +49,7 @@ class LegacyNames : public TransferTest {
 };
 
 TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
+  Put("Settings/FiltersOn", "1");
   for (const char* name : {kTest, kTable, kEucJp}) MakeRemote(std::string(kFolder) + "/" + name, name);
   StartConnected();
   EXPECT_THAT(Shown(kRemoteList), ElementsAre("資料"));
@@ -64,6 +65,12 @@ TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
   EXPECT_THAT(Sent("RETR"), testing::UnorderedElementsAre(HasSubstr(kTest), HasSubstr(kEucJp)));
   EXPECT_THAT(ui::LogText(Window(), kHistory), HasSubstr("コマンド: RETR /資料/テスト.txt\n"));
   SaveScreen(Window(), "legacy-names");
+  for (const auto& [list, filter] : {std::pair(kLocalList, kLocalFilter), {kRemoteList, kRemoteFilter}}) {
+    ui::TypeAndReturn(Window(), filter, "スト");
+    EXPECT_THAT(Shown(list), ElementsAre("テスト.txt")) << "by what it shows";
+    Press(filter + 2);
+    EXPECT_GE(Shown(list).size(), 2u);
+  }
 
   RenameTo("リモート", kRemoteList, kTest, "テスト.txt");
   EXPECT_THAT(Sent("RNFR"), IsEmpty()) << "what is shown was left as it is";

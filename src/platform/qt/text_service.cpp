@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "platform/qt/legacy_names.h"
+#include "platform/qt/text.h"
 
 namespace platform {
 namespace {
@@ -35,6 +36,13 @@ void TextLowerCase(const char* text, char (&out)[kFixedText]) {
   }
   CutAtCharacter(lower, kFixedText - 1);
   memcpy(out, lower.constData(), static_cast<size_t>(lower.size()) + 1);
+}
+
+bool TextDecodeName(const char* name, char (&out)[kFixedText]) {
+  const QByteArray bytes = QByteArray::fromRawData(name, static_cast<qsizetype>(strlen(name)));
+  if (bytes.isValidUtf8()) return false;
+  CopyToFixed(NameFromBytes(bytes), out);
+  return true;
 }
 
 }  // namespace platform
