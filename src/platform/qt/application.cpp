@@ -2,11 +2,13 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
+#include <QLibraryInfo>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <QTranslator>
 #include <csignal>
 #include <cstdlib>
 #include <unistd.h>
@@ -77,6 +79,14 @@ QFont JapaneseFont() {
   return font;
 }
 
+/// Qt's own panels and menus, whatever the user's locale: the rest of the program is Japanese too.
+void SpeakJapanese() {
+  auto* words = new QTranslator(gApplication);
+  if (words->load(QStringLiteral("qtbase_ja"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(words);
+  }
+}
+
 void OnSignal(int) {
   const char byte = 1;
   [[maybe_unused]] const ssize_t written = write(gSignalPipe[1], &byte, 1);
@@ -116,6 +126,7 @@ void ApplicationInit(int& argc, char** argv) {
     manager.setRestartHint(QSessionManager::RestartNever);
     if (gQuitRequest) gQuitRequest();
   });
+  SpeakJapanese();
   AccessibilityInit();
   WatchSignals();
 }
