@@ -1,10 +1,14 @@
 // How the dialogs of sites look, at each scale factor: nothing is cut or overlaps, each control has its name and its
 // place in the order of the Tab key. Each leaves a picture of itself in build/screens.
+#include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
 #include <QLabel>
-#include <QScreen>
+#include <QPainter>
+#include <QRegularExpression>
 
 #include "platform/qt/list_control.h"
+#include "support/files.h"
 #include "ui/layout_checks.h"
 #include "ui/screens.h"
 #include "ui/site_fixture.h"
@@ -20,12 +24,22 @@ class SiteScreens : public SiteTest {
     ui::Pump(30);
     SaveScreen(window, name);
   }
-  /// The part of the screen around the window, with what stands above it.
+  /// A picture of the window with the tip that stands above it.
   static void SaveWithTips(platform::Window* window, const std::string& name) {
     ui::Pump(50);
-    const QRect place = window->frameGeometry().adjusted(-40, -40, 40, 80);
     QLabel picture;
-    picture.setPixmap(window->screen()->grabWindow(0, place.x(), place.y(), place.width(), place.height()));
+    for (QWidget* tip : QApplication::topLevelWidgets()) {
+      if (!tip->inherits("QTipLabel") || !tip->isVisible()) continue;
+      const QRect around = window->geometry() | tip->geometry();
+      QPixmap both(around.size() * window->devicePixelRatioF());
+      both.setDevicePixelRatio(window->devicePixelRatioF());
+      both.fill(Qt::white);
+      QPainter painter(&both);
+      painter.drawPixmap(window->pos() - around.topLeft(), window->grab());
+      painter.drawPixmap(tip->pos() - around.topLeft(), tip->grab());
+      picture.setPixmap(both);
+    }
+    EXPECT_FALSE(picture.pixmap().isNull()) << "no tip";
     SavePicture(&picture, name);
   }
   static void ExpectReady(platform::Window* window) {
@@ -118,6 +132,26 @@ TEST_F(SiteScreens, ARefusedField) {
     Press(sheet, kCommandCancel);
   });
   SitePropertiesDlg(&Main(), "", "", "");
+}
+
+TEST_F(SiteScreens, ThePanelForAFolderSpeaksJapanese) {
+  StartProgram();
+  char folder[kTextSize];
+  TextCopy(folder, Local().c_str());
+  std::filesystem::create_directory(Local("写真"));
+  const Meanwhile look([] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr; },
+                       [&] {
+                         QWidget* panel = QApplication::activeModalWidget();
+                         ui::Pump(200);
+                         SavePicture(panel, "folder-panel");
+                         for (const QAbstractButton* button : panel->findChildren<QAbstractButton*>()) {
+                           EXPECT_FALSE(button->text().contains(QRegularExpression("[A-Za-z]{3}")))
+                               << button->text().toStdString();
+                         }
+                         panel->close();
+                       });
+  EXPECT_FALSE(LFile::BrowseFolder(&Main(), "ローカルフォルダを選択する", folder));
+  EXPECT_TRUE(look.Acted());
 }
 
 TEST_F(SiteScreens, QuickConnect) {

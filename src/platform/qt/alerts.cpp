@@ -3,10 +3,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTreeView>
 
+#include "platform/qt/icons.h"
 #include "platform/qt/native_window.h"
 #include "platform/qt/text.h"
 
@@ -14,18 +17,35 @@ namespace platform {
 
 namespace {
 QList<QMessageBox*> gOpenAlerts;
+
+/// A line is broken at blanks and between Japanese letters: a very long name of others gets such places too.
+QString Breakable(const QString& text) {
+  constexpr int kLongest = 60;
+  constexpr QChar kFirstOfEastAsia(0x2E80);
+  QString broken;
+  int run = 0;
+  for (const QChar letter : text) {
+    const bool mayBreak = run >= kLongest && !letter.isLowSurrogate() && !letter.isMark();
+    if (mayBreak) broken += QChar(0x200B);
+    run = letter.isSpace() || letter >= kFirstOfEastAsia || mayBreak ? 0 : run + 1;
+    broken += letter;
+  }
+  return broken;
 }
+}  // namespace
 
 int AlertRun(Window* parent, Alert& alert) {
   QMessageBox box(parent);
   box.setWindowModality(Qt::ApplicationModal);
-  box.setIcon(alert.isError ? QMessageBox::Critical : QMessageBox::Information);
+  constexpr int kInformation = 901, kError = 902, kIconSize = 48;
+  const QIcon& picture = QIconOf(IconFromResource(alert.isError ? kError : kInformation));
+  box.setIconPixmap(picture.pixmap(QSize(kIconSize, kIconSize), box.devicePixelRatioF()));
   if (auto* icon = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"))) {
     icon->setAccessibleName(alert.isError ? QStringLiteral("エラー") : QStringLiteral("情報"));
   }
   box.setWindowTitle(ShownText(alert.title));
   box.setTextFormat(Qt::PlainText);  // A server's words are never markup.
-  box.setText(ShownText(alert.message, true));
+  box.setText(Breakable(ShownText(alert.message, true)));
 
   QPushButton* buttons[3] = {};
   for (int i = 0; i < 3; ++i) {
@@ -72,9 +92,17 @@ bool AlertDismiss() {
 }
 
 bool FolderChoose(Window* parent, const char* title, char (&path)[kFixedText]) {
-  const QString chosen = QFileDialog::getExistingDirectory(parent, QString::fromUtf8(title), QFile::decodeName(path));
-  const QByteArray bytes = QFile::encodeName(chosen);
-  if (chosen.isEmpty() || bytes.size() >= static_cast<qsizetype>(kFixedText)) return false;
+  QFileDialog panel(parent, QString::fromUtf8(title), QFile::decodeName(path));
+  panel.setFileMode(QFileDialog::Directory);
+  panel.setOption(QFileDialog::ShowDirsOnly);
+  // Where the desktop has no panel of its own: what it tells beside the names is for files, and in English.
+  if (auto* list = panel.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+    for (int column = 1; column < list->model()->columnCount(); ++column) list->hideColumn(column);
+    list->header()->setStretchLastSection(true);
+  }
+  if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) return false;
+  const QByteArray bytes = QFile::encodeName(panel.selectedFiles().first());
+  if (bytes.size() >= static_cast<qsizetype>(kFixedText)) return false;
   CopyToFixed(bytes, path);
   return true;
 }

@@ -26,12 +26,22 @@ Icon Add(const QIcon& icon) {
   return static_cast<Icon>(Table().size() - 1);
 }
 
+/// The strokes are dark: on the blue of a selected row they need something light behind them.
+void DrawPlate(QPainter& painter, const QRect& place) {
+  constexpr int kRadius = 3;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(255, 255, 255, 230));
+  painter.drawRoundedRect(place, kRadius, kRadius);
+}
+
 /// Draws the SVG at the size and scale that is asked for; a disabled icon is paled.
 class SvgEngine : public QIconEngine {
  public:
   explicit SvgEngine(std::shared_ptr<QSvgRenderer> drawing) : renderer(std::move(drawing)) {}
   void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
     if (mode == QIcon::Disabled) painter->setOpacity(0.35);
+    if (mode == QIcon::Selected) DrawPlate(*painter, place);
     renderer->render(painter, place);
     painter->setOpacity(1.0);
   }

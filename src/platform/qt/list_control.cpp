@@ -185,6 +185,7 @@ ListControl::ListControl(Window* window, int id)
   header()->setSectionsClickable(true);
   header()->setSortIndicatorShown(false);  // Until the list has an order of its own.
   header()->setSectionsMovable(false);
+  header()->setMinimumSectionSize(24);
   header()->setStretchLastSection(true);
   header()->setContextMenuPolicy(Qt::CustomContextMenu);
   ConnectEvents();
@@ -217,6 +218,32 @@ void ListControl::SetPrompt(const QString& text) {
   viewport()->update();
 }
 
+namespace {
+
+/// Gives columns that lack width what others have beyond their needs, in proportion. The first column has the names,
+/// which are elided in the middle and have tool tips: it gives last, at most two fifths and never below `leastNames`,
+/// and gets what is left. Where all that is not enough, the columns become wider than the view. A width of 0 is a
+/// hidden column.
+void ShareOut(std::vector<int>& widths, const std::vector<int>& needs, int leastNames) {
+  int wanted = 0, offered = 0;
+  const auto lack = [&](size_t i) { return widths[i] == 0 ? 0 : std::max(needs[i] - widths[i], 0); };
+  const auto surplus = [&](size_t i) { return widths[i] == 0 ? 0 : std::max(widths[i] - needs[i], 0); };
+  for (size_t i = 1; i < widths.size(); ++i) {
+    wanted += lack(i);
+    offered += surplus(i);
+  }
+  const int fromNames = std::clamp(wanted - offered, 0, std::clamp(widths[0] - leastNames, 0, widths[0] * 2 / 5));
+  const int fromOthers = std::min(wanted, offered);
+  const int toNames = std::clamp(needs[0] - widths[0], 0, offered - fromOthers);
+  widths[0] = std::max(widths[0] + toNames - fromNames, leastNames);
+  for (size_t i = 1; i < widths.size(); ++i) {
+    const int taken = offered == 0 ? 0 : surplus(i) * (fromOthers + toNames) / offered;
+    widths[i] += lack(i) - taken;
+  }
+}
+
+}  // namespace
+
 void ListControl::ApplyColumnWidths() {
   if (widthsAreUsers || rowModel->columns.empty()) return;
   int total = 0;
@@ -224,11 +251,35 @@ void ListControl::ApplyColumnWidths() {
     if (!isColumnHidden(i)) total += rowModel->columns[static_cast<size_t>(i)].width;
   }
   if (total == 0) return;
-  applyingWidths = true;
+  LearnColumnNeeds();
+  std::vector<int> widths(columnNeeds.size(), 0);
   for (int i = 0; i < rowModel->columnCount(); ++i) {
-    setColumnWidth(i, viewport()->width() * rowModel->columns[static_cast<size_t>(i)].width / total);
+    if (isColumnHidden(i)) continue;
+    const auto at = static_cast<size_t>(i);
+    widths[at] = viewport()->width() * rowModel->columns[at].width / total;
+  }
+  // The arrow of the order stands beside their heading first.
+  ShareOut(widths, columnNeeds, header()->sectionSizeHint(0) + style()->pixelMetric(QStyle::PM_HeaderMarkSize));
+  applyingWidths = true;
+  for (size_t i = 0; i < widths.size(); ++i) {
+    if (!isColumnHidden(static_cast<int>(i))) setColumnWidth(static_cast<int>(i), widths[i]);
   }
   applyingWidths = false;
+}
+
+void ListControl::LearnColumnNeeds() {
+  constexpr int kRowsToLookAt = 50;
+  columnNeeds.resize(rowModel->columns.size(), 0);
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  for (int column = 0; column < rowModel->columnCount(); ++column) {
+    if (isColumnHidden(column)) continue;
+    int& need = columnNeeds[static_cast<size_t>(column)];
+    need = std::max(need, header()->sectionSizeHint(column));
+    for (int row = 0; row < std::min(rowModel->rowCount(), kRowsToLookAt); ++row) {
+      need = std::max(need, itemDelegate()->sizeHint(option, rowModel->index(row, column)).width());
+    }
+  }
 }
 
 void ListControl::SortRows() {
@@ -250,8 +301,12 @@ void ListControl::paintEvent(QPaintEvent* event) {
   if (!rowModel->rows.empty() || prompt.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
-  painter.drawText(viewport()->rect().adjusted(16, 24, -16, -16), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                   prompt);
+  constexpr int kSide = 16, kTop = 24;
+  constexpr int kFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
+  QRect room = viewport()->rect().adjusted(kSide, 0, -kSide, 0);
+  const int spare = room.height() - painter.boundingRect(room, kFlags, prompt).height();
+  room.adjust(0, std::clamp(spare / 2, 0, kTop), 0, 0);
+  painter.drawText(room, kFlags, prompt);
 }
 
 void ListControl::resizeEvent(QResizeEvent* event) {

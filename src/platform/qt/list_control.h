@@ -64,6 +64,8 @@ class ListControl : public QTreeView {
   ListModel& Rows() { return *rowModel; }
   const ListModel& Rows() const { return *rowModel; }
   void SetPrompt(const QString& text);
+  /// Shares the width out by the table, and gives to the columns whose cells would be cut what others, and at last the
+  /// first one, can spare, and more than the view has; until the user sets a width.
   void ApplyColumnWidths();
   void SortRows();
 
@@ -82,12 +84,14 @@ class ListControl : public QTreeView {
 
  private:
   void ConnectEvents();
+  void LearnColumnNeeds();
 
   struct Window* owner;
   int controlId;
   ListModel* rowModel;  ///< Owned by the view.
   QString prompt;
-  bool widthsAreUsers = false;  ///< The user has set a width: no more sharing out by the table.
+  std::vector<int> columnNeeds;  ///< Width at which heading and cells are whole. It only grows: columns stand still.
+  bool widthsAreUsers = false;   ///< The user has set a width: no more sharing out by the table.
   bool applyingWidths = false;
 };
 

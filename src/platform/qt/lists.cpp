@@ -62,7 +62,10 @@ void ListClear(Window* window, int id) {
 }
 
 void ListHoldDrawing(Window* window, int id, bool hold) {
-  if (ListControl* list = window->List(id)) list->Rows().Hold(hold);
+  ListControl* list = window->List(id);
+  if (!list) return;
+  list->Rows().Hold(hold);
+  if (!hold) list->ApplyColumnWidths();
 }
 
 int ListCurrent(const Window* window, int id) {

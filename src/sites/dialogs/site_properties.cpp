@@ -20,9 +20,9 @@ void DlgGendlgSITEPROP(LDialog& dialog, int x, int y, bool /*withButtons*/) {
                    "FTPサーバーのアカウント設定を入力（不明な場合はサーバー管理者にお問い合わせください）。", x + 32,
                    y + 36, 588, kField);
   dialog.AddStatic(General::kServerLabel, "FTP サーバー：", x + 32, row(0), kLabelWidth, kField);
-  dialog.AddInput(General::kServer, "FTP サーバー", x + kFieldX, row(0), 260, kField);
-  dialog.AddStatic(General::kPortLabel, "         ポート：", x + 432, row(0), 84, kField);
-  dialog.AddInput(General::kPort, "ポート", x + 520, row(0), 100, kField);
+  dialog.AddInput(General::kServer, "FTP サーバー", x + kFieldX, row(0), 236, kField);
+  dialog.AddStatic(General::kPortLabel, "         ポート：", x + 408, row(0), 84, kField);
+  dialog.AddInput(General::kPort, "ポート", x + 496, row(0), 124, kField);
   dialog.SetTextLimit(General::kPort, 5);
   dialog.AddStatic(General::kUserLabel, "ユーザー名：", x + 32, row(1), kLabelWidth, kField);
   dialog.AddInput(General::kUser, "ユーザー名", x + kFieldX, row(1), 452, kField);
