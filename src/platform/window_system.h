@@ -227,6 +227,11 @@ int ListSelectedCount(const Window* window, int id);
 /// Fills at most `room` selected rows in ascending order; returns how many are selected.
 size_t ListSelectedRows(const Window* window, int id, int* rows, size_t room);
 void ListEnsureVisible(Window* window, int id, int row);
+/// The row at a point of the list's rows, in pixels from their upper left corner.
+int ListHitTest(const Window* window, int id, int x, int y);
+/// Marks the gap between two rows that is nearest to `y`, for as long as something is dragged there; -1 removes the
+/// mark.
+void ListSetInsertBar(Window* window, int id, int y);
 void ListEditLabel(Window* window, int id, int row);
 void ListSetColumnEditable(Window* window, int id, int column, bool editable);
 void ListShowColumn(Window* window, int id, int column, bool show);

@@ -1,6 +1,8 @@
 // Going through the folders of both panes, by mouse and keys, and the order of their rows.
 #include <QtTest/QTest>
 
+#include "platform/qt/list_control.h"
+#include "platform/qt/native_window.h"
 #include "ui/window_fixture.h"
 
 namespace {
@@ -20,6 +22,30 @@ class Panes : public WindowTest {
     EXPECT_TRUE(ui::TypeAndReturn(Window(), control, path.c_str())) << path;
   }
 };
+
+TEST_F(Panes, AListMarksTheGapWhereADropWouldGo) {
+  for (const char* name : {"a", "b", "c"}) MakeLocal(name, "x");
+  StartConnected();
+  Main().LVSelectNone(kLocalList);
+  platform::ListControl* list = Window()->List(kLocalList);
+  const int height = list->visualRect(list->model()->index(0, 0)).height();
+  const QRgb blue = list->palette().color(QPalette::Highlight).rgb();
+  const auto isMarked = [&](int gap) {
+    const QImage picture = list->viewport()->grab().toImage();
+    return picture.pixel(picture.width() - 3, gap == 0 ? 0 : gap * height) == blue;
+  };
+  EXPECT_EQ(Main().LVHitTest(kLocalList, 5, height + 3), 1);
+  EXPECT_EQ(Main().LVHitTest(kLocalList, 5, 3 * height + 3), -1);
+  const struct {
+    int y, gap;
+  } rows[] = {{2, 0}, {height - 2, 1}, {height + 2, 1}, {2 * height - 2, 2}, {9 * height, 3}};
+  for (const auto& row : rows) {
+    Main().LVDrawInsertBar(kLocalList, row.y);
+    for (int gap = 0; gap <= 3; ++gap) EXPECT_EQ(isMarked(gap), gap == row.gap) << row.y << " " << gap;
+  }
+  Main().LVClearInsertBar(kLocalList);
+  EXPECT_FALSE(isMarked(3));
+}
 
 // Remote
 

@@ -296,8 +296,26 @@ void ListControl::SortRows() {
   });
 }
 
+void ListControl::SetInsertBar(int y) {
+  if (insertBarAt == y) return;
+  insertBarAt = y;
+  viewport()->update();
+}
+
+void ListControl::PaintInsertBar() {
+  const int last = rowModel->rowCount() - 1;
+  const QModelIndex under = indexAt(QPoint(0, insertBarAt));
+  const QRect row = visualRect(under.isValid() ? under : rowModel->index(last, 0));
+  const int edge = under.isValid() && insertBarAt < row.center().y() ? row.top() : row.bottom() + 1;
+  constexpr int kThickness = 2;
+  QPainter painter(viewport());
+  const int top = last < 0 ? 0 : std::max(edge - kThickness / 2, 0);
+  painter.fillRect(0, top, viewport()->width(), kThickness, palette().color(QPalette::Highlight));
+}
+
 void ListControl::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
+  if (insertBarAt >= 0) PaintInsertBar();
   if (!rowModel->rows.empty() || prompt.isEmpty()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));

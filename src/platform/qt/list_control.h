@@ -68,6 +68,8 @@ class ListControl : public QTreeView {
   /// first one, can spare, and more than the view has; until the user sets a width.
   void ApplyColumnWidths();
   void SortRows();
+  /// The mark between the rows nearest to `y`; -1 for none.
+  void SetInsertBar(int y);
 
   int sortColumn = 0;
   bool sortAscending = true;
@@ -85,11 +87,13 @@ class ListControl : public QTreeView {
  private:
   void ConnectEvents();
   void LearnColumnNeeds();
+  void PaintInsertBar();
 
   struct Window* owner;
   int controlId;
   ListModel* rowModel;  ///< Owned by the view.
   QString prompt;
+  int insertBarAt = -1;          ///< Where the mark for a drop was asked for; -1 for none.
   std::vector<int> columnNeeds;  ///< Width at which heading and cells are whole. It only grows: columns stand still.
   bool widthsAreUsers = false;   ///< The user has set a width: no more sharing out by the table.
   bool applyingWidths = false;

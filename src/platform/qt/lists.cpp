@@ -136,6 +136,15 @@ void ListEnsureVisible(Window* window, int id, int row) {
   if (ListControl* list = window->List(id)) list->scrollTo(IndexOf(*list, row));
 }
 
+int ListHitTest(const Window* window, int id, int x, int y) {
+  const ListControl* list = window->List(id);
+  return list ? list->indexAt(QPoint(x, y)).row() : -1;
+}
+
+void ListSetInsertBar(Window* window, int id, int y) {
+  if (ListControl* list = window->List(id)) list->SetInsertBar(y);
+}
+
 void ListEditLabel(Window* window, int id, int row) {
   ListControl* list = window->List(id);
   if (!list || row < 0) return;

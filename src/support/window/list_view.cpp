@@ -132,6 +132,18 @@ void LMacWindow::LVEnsureVisible(int id, int row) {
   if (pNative) platform::ListEnsureVisible(pNative, id, row);
 }
 
+int LMacWindow::LVHitTest(int id, int x, int y) const {
+  return pNative ? platform::ListHitTest(pNative, id, x, y) : -1;
+}
+
+void LMacWindow::LVDrawInsertBar(int id, int y) {
+  if (pNative && y >= 0) platform::ListSetInsertBar(pNative, id, y);
+}
+
+void LMacWindow::LVClearInsertBar(int id) {
+  if (pNative) platform::ListSetInsertBar(pNative, id, -1);
+}
+
 void LMacWindow::LVEditCurLabel(int id) {
   if (pNative) platform::ListEditLabel(pNative, id, LVGetCurSel(id));
 }

@@ -211,6 +211,11 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void LVSelectNone(int id);
   int LVFindString(int id, const char* text) const { return LVFindColumnString(id, 0, text); }
   int LVFindColumnString(int id, int column, const char* text) const;
+  /// The row at a point of the list, in pixels from the upper left corner of its rows; -1 if there is none.
+  int LVHitTest(int id, int x, int y) const;
+  /// Shows where a drop would go: the gap between rows that is nearest to `y`, in the same pixels.
+  void LVDrawInsertBar(int id, int y);
+  void LVClearInsertBar(int id);
   void LVEnsureVisible(int id, int row);
   void LVEditCurLabel(int id);
   void LVSetImages(int id, const LLVImageList* images);
