@@ -6,12 +6,14 @@
 #include <QVariantMap>
 #include <functional>
 
+#include "platform/event_loop.h"
+
 namespace platform {
 
 /// The name of the desktop entry, and the one that the program answers to on the session's bus.
 constexpr const char* kApplicationId = "com.tessalysoft.orvaneftpjp";
 
-/// What other programs find at the program's own name: org.freedesktop.Application.
+/// What other programs find at the program's own name: org.freedesktop.Application. Never destroyed.
 class ApplicationObject : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -25,12 +27,15 @@ class ApplicationObject : public QObject {
   void ActivateAction(const QString&, const QVariantList&, const QVariantMap&) { Reopen(); }
 
  private:
+  /// In a turn of its own: the call may come while work in one piece lets the windows draw.
   void Reopen() {
-    if (onReopen) onReopen();
+    EventLoopPost([this] {
+      if (onReopen) onReopen();
+    });
   }
 };
 
-/// Hears org.freedesktop.login1 say that the machine goes to sleep, and that it is back.
+/// Hears org.freedesktop.login1 say that the machine goes to sleep, and that it is back. Never destroyed.
 class SleepListener : public QObject {
   Q_OBJECT
  public:
@@ -38,7 +43,9 @@ class SleepListener : public QObject {
 
  public slots:
   void PrepareForSleep(bool begins) {
-    if (onSleep) onSleep(begins);
+    EventLoopPost([this, begins] {
+      if (onSleep) onSleep(begins);
+    });
   }
 };
 
