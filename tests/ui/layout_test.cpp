@@ -1,8 +1,7 @@
 // Where the controls stand: nothing overlaps, is cut, or lies outside, at any scale factor and size. Run once
 // for each scale factor.
-#include <QAbstractButton>
 #include <QApplication>
-#include <QMessageBox>
+#include <QPushButton>
 
 #include "core/progress_dialog.h"
 #include "platform/qt/native_window.h"
@@ -91,6 +90,7 @@ TEST_F(Layout, TheExtendedProgressDialog) {
   dialog.OpenModalWindow();
   ui::Pump(30);
   ExpectGood(dialog.Native());
+  SaveScreen(dialog.Native(), "progress-extended");
   dialog.CloseModalWindow();
 }
 
@@ -111,27 +111,37 @@ TEST_F(Layout, TheLoginDialog) {
   EXPECT_TRUE(look.Acted());
 }
 
-TEST_F(Layout, ALongServerTextInAnAlertStaysOnTheScreen) {
+TEST_F(Layout, AlertsAreWholeOnTheScreen) {
   StartProgram();
   alerts.Hold(true);
-  const Meanwhile look([] { return platform::AlertIsOpen(); },
-                       [&] {
-                         ui::Pump(30);
-                         const QWidget* box = QApplication::activeModalWidget();
-                         EXPECT_LT(box->width(), 1400);
-                         for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
-                           EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()));
-                         }
-                         const QAbstractButton *yes = nullptr, *no = nullptr;
-                         for (const QAbstractButton* button : box->findChildren<QAbstractButton*>()) {
-                           (button->text() == QString::fromUtf8("上書きする") ? yes : no) = button;
-                         }
-                         EXPECT_TRUE(yes && no && yes->x() > no->x()) << "the affirmative button stands at the right";
-                         SaveScreen(QApplication::activeModalWidget(), "alert");
-                         platform::AlertDismiss();
-                       });
+  const auto run = [&](const char* picture, const std::function<void()>& open) {
+    const Meanwhile look([] { return platform::AlertIsOpen(); },
+                         [&] {
+                           ui::Pump(30);
+                           QWidget* box = QApplication::activeModalWidget();
+                           EXPECT_LT(box->width(), 700) << "a long name is broken";
+                           int right = 0, affirmative = 0;
+                           for (const auto* button : box->findChildren<QPushButton*>()) {
+                             EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()));
+                             right = std::max(right, button->x());
+                             if (button->text() == QString::fromUtf8("上書きする")) affirmative = button->x();
+                           }
+                           EXPECT_EQ(affirmative, right) << "the affirmative button stands at the right";
+                           SaveScreen(box, picture);
+                           platform::AlertDismiss();
+                         });
+    open();
+    EXPECT_TRUE(look.Acted());
+  };
   const std::string text = "このファイルのコピー \"" + std::string(200, 'x') + "\" が既に存在します。上書きしますか？";
-  LAlertWithButtonText::DisplayOkCancel(&Main(), text.c_str(), "上書きする", "上書きする", "スキップ");
+  run("alert",
+      [&] { LAlertWithButtonText::DisplayOkCancel(&Main(), text.c_str(), "上書き", "上書きする", "スキップ"); });
+  run("alert-with-box", [&] {
+    bool all = false;
+    LAlertWithButtonTextAndCheckBox::DisplayYesNoCancel(&Main(), text.c_str(), "上書き", "全てに適用する", all,
+                                                        "上書きする", "スキップ", "キャンセル");
+  });
+  run("alert-error", [&] { LAlertWithButtonText::DisplayOkError(&Main(), text.c_str(), "エラー", "上書きする"); });
   alerts.Hold(false);
 }
 

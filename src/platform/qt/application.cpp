@@ -62,6 +62,8 @@ QPalette LightPalette() {
   for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     colors.setColor(QPalette::Disabled, role, QColor::fromRgb(0x9AA6B1));
   }
+  // A field that is off must not look like one that waits for input.
+  colors.setColor(QPalette::Disabled, QPalette::Base, colors.color(QPalette::Window));
   return colors;
 }
 
