@@ -1,9 +1,12 @@
 // Names that are not UTF-8: the window shows what they say, the server and the disk get the bytes they have.
 #include <QAbstractItemModel>
+#include <QApplication>
+#include <QFileDialog>
 
 #include "platform/qt/combo_control.h"
 #include "platform/qt/list_control.h"
 #include "platform/qt/native_window.h"
+#include "support/files.h"
 #include "ui/screens.h"
 #include "ui/transfer_fixture.h"
 
@@ -120,6 +123,21 @@ TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
   EXPECT_THAT(Shown(kRemoteList), Contains("表 1.txt"));
   RenameTo("ローカル", kLocalList, kTable, "表.txt");
   EXPECT_TRUE(Exists(Local(FOLDER "/表.txt")));
+}
+
+TEST_F(LegacyNames, ThePanelForAFolderBeginsInTheLastOneThatItCanShow) {
+  StartProgram();
+  MakeLocal(std::string("下/") + kFolder + "/x", "x");
+  char path[kTextSize];
+  TextCopy(path, Local(std::string("下/") + kFolder).c_str());
+  const Meanwhile look([] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr; },
+                       [&] {
+                         auto* panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                         EXPECT_EQ(panel->directory().path().toStdString(), Local("下"));
+                         panel->reject();
+                       });
+  EXPECT_FALSE(LFile::BrowseFolder(&Main(), "選択", path));
+  EXPECT_TRUE(look.Acted());
 }
 
 }  // namespace

@@ -92,7 +92,10 @@ bool AlertDismiss() {
 }
 
 bool FolderChoose(Window* parent, const char* title, char (&path)[kFixedText]) {
-  QFileDialog panel(parent, QString::fromUtf8(title), QFile::decodeName(path));
+  // The panel knows no names but in UTF-8: it begins in the last folder above that it can show.
+  QByteArray start(path);
+  while (!start.isValidUtf8()) start.truncate(start.lastIndexOf('/'));
+  QFileDialog panel(parent, QString::fromUtf8(title), QFile::decodeName(start));
   panel.setFileMode(QFileDialog::Directory);
   panel.setOption(QFileDialog::ShowDirsOnly);
   // Where the desktop has no panel of its own: what it tells beside the names is for files, and in English.
