@@ -190,5 +190,5 @@ class MainDialog : public LMainWindow,
   int iReconnectCount = 0;
   bool bDividerPlaced = false;    ///< In the window's first layout.
   bool bDividerAtBottom = false;  ///< So low that the history has no room left, because the user wants it.
-  short iEnterTarget = 0;  ///< The field the user last typed in; 0 after use.
+  short iEnterTarget = 0;         ///< The field the user last typed in; 0 after use.
 };
