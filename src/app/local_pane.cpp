@@ -201,6 +201,11 @@ void LExplorerFolderControl::CmClearSelection() {
   if (selected.IsValid()) pWindow->LVSetSel(iControl, selected.Row(), false);
 }
 
+void LExplorerFolderControl::CmSetSelection(const char* name) {
+  const int row = pWindow->LVFindString(iControl, name);
+  if (row >= 0) pWindow->LVSetSel(iControl, row, true);
+}
+
 void LExplorerFolderControl::AddPathOf(int row, LVector<LStringLongTemplate<char>>& files) const {
   char name[kTextSize];
   char path[kTextSize];

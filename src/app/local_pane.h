@@ -54,7 +54,8 @@ class LExplorerFolderControl : public LListViewSorter, public LListViewLabelEdit
   void EvSelectionChanged();
   /// Deselects the first selected row only.
   void CmClearSelection();
-  void CmSetSelection(const char* /*name*/) {}
+  /// Selects the row of that name beside those that are selected; nothing for a name that is not shown.
+  void CmSetSelection(const char* name);
   /// Full paths of the selected rows, and of all.
   void GetFilesFromList(LVector<LStringLongTemplate<char>>& files) const;
   void GetFiles(LVector<LStringLongTemplate<char>>& files) const;

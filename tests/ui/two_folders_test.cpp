@@ -100,6 +100,8 @@ TEST_F(TwoFolders, ComparingSelectsWhatIsNewerOrOnlyOnTheServer) {
   StartConnected();
   Main().Command(kCommandCompare, 0);
   EXPECT_THAT(Selected(kRemoteList), UnorderedElementsAre("remote-newer.txt", "inside", "remote-only"));
+  EXPECT_THAT(Selected(kLocalList), UnorderedElementsAre("local-newer.txt", "local-only.txt"));
+  EXPECT_TRUE(IsEnabled(kUploadButton));
   EXPECT_EQ(PathOf(kRemotePath), "/");
   EXPECT_FALSE(Exists(Local("remote-only"))) << "nothing is moved";
   ExpectUsable();
