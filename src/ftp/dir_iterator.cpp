@@ -103,8 +103,10 @@ LProcessResult Session::DirIterator::Reader::List() {
   }
   if (!FtpReplyIsPreliminary(code)) {
     rule = &FtpItemFromListingLine;
-    // Only the code counts. TLS runs already if MLSD was refused.
-    (void)ProcessFtpSendAndWaitForReply(*pProcess, *pSession, "LIST\r\n", &code, nullptr);
+    const LProcessResult asked = ProcessFtpSendAndWaitForReply(*pProcess, *pSession, "LIST\r\n", &code, nullptr);
+    // Without an answer there is no listing; what is in the directory is not known.
+    if (code == 0) return asked;
+    // TLS runs already if MLSD was refused.
     if (pSession->IsSecure()) data.FinishTlsBehindReply(*pProcess, code);
   }
   // A refused listing is an empty one.
