@@ -26,6 +26,15 @@ namespace {
 /// For what events are still under way when the dialog has gone.
 constexpr unsigned kSettleMs = 100;
 
+/// The rows by name: a reconnect on the way fills the pane anew and loses the selection.
+void TakeSelection(const LFtpList& pane, LVector<LStringLongTemplate<char>>& names) {
+  for (LVSelectedIterator row(*pane.Window(), pane.ListId()); row.IsValid(); row.Next()) {
+    char name[kTextSize];
+    pane.Window()->LVGetString(pane.ListId(), row.Row(), name);
+    names.Add(LStringLongTemplate<char>(name));
+  }
+}
+
 /// After the run, whatever its result: a file with an error goes, also an older one of that name; the others get the
 /// server's date.
 void FinishItems(FtpDownloadFileList& list) {
@@ -43,13 +52,14 @@ void FinishItems(FtpDownloadFileList& list) {
 }  // namespace
 
 void LFtpList::CmDownloadList(const char* localFolder) {
-  if (!pWindow || !_GetCurrentDirectoryFTP(szBaseRemoteDirectory)) return;
-  TextCopy(szBaseLocalDirectory, localFolder);
-  const int selected = pWindow->LVGetSelCount(nListId);
-  if (selected == 0) return;
-  LFTPAccountSettings::UpdateDownloadCount(selected);
-
+  if (!pWindow) return;
   FtpDownloadFileList list = {};
+  TakeSelection(*this, list.names);
+  if (!_GetCurrentDirectoryFTP(szBaseRemoteDirectory)) return;
+  TextCopy(szBaseLocalDirectory, localFolder);
+  if (list.names.size == 0) return;
+  LFTPAccountSettings::UpdateDownloadCount(static_cast<int>(list.names.size));
+
   list.owner = this;
   list.protocol = &Ftp;
   list.localFolder = localFolder;

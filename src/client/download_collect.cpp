@@ -56,7 +56,7 @@ bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, cons
   char level[kTextSize];
   RemotePathOfLocal(level, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // What can be entered is a folder; a link to a file is found out by the refusal.
-  const bool isFolder = _SetCurrentDirectoryFTP(link);
+  const bool isFolder = _SetCurrentDirectoryFTP(link, level);
   _SetCurrentDirectoryFTP(level);
   return isFolder ? _CmDownloadFolderInterfaced(list, localDir, link, process)
                   : _CmAppendDownloadFile(list, localDir, link);
@@ -73,8 +73,10 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
   list.AddFolderToCreatedFolderList(path);
 
   char level[kTextSize];
+  char asCollected[kTextSize];
   char sub[kTextSize];
-  if (!_GetCurrentDirectoryFTP(level)) return false;
+  RemotePathOfLocal(asCollected, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
+  if (!_GetCurrentDirectoryFTP(level, asCollected)) return false;
   if (!TransferPathFits(level, name)) return true;
   RemoteJoin(sub, level, name);
   if (!_SetCurrentDirectoryFTP(sub)) {

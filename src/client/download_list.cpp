@@ -49,25 +49,14 @@ bool StandBy() {
                                "ダウンロードがキャンセルさました");
 }
 
-/// The rows by name: a reconnect on the way fills the pane anew and loses the selection.
-void TakeSelection(LFtpList& pane, LVector<LStringLongTemplate<char>>& names) {
-  for (LVSelectedIterator row(*pane.Window(), pane.ListId()); row.IsValid(); row.Next()) {
-    char name[kTextSize];
-    pane.Window()->LVGetString(pane.ListId(), row.Row(), name);
-    names.Add(LStringLongTemplate<char>(name));
-  }
-}
-
 LProcessResult DownloadRun::Collect() {
   LFtpList& pane = *list.owner;
-  LVector<LStringLongTemplate<char>> names;
-  TakeSelection(pane, names);
-  const int count = static_cast<int>(names.size);
+  const int count = static_cast<int>(list.names.size);
   for (int i = 0; i < count; ++i) {
     process.SetStatusF(0, "%d個（全%d個中）のファイル/フォルダを追加中", i + 1, count);
     process.SetProgress(static_cast<double>(i) / count);
     if (StandBy() || process.IsToStop()) return LProcessResultStopped;
-    const char* name = names[static_cast<size_t>(i)].Text();
+    const char* name = list.names[static_cast<size_t>(i)].Text();
     if (!pane._CmDownloadItemListInterfaced(list, list.localFolder.Text(), name, process)) break;
   }
   return StandBy() || process.IsToStop() ? LProcessResultStopped : LProcessResultOk;

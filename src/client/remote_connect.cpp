@@ -126,28 +126,29 @@ bool LFtpList::ReconnectFromLast() {
 
 /// The last reconnect is made although no try follows it: whoever calls next finds a connection.
 template <typename Call>
-bool LFtpList::TryWithReconnects(Call call) {
+bool LFtpList::TryWithReconnects(Call call, const char* level) {
   for (int i = 0; i < kServerTries; ++i) {
     if (call()) return true;
-    ReconnectFromLast();
+    // A new session begins in the pane's directory. Where it cannot leave that, the call fails again.
+    if (ReconnectFromLast() && level) (void)Ftp.SetCurrentDirectory(level);
   }
   return false;
 }
 
-bool LFtpList::_GetCurrentDirectoryFTP(char (&path)[kTextSize]) {
-  if (TryWithReconnects([&] { return Ftp.GetCurrentDirectory(path); })) return true;
+bool LFtpList::_GetCurrentDirectoryFTP(char (&path)[kTextSize], const char* level) {
+  if (TryWithReconnects([&] { return Ftp.GetCurrentDirectory(path); }, level)) return true;
   LOGERROR("現在のディレクトリを入手できませんでした");
   return false;
 }
 
 bool LFtpList::_CreateDirectoryFTP(const char* path) {
-  if (TryWithReconnects([&] { return Ftp.CreateDirectory(path); })) return true;
+  if (TryWithReconnects([&] { return Ftp.CreateDirectory(path); }, nullptr)) return true;
   LOGERRORF("ディレクトリを作成できませんでした：%s", path);
   return false;
 }
 
-bool LFtpList::_SetCurrentDirectoryFTP(const char* path) {
-  if (TryWithReconnects([&] { return Ftp.SetCurrentDirectory(path); })) return true;
+bool LFtpList::_SetCurrentDirectoryFTP(const char* path, const char* level) {
+  if (TryWithReconnects([&] { return Ftp.SetCurrentDirectory(path); }, level)) return true;
   LOGERRORF("以下のディレクトリを変更できません： %s", path);
   return false;
 }

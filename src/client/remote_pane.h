@@ -146,9 +146,10 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   bool IsFolderSelected() const;
   const char* RowKindWord(int row, char (&word)[kTextSize]) const;
 
-  // Server calls that reconnect up to three times from the saved logon
-  bool _GetCurrentDirectoryFTP(char (&path)[kTextSize]);
-  bool _SetCurrentDirectoryFTP(const char* path);
+  // Server calls that reconnect up to three times from the saved logon. `level` is the directory that the caller works
+  // in, entered again after a reconnect; null is the pane's own.
+  bool _GetCurrentDirectoryFTP(char (&path)[kTextSize], const char* level = nullptr);
+  bool _SetCurrentDirectoryFTP(const char* path, const char* level = nullptr);
   bool _CreateDirectoryFTP(const char* path);
 
   /// A name as the settings want it on the server: without blanks, in lower case.
@@ -211,7 +212,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   void ShowNewPermissions(const char* name, const PermissionDigits& wanted, int row);
   bool AskForPassword(const char* server, const char* user, char (&password)[kTextSize]);
   template <typename Call>
-  bool TryWithReconnects(Call call);
+  bool TryWithReconnects(Call call, const char* level);
   LProcessResult EnterCurrentDirectory();
   bool PassesFilter(const char* name) const;
   void FillItems(LFileTransferProtocol::DirIterator& listing);

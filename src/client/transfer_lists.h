@@ -43,6 +43,7 @@ struct FtpDownloadFileList {
   LList<LXfrDownloadItem> files;          ///< AddFile puts in front: fetched in the reverse order of collecting.
   LList<LStringLongItem> createdFolders;  ///< Local ones, deepest first, also those that were there before.
   LStringLongTemplate<char> localFolder;
+  LVector<LStringLongTemplate<char>> names;  ///< What is collected, in the directory of the run.
 
   void AddFile(const char* local, const char* remote);
   void AddFolderToCreatedFolderList(const char* path);

@@ -136,7 +136,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
   if (result != LProcessResultOk) return result;
 
   char current[kTextSize];
-  if (!_GetCurrentDirectoryFTP(current)) return LProcessResultFailed;
+  if (!_GetCurrentDirectoryFTP(current, remote)) return LProcessResultFailed;
   char root[kTextSize];
   LFile::_MakeFilePath(root, localRoot, relative, "");
   for (size_t i = 0; i < names.count; ++i) {
