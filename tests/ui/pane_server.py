@@ -7,7 +7,10 @@ Prints "port N" when it accepts. A download whose name holds "stall" stops after
 name that holds "refuse" is refused; an upload whose name holds "lose" loses the session when it begins, the first time
 only. With a certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it
 knows LIST only, which shows links. With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs it. Names
-are bytes: what is not UTF-8 comes and goes as it is. It ends with its parent.
+are bytes: what is not UTF-8 comes and goes as it is; a listing shows "%2F" as "/". It ends with its parent.
+
+While it runs it looks at two files beside the folder: FOLDER.cut holds the number of the command, from now on, at which
+the session is cut in place of an answer, once; while FOLDER.closed is there nobody can log on.
 """
 
 import ctypes
@@ -17,6 +20,7 @@ import signal
 import sys
 
 from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.filesystems import AbstractedFS
 from pyftpdlib.handlers import DTPHandler, FTPHandler, TLS_FTPHandler, _AsyncChatNewStyle
 from pyftpdlib.servers import FTPServer
 
@@ -33,6 +37,29 @@ def first_time(name):
         return False
     SEEN.add(name)
     return True
+
+
+def served_folder():
+    return sys.argv[1].rstrip("/")
+
+
+def is_cut_now():
+    name = served_folder() + ".cut"
+    if not os.path.exists(name):
+        return False
+    with open(name, "r+") as file:
+        left = int(file.read()) - 1
+        file.seek(0)
+        file.truncate()
+        file.write(str(left))
+    if left == 0:
+        os.unlink(name)
+    return left == 0
+
+
+class SlantedNames(AbstractedFS):
+    def format_list(self, *args, **options):
+        return (line.replace(b"%2F", b"/") for line in super().format_list(*args, **options))
 
 
 class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
@@ -57,10 +84,23 @@ class MoodyTransfer(_AsyncChatNewStyle, DTPHandler):
 
 class MoodyHandler(FTPHandler):
     dtp_handler = MoodyTransfer
+    abstracted_fs = SlantedNames
     unicode_errors = "surrogateescape"
 
     def push(self, s):
         _AsyncChatNewStyle.push(self, s.encode("utf8", self.unicode_errors))
+
+    def pre_process_command(self, line, cmd, arg):
+        if is_cut_now():
+            self.close()
+        else:
+            super().pre_process_command(line, cmd, arg)
+
+    def ftp_PASS(self, line):
+        if os.path.exists(served_folder() + ".closed"):
+            self.respond("530 Not now.")
+            return None
+        return super().ftp_PASS(line)
 
     def refuses(self, name, reply="550 Not this one."):
         if "refuse" not in name:
