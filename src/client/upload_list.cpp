@@ -77,6 +77,8 @@ LProcessResult UploadRun::SendInTries(ChildInterface& child, UploadFile& file, c
       result = ProcessStandBy(process, *file.protocol);
       bLogonFailed = result != LProcessResultOk;
       if (bLogonFailed) return result;
+      // The name is relative, and the new session began in the pane's directory.
+      list.owner->_SetCurrentDirectoryFTP(folder);
       continue;
     }
     if (result != LProcessResultFailed || tries >= kReconnects) return result;
