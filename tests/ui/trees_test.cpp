@@ -1,5 +1,5 @@
 // Whole folders down and up through the buttons of the window: what arrives, in which order the commands go, the
-// questions on the way, and what a cancel, a lost connection and a sleeping machine do to a run.
+// questions on the way, and what links, crafted names and lost connections do to a run.
 #include <fcntl.h>
 #include <map>
 #include <sys/stat.h>
@@ -13,9 +13,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
 using testing::Not;
-
-constexpr const char* kCleanUpDownload = "ダウンロードされたローカルファイルまたはフォルダを削除しますか？";
-constexpr const char* kCleanUpUpload = "アップロード済みのファイルおよびフォルダを削除しますか？";
 
 /// Relative paths and contents; a folder has a "/" at its end and no content.
 std::map<std::string, std::string> TreeOf(const std::string& folder) {
@@ -34,8 +31,6 @@ std::map<std::string, std::string> TreeOf(const std::string& folder) {
 
 class Trees : public TransferTest {
  protected:
-  ~Trees() override { LFtpList::bPowerSuspendStandBy = false; }
-
   /// Three levels with odd names, empty files and an empty folder, under `folder`.
   void MakeTree(const std::string& folder) {
     for (int i = 0; i < 3; ++i) {
@@ -185,54 +180,6 @@ INSTANTIATE_TEST_SUITE_P(Trees, Answers,
                          testing::Values(Answer{"上書きする", 0, 3}, Answer{"上書きする", 1, 3},
                                          Answer{"スキップ", 0, 0}, Answer{"スキップ", 1, 0}));
 
-TEST_F(Trees, ACancelledDownloadIsTakenBackIfTheUserWants) {
-  for (const bool takeBack : {false, true}) {
-    MakeRemote("d/stall.bin", RandomBytes(2 * 1024 * 1024));
-    MakeRemote("d/z/small.txt", "s");
-    if (!delegate) StartConnected();
-    alerts.Expect(kCleanUpDownload, takeBack ? "削除" : "削除しない");
-    CancelDuring(
-        kDownloading, [&] { TransferTest::Download({"d"}); },
-        [&](platform::Window* dialog) { return ui::Text(dialog, kItemLine).find("stall") != std::string::npos; });
-    EXPECT_EQ(Exists(Local("d/z/small.txt")), !takeBack);
-    EXPECT_EQ(Exists(Local("d")), !takeBack);
-    EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
-    std::filesystem::remove_all(Local("d"));
-  }
-  ExpectUsable();
-}
-
-TEST_F(Trees, ACancelledUploadTakesItsFoldersBackIfTheUserWants) {
-  MakeLocal("d/huge.bin", "x");
-  std::filesystem::resize_file(Local("d/huge.bin"), 20ull << 30);  // Sparse.
-  for (const bool takeBack : {false, true}) {
-    if (!delegate) StartConnected();
-    alerts.Expect(kCleanUpUpload, takeBack ? "削除" : "キャンセル");
-    CancelDuring(
-        kUploading, [&] { TransferTest::Upload({"d"}); },
-        [&](platform::Window*) {
-          std::error_code none;
-          const auto there = std::filesystem::file_size(Remote("d/huge.bin"), none);
-          return !none && there > 1024 * 1024;
-        });
-    EXPECT_EQ(Exists(Remote("d")), !takeBack);
-    EXPECT_THAT(Messages(), Contains("ユーザーがアップロードを中止しました"));
-    std::filesystem::remove_all(Remote("d"));
-  }
-  ExpectUsable();
-}
-
-TEST_F(Trees, ALateCancelStillOffersToTakeBack) {
-  gTransferWaits.lateCancelSliceMs = 200;
-  MakeRemote("a.txt", "a");
-  StartConnected();
-  alerts.Expect(kCleanUpDownload, "削除");
-  CancelDuring(
-      kDownloading, [&] { TransferTest::Download({"a.txt"}); },
-      [&](platform::Window*) { return Exists(Local("a.txt")) && ContentOf(Local("a.txt")) == "a"; });
-  EXPECT_FALSE(Exists(Local("a.txt")));
-}
-
 TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("d/a.txt", "a");
@@ -260,27 +207,6 @@ TEST_F(Trees, AFileThatFailsThreeTimesEndsAnUploadAndOnlyItselfInADownload) {
   TransferTest::Upload({"u"});
   EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
   EXPECT_FALSE(Exists(Remote("u/refuse.txt")));
-  ExpectUsable();
-}
-
-TEST_F(Trees, TheMachineSleepsInTheMiddleOfAFile) {
-  MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
-  StartConnected();
-  const Meanwhile sleep(
-      [&] {
-        platform::Window* dialog = Dialog(kDownloading);
-        return dialog && Progress(dialog) > 0.2;
-      },
-      [&] { Main().Command(kCommandSuspend, 0); });
-  // While it sleeps the file gets a content that the server sends to its end.
-  const Meanwhile wake([&] { return sleep.Acted() && !Main().remotePane.Ftp.IsValid(); },
-                       [&] {
-                         MakeRemote("stall.bin", "short");
-                         Main().Command(kCommandResume, 0);
-                       });
-  TransferTest::Download({"stall.bin"});
-  EXPECT_TRUE(wake.Acted());
-  EXPECT_EQ(ContentOf(Local("stall.bin")), "short");
   ExpectUsable();
 }
 

@@ -1,0 +1,234 @@
+// What ends a transfer before its time: Cancel in each of its stages, with both answers to the question what is to
+// become of what has come so far, and a machine that goes to sleep.
+#include "ui/transfer_fixture.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAreArray;
+
+using Texts = std::vector<std::string>;
+
+constexpr int kSmallFiles = 30;
+constexpr long kLogonsAfterSleep = 11;
+constexpr const char* kCleanUpDownload = "ダウンロードされたローカルファイルまたはフォルダを削除しますか？";
+constexpr const char* kCleanUpUpload = "アップロード済みのファイルおよびフォルダを削除しますか？";
+
+enum class Stage { kCollecting, kTransferring, kAfterwards };
+
+class Stops : public TransferTest {
+ protected:
+  ~Stops() override { LFtpList::bPowerSuspendStandBy = false; }
+
+  /// Two folders: one with a file that is moved last, and takes long where the stage wants that; the other with many
+  /// small ones and, for a download, one that is there already. The other side has a file of its own in that folder.
+  void MakeFiles(bool isDown, Stage stage) {
+    const std::string from = isDown ? Remote() : Local();
+    for (int i = 0; i < kSmallFiles; ++i) WriteFile(from + "d/s/" + std::to_string(i), "small");
+    WriteFile((isDown ? Local() : Remote()) + "d/mine.txt", "mine");
+    if (isDown) {
+      WriteFile(Remote("d/old.txt"), "new");
+      WriteFile(Local("d/old.txt"), "old");
+    }
+    WriteFile(from + "c/stall.bin", "whole");
+    if (stage != Stage::kTransferring) return;
+    if (isDown) {
+      WriteFile(from + "c/stall.bin", RandomBytes(2 * 1024 * 1024));
+    } else {
+      std::filesystem::resize_file(from + "c/stall.bin", 20ull << 30);  // Sparse.
+    }
+  }
+  /// Collecting has come into the folder of the small files; the last file is under way; all is there.
+  std::function<bool(platform::Window*)> Begins(bool isDown, Stage stage) {
+    const std::string to = isDown ? Local() : Remote();
+    return [=, this](platform::Window* dialog) {
+      if (stage == Stage::kCollecting) {
+        return Exists(to + "d/s") && history.LastCommand().rfind("MLST ", 0) == 0 &&
+               ui::Text(dialog, kActionLine).find("追加中") != std::string::npos;
+      }
+      std::error_code none;
+      const auto size = std::filesystem::file_size(to + "c/stall.bin", none);
+      return !none && (stage == Stage::kTransferring ? size > 100000 : size == strlen("whole"));
+    };
+  }
+  void ExpectOverwriting(bool isDown) {
+    if (isDown) alerts.Expect("old.txt\" が既にローカルフォルダ内に存在します。", "上書きする");
+  }
+  void Transfer(bool isDown) { isDown ? Download({"c", "d"}) : Upload({"c", "d"}); }
+  /// What is there now, with the content of short files; of the small ones their number.
+  static Texts Found(const std::string& folder) {
+    Texts found;
+    int small = -1;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      const std::string path = entry.path().lexically_relative(folder).string();
+      if (path == "d/s") small = small < 0 ? 0 : small;
+      if (entry.is_directory()) continue;
+      if (path.rfind("d/s/", 0) == 0) {
+        small = small < 0 ? 1 : small + 1;
+      } else {
+        found.push_back(entry.file_size() < 10 ? path + "=" + ContentOf(entry.path()) : path);
+      }
+    }
+    if (small >= 0) found.push_back("d/s: " + std::to_string(small));
+    std::sort(found.begin(), found.end());
+    return found;
+  }
+  long Count(const char* part) const {
+    const Texts lines = history.Lines();
+    return std::count_if(lines.begin(), lines.end(),
+                         [&](const std::string& line) { return line.find(part) != std::string::npos; });
+  }
+};
+
+// Cancel
+
+struct Cancelled {
+  const char* name;
+  bool isDown;
+  Stage stage;
+  bool isTakenBack;
+  Texts left;  ///< On the side that the transfer goes to.
+};
+void PrintTo(const Cancelled& row, std::ostream* out) { *out << row.name; }
+
+class Cancel : public Stops, public testing::WithParamInterface<Cancelled> {};
+
+TEST_P(Cancel, LeavesWhatTheUserWants) {
+  const auto& [name, isDown, stage, isTakenBack, left] = GetParam();
+  if (stage == Stage::kAfterwards) gTransferWaits.lateCancelSliceMs = 200;
+  MakeFiles(isDown, stage);
+  StartConnected();
+  ExpectOverwriting(isDown);
+  alerts.Expect(isDown ? kCleanUpDownload : kCleanUpUpload, isTakenBack ? "削除"
+                                                            : isDown    ? "削除しない"
+                                                                        : "キャンセル");
+  CancelDuring(
+      isDown ? kDownloading : kUploading, [&] { Transfer(GetParam().isDown); }, Begins(isDown, stage));
+  EXPECT_THAT(Found(isDown ? Local() : Remote()), ElementsAreArray(left));
+  EXPECT_THAT(Messages(),
+              Contains(isDown ? "ユーザーがダウンロードを中止しました" : "ユーザーがアップロードを中止しました"));
+  EXPECT_EQ(Count(("ローカルファイルを削除中：" + Local("d/old.txt")).c_str()), isDown && isTakenBack ? 1 : 0);
+  EXPECT_EQ(Count("ファイルが削除されました "), !isDown && isTakenBack ? 1 : 0);
+  ExpectUsable();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stops, Cancel,
+    testing::Values(
+        Cancelled{"DownCollectingBack", true, Stage::kCollecting, true, {"d/mine.txt=mine"}},
+        Cancelled{
+            "DownCollectingStay", true, Stage::kCollecting, false, {"d/mine.txt=mine", "d/old.txt=old", "d/s: 0"}},
+        Cancelled{"DownTransferringBack", true, Stage::kTransferring, true, {"d/mine.txt=mine"}},
+        Cancelled{"DownTransferringStay",
+                  true,
+                  Stage::kTransferring,
+                  false,
+                  {"c/stall.bin", "d/mine.txt=mine", "d/old.txt=new", "d/s: 30"}},
+        Cancelled{"DownAfterwardsBack", true, Stage::kAfterwards, true, {"d/mine.txt=mine"}},
+        Cancelled{"DownAfterwardsStay",
+                  true,
+                  Stage::kAfterwards,
+                  false,
+                  {"c/stall.bin=whole", "d/mine.txt=mine", "d/old.txt=new", "d/s: 30"}},
+        // A folder that the server did not let the run make is none of its own.
+        Cancelled{"UpCollectingBack", false, Stage::kCollecting, true, {"d/mine.txt=mine"}},
+        Cancelled{"UpCollectingStay", false, Stage::kCollecting, false, {"d/mine.txt=mine", "d/s: 0"}},
+        Cancelled{"UpTransferringBack", false, Stage::kTransferring, true, {"d/mine.txt=mine"}},
+        Cancelled{
+            "UpTransferringStay", false, Stage::kTransferring, false, {"c/stall.bin", "d/mine.txt=mine", "d/s: 30"}}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+/// Only folders so far: there is no file at which the stop could be found out.
+TEST_F(Stops, ACancelBeforeTheFirstFileOfAnUploadIsNotAskedAbout) {
+  for (int i = 0; i < kSmallFiles; ++i) std::filesystem::create_directories(Local("e/") + std::to_string(i));
+  StartConnected();
+  CancelDuring(
+      kUploading, [&] { Upload({"e"}); },
+      [&](platform::Window* dialog) {
+        return Exists(Remote("e")) && ui::Text(dialog, kActionLine).find("追加中") != std::string::npos;
+      });
+  EXPECT_TRUE(Exists(Remote("e")));
+  EXPECT_THAT(Messages(), Contains("アップロード完了"));
+  ExpectUsable();
+}
+
+// Sleep
+
+class Sleep : public Stops, public testing::WithParamInterface<bool> {
+ protected:
+  static bool IsDown() { return GetParam(); }
+  std::string To() const { return IsDown() ? Local() : Remote(); }
+  std::string Slow() const { return (IsDown() ? Remote() : Local()) + "c/stall.bin"; }
+  /// Sleeps as soon as the stage has come.
+  std::unique_ptr<Meanwhile> SleepIn(Stage stage) {
+    return std::make_unique<Meanwhile>(
+        [this, begins = Begins(IsDown(), stage)] {
+          platform::Window* dialog = Dialog(IsDown() ? kDownloading : kUploading);
+          return dialog && begins(dialog);
+        },
+        [this] { Main().Command(kCommandSuspend, 0); });
+  }
+  /// Wakes up with the session gone, and with a file that comes to its end.
+  std::unique_ptr<Meanwhile> Wake(std::function<void()> before = [] {}) {
+    return std::make_unique<Meanwhile>(
+        [this] { return LFtpList::bPowerSuspendStandBy && !Main().remotePane.Ftp.IsValid(); },
+        [this, before] {
+          before();
+          WriteFile(Slow(), "short");
+          Main().Command(kCommandResume, 0);
+        });
+  }
+};
+
+TEST_P(Sleep, WhileCollectingEndsTheRun) {
+  MakeFiles(IsDown(), Stage::kCollecting);
+  MakeLocal("z.txt", "z");
+  StartConnected();
+  const auto sleep = SleepIn(Stage::kCollecting);
+  ExpectOverwriting(IsDown());
+  alerts.Expect(IsDown() ? "コンピュータがスタンバイ状態になったためダウンロードがキャンセルされました"
+                         : "コンピュータがスタンバイ状態になったためアップロードがキャンセルされました",
+                "OK");
+  alerts.Expect(IsDown() ? kCleanUpDownload : kCleanUpUpload, IsDown() ? "削除しない" : "キャンセル");
+  IsDown() ? Download({"c", "d"}) : Upload({"d", "z.txt"});
+  EXPECT_TRUE(sleep->Acted());
+  Main().Command(kCommandResume, 0);
+  EXPECT_FALSE(Exists(To() + "c/stall.bin"));
+  EXPECT_FALSE(Exists(To() + "d/s/1"));
+  ExpectUsable();
+}
+
+TEST_P(Sleep, WhileTransferringCostsALogonAndNoFile) {
+  MakeFiles(IsDown(), Stage::kTransferring);
+  StartConnected();
+  const auto sleep = SleepIn(Stage::kTransferring);
+  const auto wake = Wake();
+  ExpectOverwriting(IsDown());
+  Transfer(IsDown());
+  EXPECT_TRUE(wake->Acted());
+  EXPECT_EQ(ContentOf(To() + "c/stall.bin"), "short");
+  ExpectUsable();
+}
+
+TEST_P(Sleep, ThatTheServerDoesNotForgiveEndsTheRun) {
+  MakeFiles(IsDown(), Stage::kTransferring);
+  StartConnected();
+  const std::string closed = root + "/server.closed";
+  const auto sleep = SleepIn(Stage::kTransferring);
+  const auto wake = Wake([&] { WriteFile(closed, ""); });
+  const Meanwhile open([&] { return Count("530 Not now.") == kLogonsAfterSleep; },
+                       [&] { std::filesystem::remove(closed); });
+  ExpectOverwriting(IsDown());
+  Transfer(IsDown());
+  EXPECT_TRUE(open.Acted());
+  EXPECT_EQ(Count("530 Not now."), kLogonsAfterSleep);
+  EXPECT_THAT(Messages(),
+              Contains(IsDown() ? "ファイル一覧をダウンロードできません" : "ファイル一覧をアップロードできません"));
+  EXPECT_EQ(Count("ファイルのダウンロード完了。"), IsDown() ? kSmallFiles + 2 : 0);
+  ExpectUsable();
+}
+
+INSTANTIATE_TEST_SUITE_P(Stops, Sleep, testing::Values(true, false),
+                         [](const auto& row) { return std::string(row.param ? "Down" : "Up"); });
+
+}  // namespace
