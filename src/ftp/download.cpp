@@ -53,9 +53,12 @@ class FileDownload : public FtpFileTransfer {
   bool bThroughPipe = false;  ///< The system moves the bytes, which it cannot do for encrypted ones.
 };
 
-/// Emptied only under the lock: another copy of the program may be writing to it.
+/// Emptied only under the lock: another copy of the program may be writing to it. A pipe of that name takes what fits
+/// into it and then waits for a reader.
 bool FileDownload::OpenLocalFile() {
-  iFile = platform::FileOpen(szLocal, O_RDWR | O_CREAT | O_CLOEXEC, kNewFileMode);
+  iFile = platform::FileOpen(szLocal, O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, kNewFileMode);
+  struct stat status = {};
+  if (iFile != -1 && platform::FileStatus(iFile, status) == 0 && !S_ISREG(status.st_mode)) return false;
   if (flocktimed(iFile, LOCK_EX | LOCK_NB, gFtpTimeouts.fileLockMs) != 0) return false;
   // Whatever is left behind the new end shows in a size that differs; the transfer does not look at it.
   (void)platform::FileTruncate(iFile, 0);
