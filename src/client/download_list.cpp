@@ -28,7 +28,7 @@ class DownloadRun {
  private:
   LProcessResult Collect();
   LProcessResult FetchAll();
-  LProcessResult FetchItem(DownloadFile&);
+  LProcessResult FetchItem(DownloadFile&, LProcessResult former);
   LProcessResult FetchInTries(ChildInterface&, DownloadFile&);
   bool HasRoom(DownloadFile&);
   LProcessResult WaitForLateCancel(LProcessResult result);
@@ -103,15 +103,16 @@ void DownloadRun::ShowItem(const DownloadFile& file) {
   process.SetProgress((index + static_cast<double>(index) / total) / total);
 }
 
-LProcessResult DownloadRun::FetchItem(DownloadFile& file) {
+/// A file without room has no result of its own.
+LProcessResult DownloadRun::FetchItem(DownloadFile& file, LProcessResult former) {
   ChildInterface child(process, total, index);
   LFtpList::pCurrentInterface = &child;
   ShowItem(file);
-  LProcessResult result = LProcessResultOk;
+  LProcessResult result = former;
   if (HasRoom(file)) {
     result = FetchInTries(child, file);
     if (result == LProcessResultOk) file.error[0] = 0;
-    if (result == LProcessResultFailed && !file.error[0]) TextCopy(file.error, "失敗");
+    if (result == LProcessResultFailed && !file.error[0] && !bLogonFailed) TextCopy(file.error, "失敗");
   }
   LFtpList::pCurrentInterface = nullptr;
   return result;
@@ -121,7 +122,7 @@ LProcessResult DownloadRun::FetchItem(DownloadFile& file) {
 LProcessResult DownloadRun::FetchAll() {
   LProcessResult result = LProcessResultOk;
   for (LXfrDownloadItem* item = list.files.first; item; item = item->next, ++index) {
-    result = FetchItem(item->file);
+    result = FetchItem(item->file, result);
     if (result == LProcessResultStopped || bLogonFailed) break;
   }
   return result;

@@ -116,6 +116,9 @@ class MoodyHandler(FTPHandler):
             return None
         return super().ftp_STOR(file, mode)
 
+    def ftp_RETR(self, file):
+        return None if self.refuses(file) else super().ftp_RETR(file)
+
     def ftp_MKD(self, path):
         return None if self.refuses(path) else super().ftp_MKD(path)
 

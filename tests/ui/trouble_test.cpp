@@ -213,6 +213,27 @@ TEST_F(Trouble, AFileWithoutRoomIsNotBegun) {
   ExpectWorks();
 }
 
+TEST_F(Trouble, AFileThatFailedIsNotForgottenOverOneWithoutRoom) {
+  MakeRemote("refuse.txt", "r");
+  MakeLarge(Remote("a.bin"));  // Fetched last.
+  LiveOnASmallDisk();
+  StartConnected();
+  TransferTest::Download({"a.bin", "refuse.txt"});
+  ExpectTold(kDownloadFailed);
+}
+
+TEST_F(Trouble, APipeInThePlaceOfALocalFileIsNotFilled) {
+  MakeRemote("b.pipe", RandomBytes(1u << 20));
+  MakeRemote("c.txt", "c");
+  ASSERT_EQ(mkfifo(Local("b.pipe").c_str(), 0600), 0);
+  StartConnected();
+  alerts.Expect("b.pipe", "上書きする");
+  TransferTest::Download({"b.pipe", "c.txt"});
+  EXPECT_EQ(ContentOf(Local("c.txt")), "c");
+  ExpectTold((std::string(kFileFailed) + "/b.pipe").c_str());
+  ExpectWorks();
+}
+
 TEST_F(Trouble, TheDiskFillsWhileAFileComesAndThatGoesUnnoticed) {
   MakeRemote("a.txt", "a");
   MakeRemote("b.bin", RandomBytes(48u << 20));
