@@ -5,8 +5,8 @@ Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
 "cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
 name that holds "refuse" is refused; an upload whose name holds "lose" loses the session when it begins, the first time
-only. With a certificate (the file holds the key too) the logon must be under TLS. With ORVANE_PLAIN_LISTINGS set it
-knows LIST only, which shows links. With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs it. Names
+only. With a certificate (the file holds the key too) the logon must be under TLS. It does not
+know the commands that ORVANE_LACKING_COMMANDS names. With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs it. Names
 are bytes: what is not UTF-8 comes and goes as it is; a listing shows "%2F" as "/". It ends with its parent.
 
 While it runs it looks at two files beside the folder: FOLDER.cut holds the number of the command, from now on, at which
@@ -157,8 +157,8 @@ def main():
         handler = TLS_FTPHandler
         handler.certfile = sys.argv[4]
         handler.tls_control_required = True
-    if os.environ.get("ORVANE_PLAIN_LISTINGS"):
-        handler.proto_cmds = {name: what for name, what in handler.proto_cmds.items() if name not in ("MLSD", "MLST")}
+    lacking = os.environ.get("ORVANE_LACKING_COMMANDS", "").split()
+    handler.proto_cmds = {name: what for name, what in handler.proto_cmds.items() if name not in lacking}
     handler.authorizer = authorizer
     handler.auth_failed_timeout = 0
     server = FTPServer(("127.0.0.1", 0), handler)

@@ -113,30 +113,73 @@ TEST_F(Trees, FilesAreFetchedFromTheLastCollectedToTheFirst) {
   EXPECT_THAT(fetched, ElementsAre("RETR /3.txt", "RETR /2.txt", "RETR /1.txt"));
 }
 
-TEST_F(Trees, ANameThatLeadsOutOfTheFolderEndsTheCollecting) {
-  MakeRemote("a.txt", "a");
-  MakeRemote("b\\..\\evil.txt", "evil");
-  MakeRemote("c.txt", "c");
-  StartConnected();
-  TransferTest::Download({"a.txt", "b\\..\\evil.txt", "c.txt"});
-  EXPECT_EQ(TreeOf(Local()), (std::map<std::string, std::string>{{"a.txt", "a"}}));
-  EXPECT_THAT(Messages(), Contains("疑わしい名前のファイル（b\\..\\evil.txt）のダウンロードをスキップします"));
-}
+struct Entry {
+  const char* name;
+  const char* file;    ///< Between "a.txt" and "real" in the listing; the server shows "%2F" as "/".
+  const char* target;  ///< Of a link; null for a file.
+  std::map<std::string, std::string> arrives;  ///< Of the folder, beside "a.txt".
+  const char* told;
+};
+void PrintTo(const Entry& entry, std::ostream* out) { *out << entry.name; }
 
-TEST_F(Trees, LinksOnTheServerAreFollowedWhereTheyLead) {
-  MakeRemote("dir/real/x.txt", "x");
-  MakeRemote("dir/own.txt", "o");
-  std::filesystem::create_directory_symlink("real", Remote("dir/tofolder"));
-  std::filesystem::create_symlink("own.txt", Remote("dir/tofile"));
-  std::filesystem::create_symlink("nowhere", Remote("dir/tonowhere"));
+class Entries : public Trees, public testing::WithParamInterface<Entry> {};
+
+TEST_P(Entries, ThatAreNoPlainFiles) {
+  const Entry& entry = GetParam();
+  MakeRemote("d/a.txt", "a");
+  MakeRemote("d/real/x.txt", "x");
+  MakeRemote("d/zz.txt", "z");
+  if (entry.target) {
+    std::filesystem::create_symlink(entry.target, Remote("d/") + entry.file);
+  } else {
+    MakeRemote(std::string("d/") + entry.file, "evil");
+  }
   StartConnected();
-  TransferTest::Download({"dir"});
-  EXPECT_EQ(ContentOf(Local("dir/own.txt")), "o");
-  EXPECT_EQ(ContentOf(Local("dir/tofile")), "o");
-  EXPECT_EQ(ContentOf(Local("dir/tofolder/x.txt")), "x");
-  EXPECT_FALSE(Exists(Local("dir/tonowhere")));
+  TransferTest::Download({"d"});
+  std::map<std::string, std::string> arrives = entry.arrives;
+  arrives["d/a.txt"] = "a";
+  arrives["d/"];
+  EXPECT_EQ(TreeOf(Local()), arrives);
+  EXPECT_THAT(Messages(), Contains(HasSubstr(entry.told)));
   ExpectUsable();
 }
+
+const std::map<std::string, std::string> kTheRest = {{"d/real/", ""}, {"d/real/x.txt", "x"}, {"d/zz.txt", "z"}};
+
+std::map<std::string, std::string> WithTheRest(std::map<std::string, std::string> arrives) {
+  arrives.insert(kTheRest.begin(), kTheRest.end());
+  return arrives;
+}
+
+/// A link leads where the server goes; a name that could lead out of the folder ends the collecting.
+INSTANTIATE_TEST_SUITE_P(
+    Trees, Entries,
+    testing::Values(Entry{"LinkToAFolder", "link", "real", WithTheRest({{"d/link/", ""}, {"d/link/x.txt", "x"}}),
+                          "順番待ち中のファイル： x.txt"},
+                    Entry{"LinkToAFile", "link", "a.txt", WithTheRest({{"d/link", "a"}}),
+                          "順番待ち中のファイル： link"},
+                    Entry{"LinkToNowhere", "link", "nowhere", WithTheRest({}), "中：/d/link"},
+                    Entry{"LinkToAnAbsolutePath",
+                          "link",
+                          "/etc/hosts",
+                          {},
+                          "疑わしい名前のファイル（link -> /etc/hosts）のダウンロードをスキップします"},
+                    Entry{"NameOfTheFolderAbove",
+                          "b%2F..%2F..%2Fx.txt",
+                          nullptr,
+                          {},
+                          "疑わしい名前のファイル（b/../../x.txt）のダウンロードをスキップします"},
+                    Entry{"NameInAFolder",
+                          "b%2Fx.txt",
+                          nullptr,
+                          {},
+                          "疑わしい名前のファイル（b/x.txt）のダウンロードをスキップします"},
+                    Entry{"NameWithTheOtherSeparator",
+                          "b\\..\\x.txt",
+                          nullptr,
+                          {},
+                          "疑わしい名前のファイル（b\\..\\x.txt）のダウンロードをスキップします"}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(Trees, AFolderThatCannotBeEnteredIsLeftAndTheRestGoesOn) {
   MakeRemote("d/refuse/x.txt", "x");

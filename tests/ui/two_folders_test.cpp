@@ -69,6 +69,77 @@ TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {
   ExpectUsable();
 }
 
+using Runs = std::array<std::vector<std::string>, 2>;
+constexpr const char* kNoDates = "MLSD MLST MDTM MFMT";
+/// In winter a date of the summer is off by the hour between the two: the present offset is taken for all.
+const Runs kSummerFile = {{{"STOR from-here-summer"}, {"STOR from-here-summer"}}};
+
+/// A listing tells no seconds, and its date is looked for by the bare name alone: what came down has the present time,
+/// and so has what went up to a server that takes no date.
+const Runs kEverything = {
+    {{"RETR /from-here-winter", "RETR /from-here-summer", "STOR from-server-winter", "STOR from-server-summer"},
+     {"STOR from-here-winter", "STOR from-here-summer", "STOR from-server-winter", "STOR from-server-summer"}}};
+
+struct Zone {
+  const char* name;
+  const char* zone;
+  const char* lacking;  ///< Commands that the server does not know.
+  Runs movedAgain;      ///< By a second and a third run.
+};
+void PrintTo(const Zone& zone, std::ostream* out) { *out << zone.name; }
+
+class Zones : public TwoFolders, public testing::WithParamInterface<Zone> {
+ protected:
+  Zones() { SetZone(GetParam().zone); }
+  ~Zones() override { SetZone("UTC"); }
+  static void SetZone(const char* zone) {
+    setenv("TZ", zone, 1);
+    tzset();
+  }
+  std::vector<std::string> Moved() {
+    std::vector<std::string> commands = history.Commands();
+    commands.erase(commands.begin(), commands.begin() + seen);
+    seen += static_cast<std::ptrdiff_t>(commands.size());
+    std::erase_if(commands,
+                  [](const std::string& one) { return one.rfind("RETR ", 0) != 0 && one.rfind("STOR ", 0) != 0; });
+    return commands;
+  }
+
+ private:
+  std::ptrdiff_t seen = 0;
+};
+
+TEST_P(Zones, ASecondRunMovesNothingWhereTheDatesAreToldAsTheyAre) {
+  constexpr time_t kWinter = 1610705096, kSummer = 1626343496;  // The middle of January and of July 2021.
+  for (const auto& [season, date] : {std::pair("winter", kWinter), std::pair("summer", kSummer)}) {
+    MakeRemote(std::string("from-server-") + season, "r");
+    MakeLocal(std::string("from-here-") + season, "l");
+    SetTime(Remote("from-server-") + season, date);
+    SetTime(Local("from-here-") + season, date);
+  }
+  setenv("ORVANE_LACKING_COMMANDS", GetParam().lacking, 1);
+  StartConnected();
+  unsetenv("ORVANE_LACKING_COMMANDS");
+  alerts.Expect(kQuestion, "同期する", 1);
+  Press(kSynchroniseButton);
+  EXPECT_THAT(Moved(), UnorderedElementsAre("RETR /from-server-winter", "RETR /from-server-summer",
+                                            "STOR from-here-winter", "STOR from-here-summer"));
+  alerts.AgreeToAll(true);  // To what is to be overwritten.
+  for (const std::vector<std::string>& moved : GetParam().movedAgain) {
+    Press(kSynchroniseButton);
+    EXPECT_THAT(Moved(), testing::UnorderedElementsAreArray(moved));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(TwoFolders, Zones,
+                         testing::Values(Zone{"Greenwich", "UTC", "", {}}, Zone{"East", "Asia/Tokyo", "", {}},
+                                         Zone{"West", "America/Bogota", "", {}},
+                                         Zone{"EastWithSummerTime", "Europe/Berlin", "", kSummerFile},
+                                         Zone{"WestWithSummerTime", "America/New_York", "", kSummerFile},
+                                         Zone{"EastFromListings", "Asia/Tokyo", kNoDates, kEverything},
+                                         Zone{"WestFromListings", "America/New_York", kNoDates, kEverything}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 TEST_F(TwoFolders, ARunThatIsNotWantedChangesNothingButTheQuestion) {
   MakeRemote("a.txt", "a");
   StartConnected();
