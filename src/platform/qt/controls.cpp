@@ -15,6 +15,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextDocument>
+#include <QTimer>
 #include <QToolButton>
 #include <QToolTip>
 
@@ -32,6 +33,15 @@ namespace platform {
 namespace {
 
 constexpr int kProgressSteps = 10000;
+constexpr int kPaintAfterMs = 30;
+
+/// What changes faster than the screen is painted once: a job tells of each file several times, and painting a text
+/// costs more than an exchange with the server.
+void PaintLater(QWidget* control) {
+  if (!control->isVisible() || !control->updatesEnabled()) return;
+  control->setUpdatesEnabled(false);
+  QTimer::singleShot(kPaintAfterMs, control, [control] { control->setUpdatesEnabled(true); });
+}
 
 /// A one-line text that is elided in the middle; its tool tip holds the whole.
 class ElidedLabel : public QLabel {
@@ -240,6 +250,7 @@ void ControlFocus(Window* window, int id) {
 
 void ControlSetText(Window* window, int id, const char* text) {
   if (auto* label = window->ControlAs<QLabel>(id)) {
+    PaintLater(label);
     label->setText(ShownText(text));
     label->setToolTip(QString());
   } else if (auto* input = window->ControlAs<InputControl>(id)) {
@@ -311,6 +322,7 @@ void ControlSetProgress(Window* window, int id, double fraction) {
   if (fraction < 0) {
     bar->setRange(0, 0);
   } else {
+    PaintLater(bar);
     bar->setRange(0, kProgressSteps);
     bar->setValue(static_cast<int>(qBound(0.0, fraction, 1.0) * kProgressSteps));
   }
