@@ -67,6 +67,8 @@ LProcessResult AskListing(LProcessInterface& process, LFileTransferProtocol& ses
   const LProcessResult listed = ListCurrentDirectory(process, session, lines);
   if (listed != LProcessResultOk) return listed;
   for (size_t i = 0; i < lines.count; ++i) {
+    // Most lines are other entries' and need not be taken apart.
+    if (!strstr(lines.strings[i], name)) continue;
     LFTPListInfoParser::FTPNativeFileInfo info;
     if (!LFTPListInfoParser::GetFileInfo(lines.strings[i], info) || strcmp(info.name, name) != 0) continue;
     kind = info.isSymbolicLink ? kFtpKindSymbolicLink : info.isDirectory ? kFtpKindDirectory : kFtpKindFile;
