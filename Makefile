@@ -50,6 +50,7 @@ bench:
 	bench/run
 	bench/listing
 	bench/start
+	bench/folder
 	build/release/bench/engine_bench exchange
 	build/release/bench/engine_bench lines
 
