@@ -43,7 +43,8 @@ class Stops : public TransferTest {
     const std::string to = isDown ? Local() : Remote();
     return [=, this](platform::Window* dialog) {
       if (stage == Stage::kCollecting) {
-        return Exists(to + "d/s") && history.LastCommand().rfind("MLST ", 0) == 0 &&
+        // A folder whose MKD is still unanswered would not be known as made.
+        return Exists(to + "d/s") && history.LastCommand().rfind("MKD ", 0) != 0 &&
                ui::Text(dialog, kActionLine).find("追加中") != std::string::npos;
       }
       std::error_code none;
@@ -162,7 +163,7 @@ class Sleep : public Stops, public testing::WithParamInterface<bool> {
   /// Sleeps as soon as the stage has come.
   std::unique_ptr<Meanwhile> SleepIn(Stage stage) {
     return std::make_unique<Meanwhile>(
-        [this, begins = Begins(IsDown(), stage)] {
+        [begins = Begins(IsDown(), stage)] {
           platform::Window* dialog = Dialog(IsDown() ? kDownloading : kUploading);
           return dialog && begins(dialog);
         },
