@@ -71,8 +71,8 @@ LProcessResult UploadRun::SendInTries(ChildInterface& child, UploadFile& file, c
   for (int tries = 0;;) {
     LFtpList::pCurrentInterface = &child;
     LProcessResult result = Process(child, file);
-    // After a stop the server's closing words decide the transfer's own result.
-    if (child.IsToStop()) result = LProcessResultStopped;
+    // After a stop the server's closing words decide the transfer's own result; 0 is always a whole file.
+    if (result == LProcessResultFailed && child.IsToStop()) result = LProcessResultStopped;
     if (result == LProcessResultStopped && LFtpList::bPowerSuspendStandBy) {
       result = ProcessStandBy(process, *file.protocol);
       bLogonFailed = result != LProcessResultOk;
