@@ -19,9 +19,9 @@ constexpr mode_t kNewFolderMode = 0777;
 
 }  // namespace
 
-bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir) {
+bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir, signed char& kind) {
   for (int i = 0; i < kTries; ++i) {
-    signed char kind = kFtpKindUnknown;
+    kind = kFtpKindUnknown;
     if (ProcessFtpIsDirectory(process, Ftp, name, kind) != LProcessResultFailed) return kind > 0;
     if (ReconnectFromLast() && remoteDir) _SetCurrentDirectoryFTP(remoteDir);
   }
@@ -38,8 +38,10 @@ bool LFtpList::_CmDownloadItemListInterfaced(FtpDownloadFileList& list, const ch
   char remoteDir[kTextSize];
   RemotePathOfLocal(remoteDir, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // A listing that shows where a link leads calls it a folder under this whole text, which nothing can enter.
-  const bool isLink = strstr(name, " -> ") != nullptr;
-  if (_IsDirectoryFTP(process, name, remoteDir) && !isLink) {
+  signed char kind;
+  const bool isEntered = _IsDirectoryFTP(process, name, remoteDir, kind);
+  const bool isShownLink = kind == kFtpKindSymbolicLink && strstr(name, " -> ");
+  if (isEntered && !isShownLink) {
     return _CmDownloadFolderInterfaced(list, localDir, name, process);
   }
   if (strstr(name, "->")) return _CmDownloadSymbolicLinkInterfaced(list, localDir, name, process);
@@ -106,6 +108,8 @@ bool LFtpList::_CmAppendDownloadFile(FtpDownloadFileList& list, const char* loca
   if (!TransferPathFits(localDir, name)) return true;
   char local[kTextSize];
   char remote[kTextSize];
+  RemotePathOfLocal(remote, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
+  if (!TransferPathFits(remote, name)) return true;
   LFile::_MakeFilePath(local, localDir, name, "");
   RemotePathOfLocal(remote, szBaseLocalDirectory, szBaseRemoteDirectory, local);
   if (LFile::TestFileExists(local)) {

@@ -116,8 +116,8 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
                                          LProcessInterface&);
   /// Queues a file, unless the user keeps the one that is there.
   bool _CmAppendDownloadFile(FtpDownloadFileList&, const char* localDir, const char* name);
-  /// True for a folder and for a link. `remoteDir` is entered again after a reconnect.
-  bool _IsDirectoryFTP(LProcessInterface&, const char* name, const char* remoteDir);
+  /// True for a folder and for a link, which `kind` tells apart. `remoteDir` is entered again after a reconnect.
+  bool _IsDirectoryFTP(LProcessInterface&, const char* name, const char* remoteDir, signed char& kind);
 
   // Collecting an upload. Remote folders are made on the way. A result other than 0 ends the collecting.
   [[nodiscard]] LProcessResult _CmUploadItemList(LProcessInterface&, FtpUploadFileList&, const char* localRoot,

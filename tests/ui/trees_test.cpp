@@ -158,6 +158,8 @@ INSTANTIATE_TEST_SUITE_P(
                           "順番待ち中のファイル： x.txt"},
                     Entry{"LinkToAFile", "link", "a.txt", WithTheRest({{"d/link", "a"}}),
                           "順番待ち中のファイル： link"},
+                    Entry{"FolderWithAnArrow", "a -> b/x.txt", nullptr,
+                          WithTheRest({{"d/a -> b/", ""}, {"d/a -> b/x.txt", "evil"}}), "順番待ち中のファイル： x.txt"},
                     Entry{"LinkToNowhere", "link", "nowhere", WithTheRest({}), "中：/d/link"},
                     Entry{"LinkToAnAbsolutePath",
                           "link",
