@@ -105,9 +105,6 @@ class LSSLSocketTCP {
   /// `sent` bytes are done with for the caller. On TLS kWouldBlock may come with `sent` above 0: those lie in
   /// the TLS layer, and a further call, also one with 0 bytes, pushes them out.
   platform::TlsStatus WriteAvailable(const void* data, size_t size, size_t& sent);
-  /// The same with up to `size` bytes of `file` from its position on; plain sockets only. `sent` is 0 with kOk at the
-  /// file's end and wherever the file cannot be sent this way: reading it tells which.
-  platform::TlsStatus SendFileAvailable(int file, size_t size, size_t& sent);
   /// Ends the sending side: on TLS pushes out what is left and sends the close notice, then half-closes the
   /// TCP side; reading goes on. A failed close notice still half-closes.
   platform::TlsStatus ShutdownSendStep();

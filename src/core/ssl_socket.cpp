@@ -186,13 +186,6 @@ TlsStatus LSSLSocketTCP::WriteAvailable(const void* data, size_t size, size_t& s
   return TlsStatus::kOk;
 }
 
-TlsStatus LSSLSocketTCP::SendFileAvailable(int file, size_t size, size_t& sent) {
-  const ssize_t result = platform::NetSendFile(fd, file, size);
-  sent = result > 0 ? static_cast<size_t>(result) : 0;
-  const bool isFull = result < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
-  return isFull ? TlsStatus::kWouldBlock : TlsStatus::kOk;
-}
-
 short LSSLSocketTCP::PollEvents() const { return pContext && platform::TlsWantsWrite(pContext) ? POLLOUT : POLLIN; }
 
 TlsStatus LSSLSocketTCP::ShutdownSendStep() {

@@ -148,14 +148,13 @@ LProcessResult FtpDataConnection::ReceiveLine(LProcessInterface& process, LStrin
   return LProcessResultOk;
 }
 
-/// Makes the attempt until it is anything else than kWouldBlock with nothing sent.
-template <typename Attempt>
-LProcessResult FtpDataConnection::SendWith(LProcessInterface& process, Attempt attempt, unsigned int ms) {
+LProcessResult FtpDataConnection::Send(LProcessInterface& process, const void* data, size_t size, size_t& sent,
+                                       unsigned int ms) {
+  sent = 0;
   const int64_t end = platform::ClockMonotonicMs() + ms;
   for (;;) {
     if (process.IsToStop()) return LProcessResultStopped;
-    size_t sent = 0;
-    const TlsStatus status = attempt(sent);
+    const TlsStatus status = socket.WriteAvailable(data, size, sent);
     bMoved |= sent > 0;
     if (sent > 0 && status == TlsStatus::kWouldBlock) return Flush(process, ms);
     if (sent > 0 || status == TlsStatus::kOk) return LProcessResultOk;
@@ -164,27 +163,6 @@ LProcessResult FtpDataConnection::SendWith(LProcessInterface& process, Attempt a
     if (SocketWait(socket.fd, events, std::min(ms, kSocketSliceMs)) & kTrouble) return LProcessResultFailed;
     if (platform::ClockMonotonicMs() > end) return LProcessResultFailed;
   }
-}
-
-LProcessResult FtpDataConnection::Send(LProcessInterface& process, const void* data, size_t size, size_t& sent,
-                                       unsigned int ms) {
-  const auto write = [&](size_t& written) {
-    const TlsStatus status = socket.WriteAvailable(data, size, written);
-    sent = written;
-    return status;
-  };
-  sent = 0;
-  return SendWith(process, write, ms);
-}
-
-LProcessResult FtpDataConnection::SendFile(LProcessInterface& process, int file, size_t& sent, unsigned int ms) {
-  const auto write = [&](size_t& written) {
-    const TlsStatus status = socket.SendFileAvailable(file, kPieceSize, written);
-    sent = written;
-    return status;
-  };
-  sent = 0;
-  return SendWith(process, write, ms);
 }
 
 /// What the TLS layer has taken over counts as sent, and a failure shows in the next send. Each time that the

@@ -59,10 +59,6 @@ class FtpDataConnection {
   /// or when nothing of what the TLS layer has taken over went out for `ms`.
   [[nodiscard]] LProcessResult Send(LProcessInterface&, const void* data, size_t size, size_t& sent, unsigned int ms);
 
-  /// The same with bytes of `file` from its position on, plain connections only. 0 also with `sent` 0: at the file's
-  /// end, or where it cannot be sent this way, which reading it tells.
-  [[nodiscard]] LProcessResult SendFile(LProcessInterface&, int file, size_t& sent, unsigned int ms);
-
   /// Ends our side first, reads to the server's end within a bound, then closes. A socket that is closed with
   /// unread bytes resets the connection and throws away what is still on its way to the server, and servers
   /// do send on a connection that only receives: session tickets, their own close notice. A stop does not cut
@@ -88,8 +84,6 @@ class FtpDataConnection {
   void ReadToEnd(LProcessInterface&);
   template <typename Attempt>
   LProcessResult ReceiveWith(LProcessInterface&, Attempt attempt, unsigned int ms);
-  template <typename Attempt>
-  LProcessResult SendWith(LProcessInterface&, Attempt attempt, unsigned int ms);
   void NoteEnd();
   bool TakeBufferedLine(LStringLongTemplate<char>& line);
 

@@ -16,6 +16,7 @@
 
 namespace {
 
+constexpr size_t kReadSize = 131072;   ///< What is read is still in the processor's cache when it is sent.
 constexpr size_t kDatedCommand = 285;  ///< Bytes of a command with a date and a name.
 
 class FileUpload : public FtpFileTransfer {
@@ -43,7 +44,6 @@ class FileUpload : public FtpFileTransfer {
   LProcessResult RequestAgain();
   LProcessResult ChooseStart();
   End SendData();
-  End SendFromFile();
   End SendPiece(const char* bytes, size_t size);
   End KeepAlive();
   unsigned BlockTimeLeft() const;
@@ -178,27 +178,13 @@ FileUpload::End FileUpload::SendPiece(const char* bytes, size_t size) {
   return End::kOfFile;
 }
 
-/// Lets the system send the file. kOfFile too where it cannot: what is left is read and sent.
-FileUpload::End FileUpload::SendFromFile() {
-  iBlockStart = platform::ClockMonotonicMs();
-  for (;;) {
-    const End kept = KeepAlive();
-    if (kept != End::kOfFile) return kept;
-    size_t moved = 0;
-    const LProcessResult result = data.SendFile(*pProcess, iFile, moved, BlockTimeLeft());
-    if (result == LProcessResultStopped) return End::kStopped;
-    if (result != LProcessResultOk) return End::kFailed;
-    if (moved == 0) return End::kOfFile;
-    CountSent(moved);
-  }
-}
-
 FileUpload::End FileUpload::SendData() {
   StartNoopClock();
-  End end = pSession->IsSecure() ? End::kOfFile : SendFromFile();
+  End end = End::kOfFile;
   char* const piece = data.Piece();
   while (end == End::kOfFile) {
-    const ssize_t size = platform::FileRead(iFile, piece, FtpDataConnection::kPieceSize);
+    static_assert(kReadSize <= FtpDataConnection::kPieceSize);
+    const ssize_t size = platform::FileRead(iFile, piece, kReadSize);
     if (size < 1) break;
     end = SendPiece(piece, static_cast<size_t>(size));
   }

@@ -21,10 +21,6 @@ int NetConnect(int fd, uint32_t address, uint16_t port);
 /// The error of a connect that was in progress, taken off the socket; 0 connected.
 int NetConnectError(int fd);
 ssize_t NetSend(int fd, const void* data, size_t size);
-/// Sends up to `size` bytes of `file` from its position on and moves the position behind them, without a copy of them
-/// in this process; 0 at the file's end. Not every kind of file can be sent so (EINVAL), and errno does not tell a
-/// failure of the file from one of the socket.
-ssize_t NetSendFile(int fd, int file, size_t size);
 ssize_t NetReceive(int fd, void* data, size_t size);
 /// Reads without taking off the socket.
 ssize_t NetPeek(int fd, void* data, size_t size);

@@ -1,12 +1,10 @@
 #include "platform/net.h"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/ioctl.h>
-#include <sys/sendfile.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -24,35 +22,6 @@ ssize_t Uninterrupted(Call call) {
   } while (result == -1 && errno == EINTR);
   return result;
 }
-
-/// sendfile() knows no MSG_NOSIGNAL. The signal of a closed connection goes to the thread that sends: it is held back
-/// and taken off, and one that was pending before stays so.
-class SigPipeHeldBack {
- public:
-  SigPipeHeldBack() {
-    sigemptyset(&pipe);
-    sigaddset(&pipe, SIGPIPE);
-    sigset_t pending;
-    sigemptyset(&pending);
-    sigpending(&pending);
-    isPending = sigismember(&pending, SIGPIPE) == 1;
-    pthread_sigmask(SIG_BLOCK, &pipe, &before);
-  }
-  SigPipeHeldBack(const SigPipeHeldBack&) = delete;
-  SigPipeHeldBack& operator=(const SigPipeHeldBack&) = delete;
-  ~SigPipeHeldBack() {
-    const int error = errno;
-    const timespec now = {};
-    if (error == EPIPE && !isPending) sigtimedwait(&pipe, nullptr, &now);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    errno = error;
-  }
-
- private:
-  sigset_t pipe;
-  sigset_t before;
-  bool isPending;
-};
 
 }  // namespace
 
@@ -80,11 +49,6 @@ int NetConnectError(int fd) {
 
 ssize_t NetSend(int fd, const void* data, size_t size) {
   return Uninterrupted([=] { return send(fd, data, size, MSG_NOSIGNAL); });
-}
-
-ssize_t NetSendFile(int fd, int file, size_t size) {
-  const SigPipeHeldBack held;
-  return Uninterrupted([=] { return sendfile(fd, file, nullptr, size); });
 }
 
 ssize_t NetReceive(int fd, void* data, size_t size) {
