@@ -24,11 +24,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "app/app_delegate.h"
 #include "app/command_ids.h"
-#include "app/main_dialog.h"
-#include "app/startup.h"
 #include "client/transfer_lists.h"
+#include "in_program.h"
 #include "platform/event_loop.h"
 #include "sites/store/accounts.h"
 #include "sites/store/settings.h"
@@ -290,23 +288,13 @@ class FolderBench {
 }  // namespace
 
 int main(int argc, char** argv) {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   if (argc != 8) {
     fprintf(stderr, "usage: folder_bench HOST:PORT USER PASSWORD TOP SERVED FOLDER ROUNDS\n");
     return 2;
   }
-  LUnixAppInitCommon(argc, argv);
-  platform::ApplicationInit(gargc, gargv);
   FolderBench bench(argv);
   bench.KeepSite();
-  LAppDelegate delegate;
-  if (!delegate.WillFinishLaunching()) return 1;
-  delegate.DidFinishLaunching();
   bool isGood = false;
-  platform::EventLoopPost([&] {
-    isGood = bench.Run(*delegate.Dialog());
-    delegate.Dialog()->CmExit();
-  });
-  const int status = platform::ApplicationRun();
+  const int status = RunInProgram(argc, argv, [&](MainDialog& dialog) { isGood = bench.Run(dialog); });
   return status == 0 && isGood ? 0 : 1;
 }

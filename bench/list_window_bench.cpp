@@ -11,12 +11,9 @@
 #include <cstdio>
 #include <functional>
 
-#include "app/app_delegate.h"
 #include "app/command_ids.h"
-#include "app/main_dialog.h"
-#include "app/startup.h"
 #include "core/process.h"
-#include "platform/event_loop.h"
+#include "in_program.h"
 #include "platform/qt/list_control.h"
 #include "platform/qt/native_window.h"
 #include "ui_driver.h"
@@ -116,16 +113,8 @@ int main(int argc, char** argv) {
     fprintf(stderr, "usage: list_window_bench HOST:PORT USER PASSWORD REMOTE_FOLDER LOCAL_FOLDER\n");
     return 2;
   }
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  LUnixAppInitCommon(argc, argv);
-  platform::ApplicationInit(gargc, gargv);
-  LAppDelegate delegate;
-  if (!delegate.WillFinishLaunching()) return 1;
-  delegate.DidFinishLaunching();
-  platform::EventLoopPost([&] {
-    delegate.Dialog()->TimerReset(MainDialog::kTimerStartup);  // It would ask for a site.
-    Run(*delegate.Dialog(), argv);
-    delegate.Dialog()->CmExit();
+  return RunInProgram(argc, argv, [&](MainDialog& dialog) {
+    dialog.TimerReset(MainDialog::kTimerStartup);  // It would ask for a site.
+    Run(dialog, argv);
   });
-  return platform::ApplicationRun();
 }

@@ -12,10 +12,8 @@
 #include <iterator>
 #include <string>
 
-#include "app/app_delegate.h"
 #include "app/command_ids.h"
-#include "app/main_dialog.h"
-#include "app/startup.h"
+#include "in_program.h"
 #include "platform/event_loop.h"
 #include "support/log.h"
 #include "ui_driver.h"
@@ -23,7 +21,6 @@
 namespace {
 
 constexpr int kDefaultLines = 100000;
-constexpr int kStartMs = 500;  ///< The window's own start logs a line after a moment.
 
 double Seconds(const QElapsedTimer& clock) { return static_cast<double>(clock.nsecsElapsed()) / 1e9; }
 
@@ -59,32 +56,16 @@ bool Measure(const char* name, MainDialog& dialog, int lines, bool isPumped) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   const int lines = argc > 1 ? atoi(argv[1]) : kDefaultLines;
   if (lines <= 0) {
     fprintf(stderr, "usage: log_bench [lines]\n");
     return 2;
   }
-  LUnixAppInitCommon(argc, argv);
-  platform::ApplicationInit(gargc, gargv);
-  LAppDelegate delegate;
-  if (!delegate.WillFinishLaunching()) return 1;
-  delegate.DidFinishLaunching();
   int failures = 0;
-  // A first start asks for a site; it is told that there is none.
-  platform::Timer* cancel = nullptr;
-  cancel = platform::TimerCreate([&cancel] {
-    platform::TimerArm(cancel, kStartMs / 10);
-    if (platform::Window* sheet = ui::ModalWindow()) ui::Press(sheet, kCommandCancel);
+  const int status = RunInProgram(argc, argv, [&](MainDialog& dialog) {
+    dialog.TimerReset(MainDialog::kTimerStartup);  // It would ask for a site.
+    if (!Measure("in one go", dialog, lines, false)) ++failures;
+    if (!Measure("pumped", dialog, lines, true)) ++failures;
   });
-  platform::TimerArm(cancel, kStartMs / 10);
-  platform::EventLoopPost([&] {
-    ui::Pump(kStartMs);
-    platform::TimerDestroy(cancel);
-    if (!Measure("in one go", *delegate.Dialog(), lines, false)) ++failures;
-    if (!Measure("pumped", *delegate.Dialog(), lines, true)) ++failures;
-    delegate.Dialog()->CmExit();
-  });
-  platform::ApplicationRun();
-  return failures;
+  return status == 0 ? failures : status;
 }

@@ -12,12 +12,9 @@
 #include <cstdio>
 #include <string>
 
-#include "app/app_delegate.h"
 #include "app/command_ids.h"
-#include "app/main_dialog.h"
-#include "app/startup.h"
 #include "client/transfer_lists.h"
-#include "platform/event_loop.h"
+#include "in_program.h"
 #include "platform/qt/native_window.h"
 #include "ui_driver.h"
 
@@ -102,14 +99,5 @@ int main(int argc, char** argv) {
     fprintf(stderr, "usage: window_bench HOST:PORT USER PASSWORD FOLDER FILE\n");
     return 2;
   }
-  LUnixAppInitCommon(argc, argv);
-  platform::ApplicationInit(gargc, gargv);
-  LAppDelegate delegate;
-  if (!delegate.WillFinishLaunching()) return 1;
-  delegate.DidFinishLaunching();
-  platform::EventLoopPost([&] {
-    Run(*delegate.Dialog(), argv);
-    delegate.Dialog()->CmExit();
-  });
-  return platform::ApplicationRun();
+  return RunInProgram(argc, argv, [&](MainDialog& dialog) { Run(dialog, argv); });
 }
