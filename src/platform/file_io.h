@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <sys/uio.h>
 
 namespace platform {
 
@@ -15,6 +16,8 @@ int FileOpen(const char* path, int flags, mode_t mode);
 int FileMakeTemporary(char* path, mode_t mode);
 ssize_t FileRead(int fd, void* data, size_t size);
 ssize_t FileWrite(int fd, const void* data, size_t size);
+/// writev(2): the pieces one behind the other, in one write.
+ssize_t FileWritePieces(int fd, const iovec* pieces, int count);
 off_t FileSeek(int fd, off_t offset, int whence);
 int FileTruncate(int fd, off_t size);
 int FileSync(int fd);

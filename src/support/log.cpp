@@ -77,12 +77,12 @@ void LLog::OpenFile(int year, int month, int day) {
 }
 
 void LLog::WriteLine(const char* time, const char* text) {
-  LStringLongTemplate<char> line;
-  line.sprintf("%s %s\r\n", time, text);
+  const auto piece = [](const char* part) { return iovec{const_cast<char*>(part), strlen(part)}; };
+  const iovec line[] = {piece(time), piece(" "), piece(text), piece("\r\n")};
   const std::lock_guard lock(mutex);
   // One write for each line, so that lines of several threads do not mix. The history must not hold up the
   // work: what cannot be written is lost.
-  if (iFile != -1) platform::FileWrite(iFile, line.Text(), line.length);
+  if (iFile != -1) platform::FileWritePieces(iFile, line, 4);
 }
 
 void LLog::LogWithoutEmailing(const char* text, unsigned char level) {

@@ -81,13 +81,9 @@ void LStatusWindow::DisplayStatus(const char* time, const char* text, unsigned c
 
 void LStatusWindow::EvNotify() {
   if (!Native()) return;
-  char text[kBufferSize];
-  {
-    const std::lock_guard lock(mutex);
-    memcpy(text, szText, uLength + 1);
-  }
   ShowColors();
-  platform::LogSetText(Native(), iControl, text);
+  const std::lock_guard lock(mutex);
+  platform::LogSetText(Native(), iControl, szText);
 }
 
 void LLogViewLogs(LMacWindow& /*view*/) { platform::DesktopShowFolder(gLLog.Folder()); }

@@ -23,6 +23,8 @@ ssize_t FileRead(int fd, void* data, size_t size) { return read(fd, data, size);
 
 ssize_t FileWrite(int fd, const void* data, size_t size) { return write(fd, data, size); }
 
+ssize_t FileWritePieces(int fd, const iovec* pieces, int count) { return writev(fd, pieces, count); }
+
 off_t FileSeek(int fd, off_t offset, int whence) { return lseek(fd, offset, whence); }
 
 int FileTruncate(int fd, off_t size) { return ftruncate(fd, size); }
