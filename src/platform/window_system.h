@@ -163,7 +163,7 @@ void ControlSetProgress(Window* window, int id, double fraction);
 void ControlBubbleTip(Window* window, int id, const char* text);
 /// Colours 0xRRGGBB of a log control; the whole text has one colour.
 void ControlSetColors(Window* window, int id, unsigned text, unsigned background);
-/// Replaces the text of a log control and scrolls to its end.
+/// Replaces the text of a log control, which shows it and scrolls to its end in a later turn of the loop.
 void LogSetText(Window* window, int id, const char* text);
 
 enum class ControlEvent {

@@ -33,14 +33,13 @@ namespace platform {
 namespace {
 
 constexpr int kProgressSteps = 10000;
-constexpr int kPaintAfterMs = 30;
 
 /// What changes faster than the screen is painted once: a job tells of each file several times, and painting a text
 /// costs more than an exchange with the server.
 void PaintLater(QWidget* control) {
   if (!control->isVisible() || !control->updatesEnabled()) return;
   control->setUpdatesEnabled(false);
-  QTimer::singleShot(kPaintAfterMs, control, [control] { control->setUpdatesEnabled(true); });
+  QTimer::singleShot(kShowAfterMs, control, [control] { control->setUpdatesEnabled(true); });
 }
 
 /// A one-line text that is elided in the middle; its tool tip holds the whole.
@@ -252,7 +251,7 @@ void ControlSetText(Window* window, int id, const char* text) {
   if (auto* label = window->ControlAs<QLabel>(id)) {
     PaintLater(label);
     label->setText(ShownText(text));
-    label->setToolTip(QString());
+    if (!label->toolTip().isEmpty()) label->setToolTip(QString());
   } else if (auto* input = window->ControlAs<InputControl>(id)) {
     input->SetField(text);
   } else if (auto* combo = window->ControlAs<ComboControl>(id)) {

@@ -6,10 +6,6 @@
 
 namespace platform {
 
-namespace {
-constexpr int kShowAfterMs = 30;
-}
-
 LogControl::LogControl(QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);
   setUndoRedoEnabled(false);
@@ -22,7 +18,7 @@ LogControl::LogControl(QWidget* parent) : QPlainTextEdit(parent) {
   connect(&timer, &QTimer::timeout, this, [this] { ShowNow(); });
 }
 
-void LogControl::SetLog(const QByteArray& utf8) {
+void LogControl::SetLog(const char* utf8) {
   waiting = utf8;
   if (!timer.isActive()) timer.start();
 }

@@ -6,10 +6,13 @@
 
 namespace platform {
 
+/// What a job changes faster than this is shown once.
+constexpr int kShowAfterMs = 50;
+
 class LogControl : public QPlainTextEdit {
  public:
   explicit LogControl(QWidget* parent);
-  void SetLog(const QByteArray& utf8);
+  void SetLog(const char* utf8);
   void SetColors(unsigned text, unsigned background);
 
  protected:
