@@ -3,10 +3,12 @@
 
 namespace {
 
-/// A line is read in pieces of this many bytes.
+/// A line counts in chunks of this many bytes: see LengthWithoutLineEnd.
 constexpr size_t kLineChunk = 48;
-/// No ordinary line has more chunks.
-constexpr int kOrdinaryChunks = 100;
+/// Each read costs a poll and two looks at the socket; most lines need one.
+constexpr size_t kLineRead = 10 * kLineChunk;
+/// No ordinary line needs more reads.
+constexpr int kOrdinaryReads = 10;
 
 /// Peeks at what is there and takes off the socket no more than up to the first of `characters`. Fewer than 1
 /// byte means failure or the end of the stream.
@@ -63,12 +65,23 @@ size_t LengthWithoutLineEnd(const char* chunk, size_t size, bool& isLineEnd) {
   return size;
 }
 
+/// Whether the line's end was among the bytes.
+template <typename W>
+bool WriteChunks(W& writer, const char* bytes, size_t size) {
+  bool isLineEnd = false;
+  for (size_t at = 0; at < size; at += kLineChunk) {
+    const size_t length = LengthWithoutLineEnd(bytes + at, std::min(kLineChunk, size - at), isLineEnd);
+    writer.Write(bytes + at, length);
+  }
+  return isLineEnd;
+}
+
 /// Data that wait decrypted are read without a question, so that a line under TLS that never ends would never be
 /// asked about.
 bool IsToStopInLine(LProcessInterface& process, const LSSLSocketTCP& socket) {
   return socket.IsSecure() && process.IsToStop();
 }
-/// The wait for each chunk has asked.
+/// The wait for each read has asked.
 bool IsToStopInLine(LProcessInterface&, const LIPSocketTCPRef&) { return false; }
 
 /// What a stop has left of the line goes before the rest.
@@ -100,17 +113,14 @@ LProcessResult RecvLine(LProcessInterface& process, Socket& socket, W& writer, u
   };
   TakeLineStart(socket, writer);
   for (int count = 1;; ++count) {
-    char chunk[kLineChunk];
+    char bytes[kLineRead];
     size_t received = 0;
-    const LProcessResult result = ProcessRecvToCharacter(process, socket, chunk, sizeof chunk, received, "\n", ms);
+    const LProcessResult result = ProcessRecvToCharacter(process, socket, bytes, sizeof bytes, received, "\n", ms);
     if (result == LProcessResultStopped) return stop();
     if (result != LProcessResultOk) return onFailure;
     onFailure = LProcessResultOk;
-    bool isLineEnd;
-    const size_t length = LengthWithoutLineEnd(chunk, received, isLineEnd);
-    writer.Write(chunk, length);
-    if (isLineEnd) return LProcessResultOk;
-    if (count % kOrdinaryChunks == 0 && IsToStopInLine(process, socket)) return stop();
+    if (WriteChunks(writer, bytes, received)) return LProcessResultOk;
+    if (count % kOrdinaryReads == 0 && IsToStopInLine(process, socket)) return stop();
   }
 }
 
