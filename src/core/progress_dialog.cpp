@@ -56,7 +56,7 @@ void LMacProcessInterfaceModal::ModalSessionStop() {
 }
 
 bool LMacProcessInterfaceModal::IsToStop() {
-  if (!bStop) platform::EventLoopPump();
+  if (!bStop) platform::EventLoopPumpOften();
   return bStop;
 }
 

@@ -22,6 +22,12 @@ void ApplicationOnReopenRequest(std::function<void()> handler);
 
 /// Handles everything that waits in the window system's queue, and returns. Main thread.
 void EventLoopPump();
+/// The same for whoever asks at every step of its work: nobody notices an event a millisecond late, and a turn of the
+/// loop costs a system call, as much as a step. So it looks at the queue once in gEventLoopOftenUs, or when a call was
+/// posted. Main thread.
+void EventLoopPumpOften();
+/// A millisecond; 0 for a test that wants to come between any two steps.
+extern unsigned gEventLoopOftenUs;
 /// For work in one piece that nothing may come between: lets the windows draw and resize themselves if the last time is
 /// long enough ago for a person to notice, and nothing else. Keys, clicks, timers, sockets and posted calls wait. To be
 /// called often; it costs a look at the clock. On other threads it does nothing.

@@ -15,6 +15,8 @@
 
 namespace platform {
 
+unsigned gEventLoopOftenUs = 1000;
+
 namespace {
 
 bool AnyReadable(const int* descriptors, size_t count) {
@@ -62,6 +64,12 @@ PostedCalls& Posted() {
   return posted;
 }
 
+bool HavePosted() {
+  PostedCalls& posted = Posted();
+  const std::lock_guard lock(posted.mutex);
+  return !posted.calls.empty();
+}
+
 void RunNextPosted() {
   if (isDrawing) {
     ++heldOff;
@@ -92,6 +100,11 @@ QElapsedTimer& SinceLastTurn() {
 void EventLoopPump() {
   QCoreApplication::processEvents();
   SinceLastTurn().start();
+}
+
+void EventLoopPumpOften() {
+  const QElapsedTimer& clock = SinceLastTurn();
+  if (!clock.isValid() || clock.nsecsElapsed() / 1000 >= gEventLoopOftenUs || HavePosted()) EventLoopPump();
 }
 
 void EventLoopDraw() {
