@@ -17,6 +17,13 @@ namespace {
 constexpr int kTries = 3;
 constexpr mode_t kNewFolderMode = 0777;
 
+/// False for a name that could lead out of the folder it stands in, or back into it.
+bool IsTrustworthy(const char* name, const char* shown) {
+  if (RemoteNameIsPlain(name)) return true;
+  LOGWARNF("疑わしい名前のファイル（%s）のダウンロードをスキップします", shown);
+  return false;
+}
+
 }  // namespace
 
 bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir, signed char& kind) {
@@ -31,10 +38,7 @@ bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, con
 bool LFtpList::_CmDownloadItemListInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
                                              LProcessInterface& process) {
   if (process.IsToStop()) return false;
-  if (!RemoteNameIsPlain(name)) {
-    LOGWARNF("疑わしい名前のファイル（%s）のダウンロードをスキップします", name);
-    return false;
-  }
+  if (!IsTrustworthy(name, name)) return false;
   char remoteDir[kTextSize];
   RemotePathOfLocal(remoteDir, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // A listing that shows where a link leads calls it a folder under this whole text, which nothing can enter.
@@ -55,13 +59,14 @@ bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, cons
   char link[kTextSize];
   TextCopy(link, before.Text());
   LStringTrim(link);
+  // Of a name that begins with a minus sign nothing is left. It is skipped, and the run goes on.
+  if (!IsTrustworthy(link, name)) return link[0] == 0;
   char level[kTextSize];
   RemotePathOfLocal(level, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // What can be entered is a folder; a link to a file is found out by the refusal.
-  const bool isFolder = _SetCurrentDirectoryFTP(link, level);
+  if (!_SetCurrentDirectoryFTP(link, level)) return _CmAppendDownloadFile(list, localDir, link);
   _SetCurrentDirectoryFTP(level);
-  return isFolder ? _CmDownloadFolderInterfaced(list, localDir, link, process)
-                  : _CmAppendDownloadFile(list, localDir, link);
+  return _CmDownloadFolderInterfaced(list, localDir, link, process);
 }
 
 bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
@@ -97,9 +102,10 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
       if (RemoteIsDotEntry(listing.Name())) continue;
       if (!_CmDownloadItemListInterfaced(list, path, listing.Name(), process)) return false;
     }
-    _SetCurrentDirectoryFTP(level);
-    return true;
+    break;
   }
+  // Also behind a folder that could not be listed: what follows is asked for by bare names.
+  _SetCurrentDirectoryFTP(level);
   return true;
 }
 

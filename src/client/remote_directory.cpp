@@ -75,7 +75,7 @@ void LFtpList::FillItems(LFileTransferProtocol::DirIterator& listing) {
   for (; listing.Current(); listing.Next()) {
     platform::EventLoopDraw();
     const LFileTransferProtocol::DirIterator::Item& record = *listing.Current();
-    if (strcmp(record.name, ".") == 0 || strcmp(record.name, "..") == 0) continue;
+    if (RemoteIsDotEntry(record.name)) continue;
     int kind = LFtpExpListItem::kFile;
     if (listing.IsDirectory()) {
       kind = LFtpExpListItem::kFolder;

@@ -30,7 +30,7 @@ bool TemporaryCopyOf(char (&out)[kTextSize], const char* remote) {
   LFile::GetTempFolder(folder);
   LFile::_GetFileFromPath(name, remote);
   if (!name[0]) TextCopy(name, remote);
-  if (!name[0] || LIsDotName(name) || !RemoteNameIsPlain(name)) return false;
+  if (!RemoteNameIsPlain(name)) return false;
   if (strlen(folder) + 1 + strlen(name) >= kTextSize) return false;
   LFile::_MakeFilePath(out, folder, name, "");
   return true;

@@ -54,7 +54,9 @@ void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bo
   if (lowerCase) LCharsetsLowerCase(out);
 }
 
-bool RemoteNameIsPlain(const char* name) { return strpbrk(name, "/\\") == nullptr; }
+bool RemoteNameIsPlain(const char* name) {
+  return name[0] != 0 && !LIsDotName(name) && strpbrk(name, "/\\") == nullptr;
+}
 
 bool RemoteIsDotEntry(const char* name) {
   return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0;
@@ -69,6 +71,11 @@ bool TransferPathFits(const char* folder, const char* name) {
 int64_t LocalModifiedTime(const char* path) {
   struct stat status;
   return stat(path, &status) == 0 ? status.st_mtime : 0;
+}
+
+bool LocalIsFolder(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 namespace PaneUtils {

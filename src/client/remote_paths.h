@@ -25,7 +25,8 @@ void RemoteLinkTarget(char (&out)[kTextSize], const char* text);
 /// A name with its blanks turned into "_", and then in lower case, each where wanted.
 void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bool lowerCase);
 
-/// True if `name` is a single component, so that a server cannot lead a download out of its folder.
+/// True if `name` is a single component and names something in its folder, so that a server cannot lead a download out
+/// of that.
 bool RemoteNameIsPlain(const char* name);
 
 /// `.` and `..`, also with a "/" behind them as some listings have them.
@@ -37,6 +38,8 @@ bool TransferPathFits(const char* folder, const char* name);
 
 /// Seconds since 1970; 0 if there is nothing at `path`.
 int64_t LocalModifiedTime(const char* path);
+/// Links are followed.
+bool LocalIsFolder(const char* path);
 
 namespace PaneUtils {
 

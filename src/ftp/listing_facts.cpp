@@ -58,7 +58,8 @@ bool FtpNameMatches(const char* pattern, const char* name) {
 
 bool FtpItemFromFactsLine(const char* line, const char* pattern, Item& item) {
   const char* name = NameOfFactsLine(line);
-  if (!FtpNameMatches(pattern, name)) return false;
+  // A command for an empty name would mean the server's own directory.
+  if (!name[0] || !FtpNameMatches(pattern, name)) return false;
   TextCopy(item.name, name);
   char facts[kTextSize];
   TextCopy(facts, line);

@@ -6,7 +6,8 @@
 bool FtpItemFromListingLine(const char* line, const char* pattern, LFileTransferProtocol::DirIterator::Item& item) {
   LFTPListInfoParser::FTPNativeFileInfo info;
   if (!LFTPListInfoParser::GetFileInfo(line, info)) return false;
-  if (!FtpNameMatches(pattern, info.name)) return false;
+  // A command for an empty name would mean the server's own directory.
+  if (!info.name[0] || !FtpNameMatches(pattern, info.name)) return false;
   TextCopy(item.name, info.name);
   item.isDirectory = info.isDirectory;
   item.isSymbolicLink = info.isSymbolicLink;

@@ -104,6 +104,14 @@ TEST_F(Panes, TheRemoteHistoryHoldsTenDirectories) {
   EXPECT_EQ(PathOf(kRemotePath), "/d1");
 }
 
+/// The server shows "%2F" as "/". A transfer of such a row would leave the folder.
+TEST_F(Panes, TheFolderAboveIsNoRow) {
+  MakeRemote("..%2F/x.txt", "x");
+  MakeRemote("a.txt", "a");
+  StartConnected();
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt"));
+}
+
 TEST_F(Panes, RefreshShowsWhatIsNewAndKeepsTheCurrentRow) {
   for (const char* name : {"1.txt", "3.txt", "5.txt"}) MakeRemote(name, "x");
   StartConnected();

@@ -115,9 +115,9 @@ TEST_F(Trees, FilesAreFetchedFromTheLastCollectedToTheFirst) {
 
 struct Entry {
   const char* name;
-  const char* file;    ///< Between "a.txt" and "real" in the listing; the server shows "%2F" as "/".
+  const char* file;    ///< Before "real" in the listing; the server shows "%2F" as "/".
   const char* target;  ///< Of a link; null for a file.
-  std::map<std::string, std::string> arrives;  ///< Of the folder, beside "a.txt".
+  std::map<std::string, std::string> arrives;  ///< Of the folder.
   const char* told;
 };
 void PrintTo(const Entry& entry, std::ostream* out) { *out << entry.name; }
@@ -137,14 +137,15 @@ TEST_P(Entries, ThatAreNoPlainFiles) {
   StartConnected();
   TransferTest::Download({"d"});
   std::map<std::string, std::string> arrives = entry.arrives;
-  arrives["d/a.txt"] = "a";
   arrives["d/"];
   EXPECT_EQ(TreeOf(Local()), arrives);
   EXPECT_THAT(Messages(), Contains(HasSubstr(entry.told)));
   ExpectUsable();
 }
 
-const std::map<std::string, std::string> kTheRest = {{"d/real/", ""}, {"d/real/x.txt", "x"}, {"d/zz.txt", "z"}};
+const std::map<std::string, std::string> kBefore = {{"d/a.txt", "a"}};
+const std::map<std::string, std::string> kTheRest = {
+    {"d/a.txt", "a"}, {"d/real/", ""}, {"d/real/x.txt", "x"}, {"d/zz.txt", "z"}};
 
 std::map<std::string, std::string> WithTheRest(std::map<std::string, std::string> arrives) {
   arrives.insert(kTheRest.begin(), kTheRest.end());
@@ -161,27 +162,47 @@ INSTANTIATE_TEST_SUITE_P(
                     Entry{"FolderWithAnArrow", "a -> b/x.txt", nullptr,
                           WithTheRest({{"d/a -> b/", ""}, {"d/a -> b/x.txt", "evil"}}), "順番待ち中のファイル： x.txt"},
                     Entry{"LinkToNowhere", "link", "nowhere", WithTheRest({}), "中：/d/link"},
+                    // Its name ends where the first minus sign is.
+                    Entry{"LinkWithoutAName", "-x", "real", WithTheRest({}),
+                          "疑わしい名前のファイル（-x -> real）のダウンロードをスキップします"},
+                    Entry{"LinkNamedLikeTheFolderAbove",
+                          "..-x",
+                          "real",
+                          {},
+                          "疑わしい名前のファイル（..-x -> real）のダウンロードをスキップします"},
                     Entry{"LinkToAnAbsolutePath",
                           "link",
                           "/etc/hosts",
-                          {},
+                          kBefore,
                           "疑わしい名前のファイル（link -> /etc/hosts）のダウンロードをスキップします"},
                     Entry{"NameOfTheFolderAbove",
                           "b%2F..%2F..%2Fx.txt",
                           nullptr,
-                          {},
+                          kBefore,
                           "疑わしい名前のファイル（b/../../x.txt）のダウンロードをスキップします"},
                     Entry{"NameInAFolder",
                           "b%2Fx.txt",
                           nullptr,
-                          {},
+                          kBefore,
                           "疑わしい名前のファイル（b/x.txt）のダウンロードをスキップします"},
                     Entry{"NameWithTheOtherSeparator",
                           "b\\..\\x.txt",
                           nullptr,
-                          {},
+                          kBefore,
                           "疑わしい名前のファイル（b\\..\\x.txt）のダウンロードをスキップします"}),
     [](const auto& row) { return std::string(row.param.name); });
+
+/// The walk through a folder ends in it: the file behind it is looked for where it would go.
+TEST_F(Trees, AFileBehindAFolderIsAskedAboutToo) {
+  MakeLocal("d/x.txt", "x");
+  MakeLocal("e.txt", "new");
+  MakeRemote("e.txt", "old");
+  StartConnected();
+  alerts.Expect("e.txt\" 既にリモートフォルダに存在します。", "スキップ");
+  TransferTest::Upload({"d", "e.txt"});
+  EXPECT_EQ(ContentOf(Remote("d/x.txt")), "x");
+  EXPECT_EQ(ContentOf(Remote("e.txt")), "old");
+}
 
 TEST_F(Trees, AFolderThatCannotBeEnteredIsLeftAndTheRestGoesOn) {
   MakeRemote("d/refuse/x.txt", "x");

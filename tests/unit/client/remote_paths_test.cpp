@@ -64,9 +64,11 @@ TEST(RemotePaths, AreJoinedByOneSeparator) {
   EXPECT_STREQ(joined, "/a/b/c");
 }
 
-TEST(RemotePaths, ANameWithASeparatorIsNotPlain) {
+TEST(RemotePaths, ANameThatLeadsElsewhereIsNotPlain) {
   EXPECT_TRUE(RemoteNameIsPlain("a b.txt"));
-  for (const char* name : {"../x", "/etc/passwd", "a\\b", "x/"}) EXPECT_FALSE(RemoteNameIsPlain(name)) << name;
+  for (const char* name : {"../x", "/etc/passwd", "a\\b", "x/", "", ".", ".."}) {
+    EXPECT_FALSE(RemoteNameIsPlain(name)) << name;
+  }
 }
 
 TEST(RemotePaths, SizesAreComparedAsTheyAreShown) {

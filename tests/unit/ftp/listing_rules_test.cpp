@@ -54,7 +54,6 @@ TEST_F(ListingRules, ReadFactsLines) {
       {"size=18446744073709551615; huge", "huge", false, false, false, INT64_MAX, false, ""},
       {"type=file;   blanks in front are dropped", "blanks in front are dropped", true, false, false, -1, false, ""},
       {"type=file;noblank", "type=file;noblank", true, false, false, -1, false, ""},
-      {"type=file; ", "", true, false, false, -1, false, ""},
       {"x", "x", false, false, false, -1, false, ""},
   };
   for (const auto& row : rows) {
@@ -76,6 +75,13 @@ TEST_F(ListingRules, ReadFactsLines) {
     EXPECT_STREQ(item.attributes, row.attributes);
     EXPECT_TRUE(item.attributesKnown && item.ownerKnown && item.groupKnown);
   }
+}
+
+/// A CWD without a name, as a walk would send it, means the start directory to some servers.
+TEST_F(ListingRules, NothingWithoutANameIsAnEntry) {
+  Item item;
+  EXPECT_FALSE(FtpItemFromFactsLine("type=dir; ", "*", item));
+  EXPECT_FALSE(FtpItemFromListingLine("01-02-20  03:04AM       <DIR>           ", "*", item));
 }
 
 TEST_F(ListingRules, ReadListingLines) {
@@ -106,7 +112,7 @@ TEST_F(ListingRules, MatchWithoutRegardToCase) {
     const char* name;
     bool matches;
   } rows[] = {
-      {"*", "", true},       {"*", "a", true},           {"*.TXT", "a.txt", true}, {"*.txt", "A.TXT", true},
+      {"*", "a", true},      {"*.TXT", "a.txt", true},   {"*.txt", "A.TXT", true},
       {"*.txt", "a", false}, {"?.txt", "ab.txt", false}, {"a?", "AB", true},
   };
   for (const auto& row : rows) {
