@@ -27,6 +27,7 @@ void MainDialog::CmShowFilters() {
 
 void MainDialog::EvPower(bool suspend) {
   LFtpList::bPowerSuspendStandBy = suspend;
+  if (suspend) ++LFtpList::uStandBys;
   if (LFtpList::pCurrentInterface) LFtpList::pCurrentInterface->bStop = suspend;
 }
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "app/command_ids.h"
+#include "client/remote_paths.h"
 #include "platform/desktop.h"
 #include "platform/event_loop.h"
 #include "platform/text_service.h"
@@ -210,6 +211,7 @@ void LExplorerFolderControl::AddPathOf(int row, LVector<LStringLongTemplate<char
   char name[kTextSize];
   char path[kTextSize];
   pWindow->LVGetString(iControl, row, name);
+  if (!TransferPathFits(szFolder, name)) return;
   LFile::_MakeFilePath(path, szFolder, name, "");
   files.Add(LStringLongTemplate<char>(path));
 }

@@ -1,8 +1,7 @@
 // The transfer commands of the main window: the pane's operations, in timers and power, with the filter's warning.
-#include <sys/stat.h>
-
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
+#include "client/remote_paths.h"
 #include "core/progress_dialog.h"
 #include "sites/store/accounts.h"
 #include "sites/store/settings.h"
@@ -38,8 +37,7 @@ bool MainDialogCore::IsLocalFolderSelected() const {
   LVector<LStringLongTemplate<char>> files;
   localPane.GetFilesFromList(files);
   for (const LStringLongTemplate<char>& file : files) {
-    struct stat status;
-    if (stat(file.Text(), &status) == 0 && S_ISDIR(status.st_mode)) return true;
+    if (LocalIsFolder(file.Text())) return true;
   }
   return false;
 }

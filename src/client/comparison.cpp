@@ -42,8 +42,14 @@ void LFtpList::CompareBelow(LProcessInterface& process, const char* name, const 
   CmUp();
 }
 
-/// How an entry of the remote folder stands to the local one of its name.
-LFtpList::Difference LFtpList::CompareItem(LProcessInterface& process, const LFtpExpListItem& item, const char* local) {
+/// How an entry of the remote folder stands to the local one of its name, whose path is `local` then.
+LFtpList::Difference LFtpList::CompareItem(LProcessInterface& process, const LFtpExpListItem& item,
+                                           const char* localFolder, char (&local)[kTextSize]) {
+  // A path that is cut would name the folder it stands in, and that would be walked again.
+  if (!TransferPathFits(localFolder, item.name) || !TransferPathFits(szCurrentDirectory, item.name)) {
+    return Difference::kNone;
+  }
+  LFile::_MakeFilePath(local, localFolder, item.name, "");
   if (item.kind == LFtpExpListItem::kFolder) {
     return LFile::TestFileExists(local) ? Difference::kFolderOnBothSides : Difference::kRemoteWins;
   }
@@ -66,12 +72,11 @@ void LFtpList::CmDirectoryCompare(LProcessInterface& process, const char* localF
     char name[kTextSize];
     char local[kTextSize];
     TextCopy(name, item->name);
-    LFile::_MakeFilePath(local, localFolder, name, "");
     pWindow->LVSetSel(nListId, pWindow->LVFindString(nListId, name), false);
     if (process.IsToStop()) return;
     bool localNewer = false;
     bool remoteNewer = false;
-    const Difference difference = CompareItem(process, *item, local);
+    const Difference difference = CompareItem(process, *item, localFolder, local);
     switch (difference) {
       case Difference::kNone: break;
       case Difference::kLocalWins: localNewer = true; break;
@@ -112,8 +117,7 @@ void LFtpList::_TestDifferences(LProcessInterface& process, const char* localFol
     char name[kTextSize];
     char local[kTextSize];
     TextCopy(name, item->name);
-    LFile::_MakeFilePath(local, localFolder, name, "");
-    const Difference difference = CompareItem(process, *item, local);
+    const Difference difference = CompareItem(process, *item, localFolder, local);
     switch (difference) {
       case Difference::kNone: break;
       case Difference::kRemoteWins: remoteNewer = true; break;

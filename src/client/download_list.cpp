@@ -74,13 +74,14 @@ bool DownloadRun::HasRoom(DownloadFile& file) {
 
 LProcessResult DownloadRun::FetchInTries(ChildInterface& child, DownloadFile& file) {
   for (int tries = 0;;) {
+    const StandByWatch sleep;
     LProcessResult result = LProcessResultFailed;
     if (FTPTestUserHasReadPermissions(child, *file.protocol, file.remote)) {
       result = ProcessFtpDownload(child, *file.protocol, file.remote, file.local, &file.error);
     }
     // After a stop the server's closing words decide the transfer's own result.
-    if (child.IsToStop()) result = LProcessResultStopped;
-    if (result == LProcessResultStopped && LFtpList::bPowerSuspendStandBy) {
+    if (child.IsToStop() || sleep.HasBeen()) result = LProcessResultStopped;
+    if (result == LProcessResultStopped && sleep.HasBeen()) {
       result = ProcessStandBy(process, *file.protocol);
       bLogonFailed = result != LProcessResultOk;
       if (bLogonFailed) return result;

@@ -1,8 +1,8 @@
 #include "client/remote_pane.h"
 
 #include "client/remote_paths.h"
+#include "client/transfer_lists.h"
 #include "platform/event_loop.h"
-#include "sites/store/settings.h"
 #include "support/date_time.h"
 #include "support/files.h"
 #include "support/log.h"
@@ -14,6 +14,7 @@ char LFtpList::szLastDirectory[kTextSize];
 bool LFtpList::bLastSecure;
 bool LFtpList::bLastImplicitSSL;
 bool LFtpList::bPowerSuspendStandBy;
+unsigned LFtpList::uStandBys;
 ChildInterface* LFtpList::pCurrentInterface;
 
 namespace {
@@ -129,8 +130,8 @@ void LFtpList::EndRename() {
 
 // Names for transfers
 
-void LFtpList::FtpCleanPath(char (&out)[kTextSize], const char* in) {
-  RemoteCleanName(out, in, LUserSettingIsOn("Settings", "FtpNoSpaces"), LUserSettingIsOn("Settings", "FtpLowerCase"));
+void LFtpList::FtpCleanPath(char (&out)[kTextSize], const char* in, const FtpNameRules& rules) {
+  RemoteCleanName(out, in, rules.noSpaces, rules.lowerCase);
 }
 
 int LFtpList::MakeRemoteFilePath(char (&out)[kTextSize], const char* localBase, const char* remoteBase,

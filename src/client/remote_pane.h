@@ -30,6 +30,7 @@ template <>
 int LListArrayComparePtr<LFtpExpListItem>(const LFtpExpListItem* a, const LFtpExpListItem* b);
 
 struct FtpDownloadFileList;
+struct FtpNameRules;
 struct FtpUploadFileList;
 struct PermissionDigits;
 
@@ -126,7 +127,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
                                                             const char* localRoot, const char* folder);
   [[nodiscard]] LProcessResult _CmAppendUploadFile(LProcessInterface&, FtpUploadFileList&, const char* localRoot,
                                                    const char* path);
-  /// False when the remote file is to stay. `name` stands in the server's current directory.
+  /// False when the remote file is to stay. `name` is clean and stands in the server's current directory.
   bool _CheckCanOverwrite(LProcessInterface&, const char* name);
   /// Asks, unless an answer for all stands; the answer is in `bOverwriteYes`.
   void _GetOverwritePermission(const char* name);
@@ -152,8 +153,8 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   bool _SetCurrentDirectoryFTP(const char* path, const char* level = nullptr);
   bool _CreateDirectoryFTP(const char* path);
 
-  /// A name as the settings want it on the server: without blanks, in lower case.
-  static void FtpCleanPath(char (&out)[kTextSize], const char* in);
+  /// A name as the user wants it on the server: without blanks, in lower case.
+  static void FtpCleanPath(char (&out)[kTextSize], const char* in, const FtpNameRules&);
   int MakeRemoteFilePath(char (&out)[kTextSize], const char* localBase, const char* remoteBase,
                          const char* localPath) const;
 
@@ -189,6 +190,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   static bool bLastSecure;
   static bool bLastImplicitSSL;
   static bool bPowerSuspendStandBy;          ///< The machine is going to sleep.
+  static unsigned uStandBys;                 ///< How often it has.
   static ChildInterface* pCurrentInterface;  ///< Of the transfer now running, or null.
 
   LMacWindow* Window() const { return pWindow; }
@@ -222,7 +224,8 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   void SetDirectory(const char* path);
   void EndRename();
   enum class Difference { kNone, kLocalWins, kRemoteWins, kFolderOnBothSides };
-  Difference CompareItem(LProcessInterface&, const LFtpExpListItem& item, const char* local);
+  Difference CompareItem(LProcessInterface&, const LFtpExpListItem& item, const char* localFolder,
+                         char (&local)[kTextSize]);
   void CompareBelow(LProcessInterface&, const char* name, const char* local, bool& localNewer, bool& remoteNewer);
   const LFtpExpListItem* ItemAt(int place) const;
 

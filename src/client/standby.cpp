@@ -34,6 +34,10 @@ LProcessResult LogOnAgain(LProcessInterface& process, LFileTransferProtocol& ses
 
 }  // namespace
 
+StandByWatch::StandByWatch() : uBefore(LFtpList::uStandBys) {}
+
+bool StandByWatch::HasBeen() const { return LFtpList::bPowerSuspendStandBy || LFtpList::uStandBys != uBefore; }
+
 LProcessResult ProcessStandBy(LProcessInterface& process, LFileTransferProtocol& session) {
   if (session.IsValid()) session.CloseSocket();
   WaitForWake(process);

@@ -1,7 +1,5 @@
 // Synchronising: the top-level names of the local and of the remote folder, in both directions, by date. Nothing is
 // deleted; a folder goes by its own date, and whole.
-#include <sys/stat.h>
-
 #include "client/remote_pane.h"
 #include "client/remote_paths.h"
 #include "client/transfer_lists.h"
@@ -71,8 +69,7 @@ bool SynchroniseRun::CompareEntry(const char* name) {
 /// The walk through a folder ends in it: the names that follow are looked for in the directory of the run.
 bool SynchroniseRun::CollectUpload(const char* path) {
   const bool collected = pane._CmUploadItemList(process, uploads, szLocalFolder, path) == LProcessResultOk;
-  struct stat status;
-  if (stat(path, &status) == 0 && S_ISDIR(status.st_mode)) pane._SetCurrentDirectoryFTP(pane.szBaseRemoteDirectory);
+  if (LocalIsFolder(path)) pane._SetCurrentDirectoryFTP(pane.szBaseRemoteDirectory);
   return collected;
 }
 

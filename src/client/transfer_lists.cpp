@@ -1,5 +1,7 @@
 #include "client/transfer_lists.h"
 
+#include "sites/store/settings.h"
+
 bool gbSynchronizing = false;
 TransferWaits gTransferWaits;
 
@@ -21,6 +23,10 @@ void AddFolderInFront(LList<LStringLongItem>& folders, const char* path) {
 }
 
 }  // namespace
+
+FtpNameRules FtpNameRules::FromSettings() {
+  return {LUserSettingIsOn("Settings", "FtpNoSpaces"), LUserSettingIsOn("Settings", "FtpLowerCase")};
+}
 
 void FtpDownloadFileList::AddFile(const char* local, const char* remote) {
   AddInFront<LXfrDownloadItem>(files, protocol, local, remote);

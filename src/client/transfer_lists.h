@@ -49,6 +49,15 @@ struct FtpDownloadFileList {
   void AddFolderToCreatedFolderList(const char* path);
 };
 
+/// How a local name becomes a name on the server.
+struct FtpNameRules {
+  bool noSpaces;
+  bool lowerCase;
+
+  /// As the user has set them. A look into the store: once for a job, not for each of its files.
+  static FtpNameRules FromSettings();
+};
+
 /// One file to send; the remote name is relative to the item's remote directory.
 struct UploadFile {
   LFileTransferProtocol* protocol;
@@ -69,6 +78,7 @@ struct FtpUploadFileList {
   LList<LStringLongItem> createdFolders;             ///< Remote ones, deepest first, also those that were there before.
   LStringLongTemplate<char> localFolder;             ///< The root that relative paths are taken against.
   const LVector<LStringLongTemplate<char>>* source;  ///< Local paths to send; null means nothing to do.
+  FtpNameRules nameRules = FtpNameRules::FromSettings();
 
   void AddFile(const char* local, const char* remote);
   void AddFolderToCreatedFolderList(const char* path);

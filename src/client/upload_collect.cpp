@@ -1,25 +1,17 @@
 // Collecting an upload: the local paths are walked, the remote folders made and entered on the way, and the files
 // become a flat list.
-#include <sys/stat.h>
-
 #include "client/overwrite_question.h"
 #include "client/remote_pane.h"
 #include "client/remote_paths.h"
 #include "client/transfer_lists.h"
 #include "ftp/commands.h"
 #include "ftp/queries.h"
-#include "sites/store/settings.h"
 #include "support/files.h"
 #include "support/log.h"
 
 namespace {
 
 constexpr int kTries = 3;
-
-bool IsFolder(const char* path) {
-  struct stat status;
-  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
-}
 
 /// All names in the folder; 1 when stopped.
 LProcessResult ReadFolder(LProcessInterface& process, const char* folder, LStringListTemplate<char>& names) {
@@ -76,17 +68,10 @@ void LFtpList::_GetOverwritePermission(const char* name) {
 
 bool LFtpList::_CheckCanOverwrite(LProcessInterface& process, const char* name) {
   if (bOverwriteYes && bOverwriteForAll) return true;
-  char wanted[kTextSize];
-  TextCopy(wanted, name);
-  if (LUserSettingIsOn("Settings", "FtpNoSpaces")) {
-    for (char* c = wanted; *c; ++c) {
-      if (*c == ' ') *c = '_';
-    }
-  }
   // What is not there, and what is empty, is replaced without a question.
   uint64_t size = 0;
-  if (ProcessFtpGetFileSize(process, Ftp, wanted, size) != LProcessResultOk || size == 0) return true;
-  _GetOverwritePermission(wanted);
+  if (ProcessFtpGetFileSize(process, Ftp, name, size) != LProcessResultOk || size == 0) return true;
+  _GetOverwritePermission(name);
   return bOverwriteYes;
 }
 
@@ -94,7 +79,7 @@ LProcessResult LFtpList::_CmUploadItemList(LProcessInterface& process, FtpUpload
                                            const char* path) {
   if (process.IsToStop()) return LProcessResultStopped;
   // What cannot be looked at counts as a file, and fails as one.
-  return IsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
+  return LocalIsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
                         : _CmAppendUploadFile(process, list, localRoot, path);
 }
 
@@ -105,8 +90,8 @@ LProcessResult LFtpList::_CmAppendUploadFile(LProcessInterface& process, FtpUplo
   char cleanPath[kTextSize];
   char cleanRoot[kTextSize];
   char name[kTextSize];
-  FtpCleanPath(cleanPath, path);
-  FtpCleanPath(cleanRoot, localRoot);
+  FtpCleanPath(cleanPath, path, list.nameRules);
+  FtpCleanPath(cleanRoot, localRoot, list.nameRules);
   LFile::MakeRelativeFolder(name, cleanRoot, cleanPath);
   if (!_CheckCanOverwrite(process, name)) return LProcessResultOk;
   LOGF("順番待ち中のファイル： %s", path);
@@ -118,7 +103,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
                                                       const char* localRoot, const char* folder) {
   if (process.IsToStop()) return LProcessResultStopped;
   LOGF("以下のディレクトリをアップロード中：%s", folder);
-  if (!IsFolder(folder)) return LProcessResultFailed;
+  if (!LocalIsFolder(folder)) return LProcessResultFailed;
   LStringListTemplate<char> names;
   LProcessResult result = ReadFolder(process, folder, names);
   if (result != LProcessResultOk) return result;
@@ -146,7 +131,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
     char path[kTextSize];
     LFile::_MakeFilePath(path, folder, names.strings[i], "");
     // Files go under their bare names, folders under their way from the root.
-    result = IsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
+    result = LocalIsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
                             : _CmAppendUploadFile(process, list, root, path);
     if (result != LProcessResultOk) return result;
   }

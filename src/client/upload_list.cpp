@@ -1,5 +1,6 @@
 // The job of an upload: collecting, sending one file after the other, and taking back what a cancelled run has made.
 #include "client/remote_pane.h"
+#include "client/remote_paths.h"
 #include "client/standby.h"
 #include "client/transfer_lists.h"
 #include "ftp/commands.h"
@@ -27,6 +28,7 @@ class UploadRun {
   LProcessResult SendItem(UploadFile&, int index);
   LProcessResult SendInTries(ChildInterface&, UploadFile&, const char* folder);
   void RemoteFolderOf(const UploadFile&, char (&folder)[kTextSize]) const;
+  bool Enter(const char* folder);
 
   LProcessInterface& process;
   FtpUploadFileList& list;
@@ -51,6 +53,9 @@ LProcessResult UploadRun::Collect() {
     ChildInterface child(process, static_cast<int>(count), static_cast<int>(i));
     child.SetStatus(path, 1);
     if (list.owner->_CmUploadItemList(process, list, list.localFolder.Text(), path) != LProcessResultOk) break;
+    // The walk through a folder ends in it, and what is to be overwritten is looked for in the directory of the run.
+    const bool isLast = i + 1 == count;
+    if (!isLast && LocalIsFolder(path)) list.owner->_SetCurrentDirectoryFTP(list.owner->szBaseRemoteDirectory);
   }
   return LProcessResultOk;
 }
@@ -67,22 +72,32 @@ void UploadRun::RemoteFolderOf(const UploadFile& file, char (&folder)[kTextSize]
   TextFormat(folder, "%s/%s", root, way);
 }
 
+/// False where a file sent by its bare name would go somewhere else.
+bool UploadRun::Enter(const char* folder) {
+  if (list.owner->_SetCurrentDirectoryFTP(folder)) return true;
+  // Not every server takes a path that ends in "/".
+  const size_t length = strlen(root);
+  const bool isRoot = strncmp(folder, root, length) == 0 && strcmp(folder + length, "/") == 0;
+  return isRoot && list.owner->_SetCurrentDirectoryFTP(root);
+}
+
 LProcessResult UploadRun::SendInTries(ChildInterface& child, UploadFile& file, const char* folder) {
   for (int tries = 0;;) {
+    const StandByWatch sleep;
     LFtpList::pCurrentInterface = &child;
     LProcessResult result = Process(child, file);
     // After a stop the server's closing words decide the transfer's own result; 0 is always a whole file.
-    if (result == LProcessResultFailed && child.IsToStop()) result = LProcessResultStopped;
-    if (result == LProcessResultStopped && LFtpList::bPowerSuspendStandBy) {
+    if (result == LProcessResultFailed && (child.IsToStop() || sleep.HasBeen())) result = LProcessResultStopped;
+    if (result == LProcessResultStopped && sleep.HasBeen()) {
       result = ProcessStandBy(process, *file.protocol);
       bLogonFailed = result != LProcessResultOk;
       if (bLogonFailed) return result;
       // The name is relative, and the new session began in the pane's directory.
-      list.owner->_SetCurrentDirectoryFTP(folder);
+      if (!Enter(folder)) return LProcessResultFailed;
       continue;
     }
     if (result != LProcessResultFailed || tries >= kReconnects) return result;
-    if (list.owner->ReconnectFromLast()) list.owner->_SetCurrentDirectoryFTP(folder);
+    if (list.owner->ReconnectFromLast() && !Enter(folder)) return LProcessResultFailed;
     ++tries;
   }
 }
@@ -90,7 +105,7 @@ LProcessResult UploadRun::SendInTries(ChildInterface& child, UploadFile& file, c
 LProcessResult UploadRun::SendItem(UploadFile& file, int index) {
   char folder[kTextSize];
   RemoteFolderOf(file, folder);
-  list.owner->_SetCurrentDirectoryFTP(folder);
+  if (!Enter(folder)) return LProcessResultFailed;
   process.SetStatusF(0, "%d個（全%d個中）のファイルをアップロード中", index + 1, total);
   process.SetStatus(file.local, 1);
   process.SetProgress(static_cast<double>(index) / total);
@@ -112,7 +127,8 @@ LProcessResult UploadRun::SendAll() {
 }
 
 LProcessResult UploadRun::Run() {
-  if (!list.source || !list.owner) return LProcessResultOk;
+  if (!list.source) return LProcessResultOk;
+  if (!list.owner) return LProcessResultFailed;
   LFtpList& pane = *list.owner;
   if (!gbSynchronizing && list.source->size > 0) {
     const LProcessResult collected = Collect();

@@ -1,5 +1,8 @@
 // What ends a transfer before its time: Cancel in each of its stages, with both answers to the question what is to
 // become of what has come so far, and a machine that goes to sleep.
+#include <QTimer>
+
+#include "platform/event_loop.h"
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -157,17 +160,22 @@ TEST_F(Stops, ACancelBeforeTheFirstFileOfAnUploadIsNotAskedAbout) {
 
 class Sleep : public Stops, public testing::WithParamInterface<bool> {
  protected:
+  Sleep() { platform::gEventLoopOftenUs = 0; }
+  ~Sleep() override { platform::gEventLoopOftenUs = 1000; }
   static bool IsDown() { return GetParam(); }
   std::string To() const { return IsDown() ? Local() : Remote(); }
   std::string Slow() const { return (IsDown() ? Remote() : Local()) + "c/stall.bin"; }
   /// Sleeps as soon as the stage has come.
-  std::unique_ptr<Meanwhile> SleepIn(Stage stage) {
+  std::unique_ptr<Meanwhile> SleepIn(Stage stage, std::function<void()> then = [] {}) {
     return std::make_unique<Meanwhile>(
         [begins = Begins(IsDown(), stage)] {
           platform::Window* dialog = Dialog(IsDown() ? kDownloading : kUploading);
           return dialog && begins(dialog);
         },
-        [this] { Main().Command(kCommandSuspend, 0); });
+        [this, then] {
+          Main().Command(kCommandSuspend, 0);
+          then();
+        });
   }
   /// Wakes up with the session gone, and with a file that comes to its end.
   std::unique_ptr<Meanwhile> Wake(std::function<void()> before = [] {}) {
@@ -207,6 +215,23 @@ TEST_P(Sleep, WhileTransferringCostsALogonAndNoFile) {
   ExpectOverwriting(IsDown());
   Transfer(IsDown());
   EXPECT_TRUE(wake->Acted());
+  EXPECT_EQ(ContentOf(To() + "c/stall.bin"), "short");
+  ExpectUsable();
+}
+
+/// A lid that is opened again at once: nothing tells of the sleep any more when the transfer has been taken back.
+TEST_P(Sleep, ThatIsOverSoonCostsALogonAndNoFile) {
+  MakeFiles(IsDown(), Stage::kTransferring);
+  StartConnected();
+  const auto sleep = SleepIn(Stage::kTransferring, [this] {
+    QTimer::singleShot(0, [this] {
+      WriteFile(Slow(), "short");
+      Main().Command(kCommandResume, 0);
+    });
+  });
+  ExpectOverwriting(IsDown());
+  Transfer(IsDown());
+  EXPECT_TRUE(sleep->Acted());
   EXPECT_EQ(ContentOf(To() + "c/stall.bin"), "short");
   ExpectUsable();
 }

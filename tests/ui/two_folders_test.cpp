@@ -158,6 +158,18 @@ TEST_F(TwoFolders, EmptyFoldersAreLevel) {
   EXPECT_THAT(Messages(), Not(Contains(HasSubstr("できません"))));
 }
 
+/// Cut, the path of the inner folder would be that of the outer one.
+TEST_F(TwoFolders, AFolderTooDeepForAPathIsNotCompared) {
+  const std::string outer(200, 'o'), inner(60, 'i');
+  MakeLocal(outer + "/" + inner + "/a.txt", "a");
+  MakeRemote(outer + "/" + inner + "/a.txt", "a");
+  StartConnected();
+  Main().Command(kCommandCompare, 0);
+  EXPECT_EQ(PathOf(kRemotePath), "/");
+  EXPECT_THAT(Messages(), Contains(HasSubstr("パスが長すぎるためスキップします")));
+  ExpectUsable();
+}
+
 TEST_F(TwoFolders, ComparingSelectsWhatIsNewerOrOnlyOnTheServer) {
   setenv("TZ", "UTC", 1);
   tzset();
