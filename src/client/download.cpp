@@ -14,7 +14,8 @@ void KeepServerDate(const DownloadFile& file) {
   const int64_t modified = file.protocol->GetFileDate(file.remote);
   struct stat status;
   if (stat(file.local, &status) != 0) return;
-  const int fd = platform::FileOpen(file.local, O_RDONLY | O_CLOEXEC, 0);
+  // A pipe in its place must not be waited for.
+  const int fd = platform::FileOpen(file.local, O_RDONLY | O_NONBLOCK | O_CLOEXEC, 0);
   if (fd < 0) return;
   const timespec times[2] = {status.st_atim, {modified, 0}};
   platform::FileSetTimes(fd, times);
@@ -55,7 +56,7 @@ void LFtpList::CmDownloadList(const char* localFolder) {
   if (!pWindow) return;
   FtpDownloadFileList list = {};
   TakeSelection(*this, list.names);
-  if (!_GetCurrentDirectoryFTP(szBaseRemoteDirectory)) return;
+  if (!_GetCurrentDirectoryFTP(szBaseRemoteDirectory)) return LOGERROR("ファイル一覧をダウンロードできません");
   TextCopy(szBaseLocalDirectory, localFolder);
   if (list.names.size == 0) return;
   LFTPAccountSettings::UpdateDownloadCount(static_cast<int>(list.names.size));

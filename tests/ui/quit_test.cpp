@@ -36,6 +36,8 @@ TEST_F(Quit, EndsAStalledDownload) {
             0);
   alerts.Hold(false);
   EXPECT_EQ(Setting("Current"), kSite);
+  const std::vector<std::string> commands = history.Commands();
+  EXPECT_EQ(std::count(commands.begin(), commands.end(), "USER anna"), 1) << "the rest of the command logged on again";
 }
 
 TEST_F(Quit, EndsAnOpenQuestion) {

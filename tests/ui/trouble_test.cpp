@@ -234,6 +234,35 @@ TEST_F(Trouble, APipeInThePlaceOfALocalFileIsNotFilled) {
   ExpectWorks();
 }
 
+/// The run ends before the pipe has its turn, and no error keeps its date from being set.
+TEST_F(Trouble, APipeInThePlaceOfALocalFileIsNotWaitedForAtTheEnd) {
+  MakeRemote("b.pipe", "b");
+  chmod(Remote("b.pipe").c_str(), 0);
+  ASSERT_EQ(mkfifo(Local("b.pipe").c_str(), 0600), 0);
+  StartConnected();
+  alerts.Expect("b.pipe", "上書きする");
+  TransferTest::Download({"b.pipe"});
+  ExpectTold("ファイル一覧をダウンロードできません");
+  ExpectWorks();
+}
+
+/// A folder that goes away after it was made must not send its files into the folder above.
+TEST_F(Trouble, AFileIsNotSentWhereItsNameMeansAnother) {
+  for (int i = 0; i < 20; ++i) MakeLocal("d/" + std::to_string(i), "new");
+  MakeLocal("d/mine.txt", "new");
+  MakeRemote("mine.txt", "mine");
+  StartConnected();
+  alerts.AgreeToAll(true);
+  const Meanwhile rename([&] { return history.LastCommand().rfind("STOR ", 0) == 0; },
+                         [&] { std::filesystem::rename(Remote("d"), Remote("gone")); });
+  TransferTest::Upload({"d"});
+  EXPECT_TRUE(rename.Acted());
+  EXPECT_EQ(ContentOf(Remote("mine.txt")), "mine");
+  EXPECT_FALSE(Exists(Remote("0")));
+  ExpectTold(kUploadFailed);
+  ExpectWorks();
+}
+
 TEST_F(Trouble, TheDiskFillsWhileAFileComesAndThatGoesUnnoticed) {
   MakeRemote("a.txt", "a");
   MakeRemote("b.bin", RandomBytes(48u << 20));

@@ -1,5 +1,6 @@
 #include "support/window/window.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/clock.h"
@@ -90,9 +91,11 @@ void LMacWindow::BringToFront() {
 }
 
 void LMacWindow::Wait(unsigned milliseconds) {
-  const uint64_t start = platform::ClockMonotonicMs();
-  for (uint64_t passed = 0; passed < milliseconds; passed = platform::ClockMonotonicMs() - start) {
-    platform::EventLoopWait(nullptr, 0, static_cast<unsigned>(milliseconds - passed));
+  while (milliseconds > 0) {
+    const unsigned slice = std::min(milliseconds, platform::kEventLoopDrawMs);
+    platform::ClockSleepMs(slice);
+    platform::EventLoopDraw();
+    milliseconds -= slice;
   }
 }
 

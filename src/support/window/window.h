@@ -72,7 +72,7 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   bool IsWindowVisible() const;
   bool IsMinimized() const { return pNative && platform::WindowIsMinimized(pNative); }
   void BringToFront();
-  /// Lets events run for so long.
+  /// So long the windows draw themselves, and nothing else happens: the caller is between two steps of a command.
   void Wait(unsigned milliseconds);
   /// Centre mode 2: on the parent, or on the screen when there is none.
   void CenterDialog(LMacWindow* parent);
