@@ -40,6 +40,7 @@ void LFtpList::InitList(LMacWindow& window, int id) {
   pWindow = &window;
   nListId = id;
   ClearRecentFileList();
+  DragDropInit(window);
   window.LVInit(id, kColumns);
   LVSorterInit(window, id, "LVRemoteFileSorter");
   for (int column = 0; column < kColumnCount; ++column) window.LVSetColumnEditable(id, column, column == kName);

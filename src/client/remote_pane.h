@@ -9,6 +9,7 @@
 #include "ftp/protocol.h"
 #include "support/containers.h"
 #include "support/strings.h"
+#include "support/window/drag_drop.h"
 #include "support/window/list_view.h"
 #include "support/window/timers.h"
 
@@ -35,7 +36,7 @@ struct PermissionDigits;
 
 /// As an LProcessInterface it is used for short talks in the foreground: it never stops, writes its status to the
 /// history unless `bQuiet`, and its errors in any case.
-class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
+class LFtpList : public LListViewSorter, public LProcessInterfaceVoid, public LDragDropHandler {
  public:
   // Columns
   enum Column { kName, kSize, kKind, kModified, kAttributes, kOwner, kGroup };
@@ -128,6 +129,11 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
                                                    const char* path);
   /// False when the remote file is to stay. `name` stands in the server's current directory.
   bool _CheckCanOverwrite(LProcessInterface&, const char* name);
+  // The same for a drop on the window, which has no dialog yet: nothing stops them. False ends the collecting.
+  [[nodiscard]] bool _CmUploadItemList(FtpUploadFileList&, const char* localRoot, const char* path);
+  [[nodiscard]] bool _CmUploadFoldersAndFilesList(FtpUploadFileList&, const char* localRoot, const char* folder);
+  [[nodiscard]] bool _CmAppendUploadFile(FtpUploadFileList&, const char* localRoot, const char* path);
+  bool _CheckCanOverwrite(const char* name);
   /// Asks, unless an answer for all stands; the answer is in `bOverwriteYes`.
   void _GetOverwritePermission(const char* name);
 
@@ -154,8 +160,17 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
 
   /// A name as the settings want it on the server: without blanks, in lower case.
   static void FtpCleanPath(char (&out)[kTextSize], const char* in);
+  /// The name under which a file is looked for on the server before it is replaced.
+  static void RemoteNameToReplace(char (&out)[kTextSize], const char* name);
+  /// The way from the local root to the file, as the settings want it on the server.
+  static void RemoteNameOfUpload(char (&out)[kTextSize], const char* localRoot, const char* path);
   int MakeRemoteFilePath(char (&out)[kTextSize], const char* localBase, const char* remoteBase,
                          const char* localPath) const;
+
+  // LDragDropHandler
+  /// Makes the remote folders of what was dropped on the window, with the questions about its files. No file is sent:
+  /// the way of files is a drop on the list, and the button.
+  void EvDropFiles(LDroppedFileData& files) override;
 
   // LListViewSorter
   int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;

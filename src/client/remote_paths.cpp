@@ -66,6 +66,11 @@ bool TransferPathFits(const char* folder, const char* name) {
   return false;
 }
 
+bool LocalIsFolder(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 int64_t LocalModifiedTime(const char* path) {
   struct stat status;
   return stat(path, &status) == 0 ? status.st_mtime : 0;

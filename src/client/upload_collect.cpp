@@ -1,7 +1,5 @@
 // Collecting an upload: the local paths are walked, the remote folders made and entered on the way, and the files
 // become a flat list.
-#include <sys/stat.h>
-
 #include "client/overwrite_question.h"
 #include "client/remote_pane.h"
 #include "client/remote_paths.h"
@@ -15,11 +13,6 @@
 namespace {
 
 constexpr int kTries = 3;
-
-bool IsFolder(const char* path) {
-  struct stat status;
-  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
-}
 
 /// All names in the folder; 1 when stopped.
 LProcessResult ReadFolder(LProcessInterface& process, const char* folder, LStringListTemplate<char>& names) {
@@ -74,15 +67,14 @@ void LFtpList::_GetOverwritePermission(const char* name) {
   AskToOverwrite(*this, "このファイルのコピー \"%s\" 既にリモートフォルダに存在します。上書きしますか？", name);
 }
 
+void LFtpList::RemoteNameToReplace(char (&out)[kTextSize], const char* name) {
+  RemoteCleanName(out, name, LUserSettingIsOn("Settings", "FtpNoSpaces"), false);
+}
+
 bool LFtpList::_CheckCanOverwrite(LProcessInterface& process, const char* name) {
   if (bOverwriteYes && bOverwriteForAll) return true;
   char wanted[kTextSize];
-  TextCopy(wanted, name);
-  if (LUserSettingIsOn("Settings", "FtpNoSpaces")) {
-    for (char* c = wanted; *c; ++c) {
-      if (*c == ' ') *c = '_';
-    }
-  }
+  RemoteNameToReplace(wanted, name);
   // What is not there, and what is empty, is replaced without a question.
   uint64_t size = 0;
   if (ProcessFtpGetFileSize(process, Ftp, wanted, size) != LProcessResultOk || size == 0) return true;
@@ -90,24 +82,28 @@ bool LFtpList::_CheckCanOverwrite(LProcessInterface& process, const char* name) 
   return bOverwriteYes;
 }
 
+void LFtpList::RemoteNameOfUpload(char (&out)[kTextSize], const char* localRoot, const char* path) {
+  char cleanPath[kTextSize];
+  char cleanRoot[kTextSize];
+  FtpCleanPath(cleanPath, path);
+  FtpCleanPath(cleanRoot, localRoot);
+  LFile::MakeRelativeFolder(out, cleanRoot, cleanPath);
+}
+
 LProcessResult LFtpList::_CmUploadItemList(LProcessInterface& process, FtpUploadFileList& list, const char* localRoot,
                                            const char* path) {
   if (process.IsToStop()) return LProcessResultStopped;
   // What cannot be looked at counts as a file, and fails as one.
-  return IsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
-                        : _CmAppendUploadFile(process, list, localRoot, path);
+  return LocalIsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
+                             : _CmAppendUploadFile(process, list, localRoot, path);
 }
 
 LProcessResult LFtpList::_CmAppendUploadFile(LProcessInterface& process, FtpUploadFileList& list, const char* localRoot,
                                              const char* path) {
   if (process.IsToStop()) return LProcessResultStopped;
   if (!pWindow) return LProcessResultFailed;
-  char cleanPath[kTextSize];
-  char cleanRoot[kTextSize];
   char name[kTextSize];
-  FtpCleanPath(cleanPath, path);
-  FtpCleanPath(cleanRoot, localRoot);
-  LFile::MakeRelativeFolder(name, cleanRoot, cleanPath);
+  RemoteNameOfUpload(name, localRoot, path);
   if (!_CheckCanOverwrite(process, name)) return LProcessResultOk;
   LOGF("順番待ち中のファイル： %s", path);
   list.AddFile(path, name);
@@ -118,7 +114,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
                                                       const char* localRoot, const char* folder) {
   if (process.IsToStop()) return LProcessResultStopped;
   LOGF("以下のディレクトリをアップロード中：%s", folder);
-  if (!IsFolder(folder)) return LProcessResultFailed;
+  if (!LocalIsFolder(folder)) return LProcessResultFailed;
   LStringListTemplate<char> names;
   LProcessResult result = ReadFolder(process, folder, names);
   if (result != LProcessResultOk) return result;
@@ -146,8 +142,8 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
     char path[kTextSize];
     LFile::_MakeFilePath(path, folder, names.strings[i], "");
     // Files go under their bare names, folders under their way from the root.
-    result = IsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
-                            : _CmAppendUploadFile(process, list, root, path);
+    result = LocalIsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
+                                 : _CmAppendUploadFile(process, list, root, path);
     if (result != LProcessResultOk) return result;
   }
   return LProcessResultOk;

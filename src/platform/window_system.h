@@ -63,6 +63,8 @@ class WindowEvents {
   virtual void OnLabelEditFinish(int /*list*/, int /*row*/, const char* /*text*/) {}
   /// A divider was dragged so that its top would stand at `position`.
   virtual void OnDividerMoved(int /*id*/, int /*position*/) {}
+  /// Files of this machine were dropped on the window. The paths are good for the call.
+  virtual void OnDropFiles(const char* const* /*paths*/, size_t /*count*/) {}
 };
 
 // Windows

@@ -236,8 +236,10 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void OnSortRequested(int list) override;
   void OnLabelEditBegin(int list, int row) override;
   void OnLabelEditFinish(int list, int row, const char* text) override;
+  void OnDropFiles(const char* const* paths, size_t count) override;
 
  private:
+  friend class LDragDropHandler;
   friend class LListViewSorter;
   friend class LListViewLabelEditHandler;
   static constexpr int kMaxLists = 4;
@@ -258,4 +260,5 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   int iSuspendCommand = 0;  ///< 0 for none; likewise the next.
   int iResumeCommand = 0;
   ListHooks hooks[kMaxLists];
+  class LDragDropHandler* pDropHandler = nullptr;  ///< Not owned; null while drops are not taken.
 };
