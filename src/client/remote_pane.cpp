@@ -42,6 +42,7 @@ void LFtpList::InitList(LMacWindow& window, int id) {
   ClearRecentFileList();
   DragDropInit(window);
   window.LVInit(id, kColumns);
+  LVDropTargetInit(window, id);
   LVSorterInit(window, id, "LVRemoteFileSorter");
   for (int column = 0; column < kColumnCount; ++column) window.LVSetColumnEditable(id, column, column == kName);
   window.LVSetImages(id, &ImageList);

@@ -4,6 +4,8 @@
 // inside the operation that found it out, from the saved logon. Main thread only; any command may run inside a wait.
 #pragma once
 
+#include <memory>
+
 #include "core/process.h"
 #include "ftp/dir_iterator.h"
 #include "ftp/protocol.h"
@@ -36,7 +38,10 @@ struct PermissionDigits;
 
 /// As an LProcessInterface it is used for short talks in the foreground: it never stops, writes its status to the
 /// history unless `bQuiet`, and its errors in any case.
-class LFtpList : public LListViewSorter, public LProcessInterfaceVoid, public LDragDropHandler {
+class LFtpList : public LListViewSorter,
+                 public LProcessInterfaceVoid,
+                 public LDragDropHandler,
+                 public LListViewDropTarget {
  public:
   // Columns
   enum Column { kName, kSize, kKind, kModified, kAttributes, kOwner, kGroup };
@@ -171,6 +176,15 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid, public LD
   /// Makes the remote folders of what was dropped on the window, with the questions about its files. No file is sent:
   /// the way of files is a drop on the list, and the button.
   void EvDropFiles(LDroppedFileData& files) override;
+  // LListViewDropTarget: files go up into the folder under the pointer; rows of the list itself are moved into it. The
+  // setting "DragSource" tells which of the two comes, "local" or "remote".
+  /// Nothing is selected while files are over the list; its own rows stay selected.
+  bool EvDragEnter(unsigned int& effect) override;
+  /// Selects a folder, and marks the gap beside anything else.
+  bool EvDragOver(const LPoint& point, unsigned int& effect) override;
+  /// Brings the selection of the beginning back.
+  bool EvDragLeave() override;
+  bool EvDrop(const LPoint& point, unsigned int& effect, const LDroppedFileData& files) override;
 
   // LListViewSorter
   int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;
@@ -240,13 +254,20 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid, public LD
   Difference CompareItem(LProcessInterface&, const LFtpExpListItem& item, const char* local);
   void CompareBelow(LProcessInterface&, const char* name, const char* local, bool& localNewer, bool& remoteNewer);
   const LFtpExpListItem* ItemAt(int place) const;
+  bool IsFolderRow(int row) const;
+  bool IsDragRow(int row) const;
+  void UploadDropped(const LDroppedFileData& files);
+  void MoveDragRows();
 
   LList<LFtpExpListItem> Items;
   LVector<LStringLongTemplate<char>> RecentList;  ///< Newest first, always ten, those not yet filled empty.
   size_t iRecentIndex = 0;
-  bool bRenaming = false;           ///< The field for a row's new name is open.
-  char szEditName[kTextSize] = {};  ///< The row's text when its editing began; empty for a new folder's row.
-  bool bChangingDirectory = false;  ///< Re-entry guard of EvDirectoryChanged.
+  int iDropRow = -1;                      ///< The last folder that a drag was over; -1 for none yet.
+  std::unique_ptr<unsigned[]> pDragRows;  ///< The rows being dragged, in order, and -1; null for files from elsewhere.
+  size_t nDragRows = 0;                   ///< With the -1.
+  bool bRenaming = false;                 ///< The field for a row's new name is open.
+  char szEditName[kTextSize] = {};        ///< The row's text when its editing began; empty for a new folder's row.
+  bool bChangingDirectory = false;        ///< Re-entry guard of EvDirectoryChanged.
   LLVImageList ImageList;
   int iFolderIcon = -1;
   int nListId = 0;

@@ -65,6 +65,14 @@ class WindowEvents {
   virtual void OnDividerMoved(int /*id*/, int /*position*/) {}
   /// Files of this machine were dropped on the window. The paths are good for the call.
   virtual void OnDropFiles(const char* const* /*paths*/, size_t /*count*/) {}
+  // Files are dragged over a list that takes drops; a point as for ListHitTest. `effect` is what a drop would do, 0
+  // nothing and 1 a copy, and may be changed.
+  virtual void OnListDragEnter(int /*list*/, unsigned int& /*effect*/) {}
+  virtual void OnListDragOver(int /*list*/, int /*x*/, int /*y*/, unsigned int& /*effect*/) {}
+  virtual void OnListDragLeave(int /*list*/) {}
+  /// In place of OnListDragLeave.
+  virtual void OnListDrop(int /*list*/, int /*x*/, int /*y*/, unsigned int& /*effect*/, const char* const* /*paths*/,
+                          size_t /*count*/) {}
 };
 
 // Windows

@@ -1,9 +1,16 @@
-// Dragging in the contract of windows: files of this machine that are dropped on a window. Main thread only.
+// Dragging in the contract of windows: files of this machine that are dropped on a window, and
+// what is dragged over the rows of a list. Main thread only.
 #pragma once
 
 #include <cstddef>
 
 #include "support/window/window.h"
+
+/// A point of a list's rows, in pixels from their upper left corner.
+struct LPoint {
+  int x;
+  int y;
+};
 
 /// The paths of a drop. They are the window system's: good for as long as the handler of the drop runs.
 class LDroppedFileData {
@@ -37,4 +44,19 @@ class LDragDropHandler {
   virtual void EvDropFiles(LDroppedFileData& files) = 0;
   /// One handler for a window.
   void DragDropInit(LMacWindow& window);
+};
+
+/// A mix-in for a list that looks at each step of a drag over its rows. Outlives the window's list. All run in the
+/// window system's callbacks. `effect` is what a drop would do, 0 nothing and 1 a copy; a step may change it. All
+/// return true.
+class LListViewDropTarget {
+ public:
+  virtual ~LListViewDropTarget() = default;
+  virtual bool EvDragEnter(unsigned int& effect) = 0;
+  virtual bool EvDragOver(const LPoint& point, unsigned int& effect) = 0;
+  /// The drag went on, or was given up.
+  virtual bool EvDragLeave() = 0;
+  /// In place of EvDragLeave.
+  virtual bool EvDrop(const LPoint& point, unsigned int& effect, const LDroppedFileData& files) = 0;
+  void LVDropTargetInit(LMacWindow& window, int control);
 };

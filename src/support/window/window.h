@@ -237,9 +237,14 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void OnLabelEditBegin(int list, int row) override;
   void OnLabelEditFinish(int list, int row, const char* text) override;
   void OnDropFiles(const char* const* paths, size_t count) override;
+  void OnListDragEnter(int list, unsigned int& effect) override;
+  void OnListDragOver(int list, int x, int y, unsigned int& effect) override;
+  void OnListDragLeave(int list) override;
+  void OnListDrop(int list, int x, int y, unsigned int& effect, const char* const* paths, size_t count) override;
 
  private:
   friend class LDragDropHandler;
+  friend class LListViewDropTarget;
   friend class LListViewSorter;
   friend class LListViewLabelEditHandler;
   static constexpr int kMaxLists = 4;
@@ -248,6 +253,7 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
     int id = 0;
     class LListViewSorter* sorter = nullptr;
     class LListViewLabelEditHandler* labels = nullptr;
+    class LListViewDropTarget* drops = nullptr;
     const LLVImageList* images = nullptr;
   };
   ListHooks& HooksOf(int list);
