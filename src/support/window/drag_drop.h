@@ -1,9 +1,10 @@
-// Dragging in the contract of windows: files of this machine that are dropped on a window, and
-// what is dragged over the rows of a list. Main thread only.
+// Dragging in the contract of windows: files of this machine that are dropped on a window, what is dragged over the
+// rows of a list, and rows that are dragged out as files. Main thread only.
 #pragma once
 
 #include <cstddef>
 
+#include "support/strings.h"
 #include "support/window/window.h"
 
 /// A point of a list's rows, in pixels from their upper left corner.
@@ -59,4 +60,25 @@ class LListViewDropTarget {
   /// In place of EvDragLeave.
   virtual bool EvDrop(const LPoint& point, unsigned int& effect, const LDroppedFileData& files) = 0;
   void LVDropTargetInit(LMacWindow& window, int control);
+};
+
+/// A mix-in for a list whose selected rows are dragged out as files. At most one drag session runs at a time. Outlives
+/// the window's list.
+class LListViewDragHandler {
+ public:
+  virtual ~LListViewDragHandler();
+  /// A drag begins. False if there is nothing to drag.
+  virtual bool EvDragHandlerBegin() = 0;
+  /// Adds the paths at which the dragged rows are files of this machine. With `fetch` they are brought there first, as
+  /// far as that goes.
+  virtual void EvDragHandlerNeedsFiles(LStringListTemplate<char>& paths, bool fetch) = 0;
+  void LVDragInit(LMacWindow& window, int control);
+  /// Clears the session, the present handler and the dragged list.
+  static void DragSessionFinished();
+
+ private:
+  friend class LMacWindow;
+  static bool bDragSession;
+  static LListViewDragHandler* pPresentHandler;  ///< Null without a session; likewise the list.
+  static int iDraggedList;
 };

@@ -241,9 +241,13 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void OnListDragOver(int list, int x, int y, unsigned int& effect) override;
   void OnListDragLeave(int list) override;
   void OnListDrop(int list, int x, int y, unsigned int& effect, const char* const* paths, size_t count) override;
+  bool OnListDragBegin(int list) override;
+  bool OnListDragNeedsFiles(int list, bool fetch, const std::function<void(const char*)>& add) override;
+  void OnListDragFinished(int list) override;
 
  private:
   friend class LDragDropHandler;
+  friend class LListViewDragHandler;
   friend class LListViewDropTarget;
   friend class LListViewSorter;
   friend class LListViewLabelEditHandler;
@@ -254,6 +258,7 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
     class LListViewSorter* sorter = nullptr;
     class LListViewLabelEditHandler* labels = nullptr;
     class LListViewDropTarget* drops = nullptr;
+    class LListViewDragHandler* drags = nullptr;
     const LLVImageList* images = nullptr;
   };
   ListHooks& HooksOf(int list);
