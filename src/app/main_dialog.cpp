@@ -45,6 +45,7 @@ void MainDialog::InitDialog() {
   localPane.Init(*this, kLocalList);
   remotePane.InitList(*this, kRemoteList);
   LVLabelEditInit(*this, kRemoteList);
+  LVDragInit(*this, kRemoteList);
   remotePane.NotifySender.SetHandler(this);
 
   const int widths[] = {kFirstStatusPart, 0};
@@ -216,6 +217,8 @@ void MainDialog::DestroyDialog() {
     ForgetCurrentSite();
   }
   TimerDestroy();
+  DragSessionFinished();
+  DeleteEmptyDragFolder();
   char position[32];
   TextFormat(position, "%d", divider.GetControlPosition());
   LUserSettingSetString("MainWindow", "DividerY", position);

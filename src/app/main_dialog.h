@@ -46,6 +46,8 @@ class MainDialogCore {
   // Transfers
   void CmUpload();
   void CmDownload();
+  /// Brings the selected remote rows into a folder of this machine.
+  void DragDownload(char* folder);
   /// Brings the two shown folders level.
   void CmSynchronize();
   /// Selects what differs between the two shown folders.
@@ -96,6 +98,7 @@ class MainDialogCore {
 class MainDialog : public LMainWindow,
                    public LTimerHandlerBase,
                    public LListViewLabelEditHandler,
+                   public LListViewDragHandler,
                    public MainDialogCore,
                    public LQueuedNotifyDataHandler {
  public:
@@ -132,6 +135,9 @@ class MainDialog : public LMainWindow,
   void EvTimer(int id) override;
   void EvLVLabelEditBegin(int row) override;
   void EvLVLabelEditFinish(int row, const char* text) override;
+  /// Makes a folder for the files of this drag.
+  bool EvDragHandlerBegin() override;
+  void EvDragHandlerNeedsFiles(LStringListTemplate<char>& paths, bool fetch) override;
   /// 0 stops the watch while a transfer owns the connection, 1 lets it go on.
   void EvQueuedNotifyData(intptr_t data) override;
 
@@ -141,10 +147,15 @@ class MainDialog : public LMainWindow,
   static constexpr int kTimerWatch = 3;
   static constexpr int kTimerEnable = 4;
 
+  char dragFolder[kTextSize] = {};  ///< Where the files of a drag out of the remote list go; empty before the first.
+
   static unsigned uWatchMs;  ///< Between two looks at the connection, and between two tries to get it back.
 
  protected:
   void OnDividerMoved(int id, int position) override;
+  bool OnDropOffered() override { return remotePane.bConnected; }
+  void OnDropFiles(const char* const* paths, size_t count) override;
+  bool OnListDragNeedsFiles(int list, bool fetch, const std::function<void(const char*)>& add) override;
 
  private:
   // InitDialog, by purpose
@@ -175,6 +186,7 @@ class MainDialog : public LMainWindow,
   bool RouteFields(int id);
   bool RouteConnection(int id);
   bool RouteRest(int id);
+  void DeleteEmptyDragFolder();
   void EvWatch();
   void EvConnectIcon();
   void EvPower(bool suspend);

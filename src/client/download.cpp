@@ -37,10 +37,12 @@ void TakeSelection(const LFtpList& pane, LVector<LStringLongTemplate<char>>& nam
 }
 
 /// After the run, whatever its result: a file with an error goes, also an older one of that name; the others get the
-/// server's date.
-void FinishItems(FtpDownloadFileList& list) {
+/// server's date. True if none had an error.
+bool FinishItems(FtpDownloadFileList& list) {
+  bool isWhole = true;
   for (LXfrDownloadItem* item = list.files.first; item; item = item->next) {
     if (item->file.error[0]) {
+      isWhole = false;
       LOGERRORF("以下のリモートファイルのダウンロードを%s中：%s", item->file.error, item->file.remote);
       platform::FileUnlink(item->file.local);
     } else if (LFile::TestFileExists(item->file.local)) {
@@ -48,11 +50,13 @@ void FinishItems(FtpDownloadFileList& list) {
       LOG("ファイルのダウンロード完了。");
     }
   }
+  return isWhole;
 }
 
 }  // namespace
 
 void LFtpList::CmDownloadList(const char* localFolder) {
+  bDownloadedAll = false;
   if (!pWindow) return;
   FtpDownloadFileList list = {};
   TakeSelection(*this, list.names);
@@ -75,5 +79,5 @@ void LFtpList::CmDownloadList(const char* localFolder) {
   }
   pWindow->Wait(kSettleMs);
   pWindow->SetPowerDownAllow();
-  FinishItems(list);
+  bDownloadedAll = FinishItems(list) && result == LProcessResultOk;
 }

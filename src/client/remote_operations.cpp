@@ -13,16 +13,6 @@ void PopupBoxError(LMacWindow* window, const char* text) {
   LAlertWithButtonText::DisplayOkError(window, text, kProgramName, "OK");
 }
 
-LProcessResult SendRename(LProcessInterface& process, LFileTransferProtocol& session, const char* from,
-                          const char* to) {
-  char command[kFtpShortCommand];
-  FtpFormatCommand(command, "RNFR %s\r\n", from);
-  const LProcessResult result = ProcessFtpSendAndWaitForReply(process, session, command, nullptr, nullptr);
-  if (result != LProcessResultOk) return result;
-  FtpFormatCommand(command, "RNTO %s\r\n", to);
-  return ProcessFtpSendAndWaitForReply(process, session, command, nullptr, nullptr);
-}
-
 }  // namespace
 
 // Names edited in the list
@@ -49,7 +39,7 @@ void LFtpList::EvListEditComplete(int row, const char* text) {
   LProcessInterfaceVoid quiet;
   if (szEditName[0]) {
     // A change of case alone is not sent: servers that ignore case would refuse it.
-    if (strcasecmp(szEditName, name) != 0 && SendRename(quiet, Ftp, szEditName, name) == LProcessResultFailed) {
+    if (strcasecmp(szEditName, name) != 0 && ProcessFtpRename(quiet, Ftp, szEditName, name) == LProcessResultFailed) {
       PopupBoxError(pWindow,
                     "ファイル名の変更ができません。このフォルダへの書き込みが許可されているかにつき、システム管理者に"
                     "確認してください。");

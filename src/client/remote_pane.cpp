@@ -41,7 +41,9 @@ void LFtpList::InitList(LMacWindow& window, int id) {
   pWindow = &window;
   nListId = id;
   ClearRecentFileList();
+  DragDropInit(window);
   window.LVInit(id, kColumns);
+  LVDropTargetInit(window, id);
   LVSorterInit(window, id, "LVRemoteFileSorter");
   for (int column = 0; column < kColumnCount; ++column) window.LVSetColumnEditable(id, column, column == kName);
   window.LVSetImages(id, &ImageList);

@@ -4,11 +4,14 @@
 // inside the operation that found it out, from the saved logon. Main thread only; any command may run inside a wait.
 #pragma once
 
+#include <memory>
+
 #include "core/process.h"
 #include "ftp/dir_iterator.h"
 #include "ftp/protocol.h"
 #include "support/containers.h"
 #include "support/strings.h"
+#include "support/window/drag_drop.h"
 #include "support/window/list_view.h"
 #include "support/window/timers.h"
 
@@ -36,7 +39,10 @@ struct PermissionDigits;
 
 /// As an LProcessInterface it is used for short talks in the foreground: it never stops, writes its status to the
 /// history unless `bQuiet`, and its errors in any case.
-class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
+class LFtpList : public LListViewSorter,
+                 public LProcessInterfaceVoid,
+                 public LDragDropHandler,
+                 public LListViewDropTarget {
  public:
   // Columns
   enum Column { kName, kSize, kKind, kModified, kAttributes, kOwner, kGroup };
@@ -129,6 +135,11 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
                                                    const char* path);
   /// False when the remote file is to stay. `name` is clean and stands in the server's current directory.
   bool _CheckCanOverwrite(LProcessInterface&, const char* name);
+  // The same for a drop on the window, which has no dialog yet: nothing stops them. False ends the collecting.
+  [[nodiscard]] bool _CmUploadItemList(FtpUploadFileList&, const char* localRoot, const char* path);
+  [[nodiscard]] bool _CmUploadFoldersAndFilesList(FtpUploadFileList&, const char* localRoot, const char* folder);
+  [[nodiscard]] bool _CmAppendUploadFile(FtpUploadFileList&, const char* localRoot, const char* path);
+  bool _CheckCanOverwrite(const char* name);
   /// Asks, unless an answer for all stands; the answer is in `bOverwriteYes`.
   void _GetOverwritePermission(const char* name);
 
@@ -155,8 +166,24 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
 
   /// A name as the user wants it on the server: without blanks, in lower case.
   static void FtpCleanPath(char (&out)[kTextSize], const char* in, const FtpNameRules&);
+  /// The way from the local root to the file, as the user wants it on the server.
+  static void RemoteNameOfUpload(char (&out)[kTextSize], const char* localRoot, const char* path, const FtpNameRules&);
   int MakeRemoteFilePath(char (&out)[kTextSize], const char* localBase, const char* remoteBase,
                          const char* localPath) const;
+
+  // LDragDropHandler
+  /// Makes the remote folders of what was dropped on the window, with the questions about its files. No file is sent:
+  /// the way of files is a drop on the list, and the button.
+  void EvDropFiles(LDroppedFileData& files) override;
+  // LListViewDropTarget: files go up into the folder under the pointer; rows of the list itself are moved into it. The
+  // setting "DragSource" tells which of the two comes, "local" or "remote".
+  /// Nothing is selected while files are over the list; its own rows stay selected.
+  bool EvDragEnter(unsigned int& effect) override;
+  /// Selects a folder, and marks the gap beside anything else.
+  bool EvDragOver(const LPoint& point, unsigned int& effect) override;
+  /// Brings the selection of the beginning back.
+  bool EvDragLeave() override;
+  bool EvDrop(const LPoint& point, unsigned int& effect, const LDroppedFileData& files) override;
 
   // LListViewSorter
   int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;
@@ -177,6 +204,7 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
   char szCurrentDirectory[kTextSize] = {};     ///< As the server's answer to PWD gave it.
   char szBaseRemoteDirectory[kTextSize] = {};  ///< Roots of the running transfer.
   char szBaseLocalDirectory[kTextSize] = {};
+  bool bDownloadedAll = false;    ///< The last CmDownloadList brought every file that it had collected.
   bool bSyncNoPrompt = false;     ///< Synchronising no longer asks, until the program ends.
   bool bDropToRow = false;        ///< The next upload goes into the folder of the current row.
   char szFilter[kTextSize] = {};  ///< Lower case; empty for none.
@@ -228,13 +256,20 @@ class LFtpList : public LListViewSorter, public LProcessInterfaceVoid {
                          char (&local)[kTextSize]);
   void CompareBelow(LProcessInterface&, const char* name, const char* local, bool& localNewer, bool& remoteNewer);
   const LFtpExpListItem* ItemAt(int place) const;
+  bool IsFolderRow(int row) const;
+  bool IsDragRow(int row) const;
+  void UploadDropped(const LDroppedFileData& files);
+  void MoveDragRows();
 
   LList<LFtpExpListItem> Items;
   LVector<LStringLongTemplate<char>> RecentList;  ///< Newest first, always ten, those not yet filled empty.
   size_t iRecentIndex = 0;
-  bool bRenaming = false;           ///< The field for a row's new name is open.
-  char szEditName[kTextSize] = {};  ///< The row's text when its editing began; empty for a new folder's row.
-  bool bChangingDirectory = false;  ///< Re-entry guard of EvDirectoryChanged.
+  int iDropRow = -1;                      ///< The last folder that a drag was over; -1 for none yet.
+  std::unique_ptr<unsigned[]> pDragRows;  ///< The rows being dragged, in order, and -1; null for files from elsewhere.
+  size_t nDragRows = 0;                   ///< With the -1.
+  bool bRenaming = false;                 ///< The field for a row's new name is open.
+  char szEditName[kTextSize] = {};        ///< The row's text when its editing began; empty for a new folder's row.
+  bool bChangingDirectory = false;        ///< Re-entry guard of EvDirectoryChanged.
   LLVImageList ImageList;
   int iFolderIcon = -1;
   int nListId = 0;

@@ -36,10 +36,11 @@ bool RemoteIsDotEntry(const char* name);
 /// walk that follows it might never end.
 bool TransferPathFits(const char* folder, const char* name);
 
+/// True for a folder, also behind a link. What cannot be looked at is none.
+bool LocalIsFolder(const char* path);
+
 /// Seconds since 1970; 0 if there is nothing at `path`.
 int64_t LocalModifiedTime(const char* path);
-/// Links are followed.
-bool LocalIsFolder(const char* path);
 
 namespace PaneUtils {
 

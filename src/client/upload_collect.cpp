@@ -75,24 +75,29 @@ bool LFtpList::_CheckCanOverwrite(LProcessInterface& process, const char* name) 
   return bOverwriteYes;
 }
 
+void LFtpList::RemoteNameOfUpload(char (&out)[kTextSize], const char* localRoot, const char* path,
+                                  const FtpNameRules& rules) {
+  char cleanPath[kTextSize];
+  char cleanRoot[kTextSize];
+  FtpCleanPath(cleanPath, path, rules);
+  FtpCleanPath(cleanRoot, localRoot, rules);
+  LFile::MakeRelativeFolder(out, cleanRoot, cleanPath);
+}
+
 LProcessResult LFtpList::_CmUploadItemList(LProcessInterface& process, FtpUploadFileList& list, const char* localRoot,
                                            const char* path) {
   if (process.IsToStop()) return LProcessResultStopped;
   // What cannot be looked at counts as a file, and fails as one.
   return LocalIsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
-                        : _CmAppendUploadFile(process, list, localRoot, path);
+                             : _CmAppendUploadFile(process, list, localRoot, path);
 }
 
 LProcessResult LFtpList::_CmAppendUploadFile(LProcessInterface& process, FtpUploadFileList& list, const char* localRoot,
                                              const char* path) {
   if (process.IsToStop()) return LProcessResultStopped;
   if (!pWindow) return LProcessResultFailed;
-  char cleanPath[kTextSize];
-  char cleanRoot[kTextSize];
   char name[kTextSize];
-  FtpCleanPath(cleanPath, path, list.nameRules);
-  FtpCleanPath(cleanRoot, localRoot, list.nameRules);
-  LFile::MakeRelativeFolder(name, cleanRoot, cleanPath);
+  RemoteNameOfUpload(name, localRoot, path, list.nameRules);
   if (!_CheckCanOverwrite(process, name)) return LProcessResultOk;
   LOGF("順番待ち中のファイル： %s", path);
   list.AddFile(path, name);
@@ -132,7 +137,7 @@ LProcessResult LFtpList::_CmUploadFoldersAndFilesList(LProcessInterface& process
     LFile::_MakeFilePath(path, folder, names.strings[i], "");
     // Files go under their bare names, folders under their way from the root.
     result = LocalIsFolder(path) ? _CmUploadFoldersAndFilesList(process, list, localRoot, path)
-                            : _CmAppendUploadFile(process, list, root, path);
+                                 : _CmAppendUploadFile(process, list, root, path);
     if (result != LProcessResultOk) return result;
   }
   return LProcessResultOk;

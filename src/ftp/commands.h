@@ -52,3 +52,6 @@ void FtpQuotedPath(const char* reply, char (&path)[kTextSize]);
 /// MKD. A folder that exists already (521) is a success, and so, with no command, are an empty path and the
 /// root.
 [[nodiscard]] LProcessResult ProcessFtpCreateDirectory(LProcessInterface&, LFileTransferProtocol&, const char* path);
+/// RNFR, and RNTO if that is taken. A `to` in another folder moves.
+[[nodiscard]] LProcessResult ProcessFtpRename(LProcessInterface&, LFileTransferProtocol&, const char* from,
+                                              const char* to);

@@ -1,4 +1,4 @@
-// The session's quick exchanges about folders, and PWD and MKD themselves.
+// The session's quick exchanges about folders, and PWD, MKD and the renaming themselves.
 #include "ftp/commands.h"
 #include "ftp/timeouts.h"
 
@@ -27,6 +27,16 @@ LProcessResult ProcessFtpCreateDirectory(LProcessInterface& process, LFileTransf
   const LProcessResult read = ProcessFtpTakeReply(process, session, code, text, gFtpTimeouts.replyMs);
   if (read != LProcessResultOk) return read;
   return FtpReplyIsPositive(code) || code == 521 ? LProcessResultOk : LProcessResultFailed;
+}
+
+LProcessResult ProcessFtpRename(LProcessInterface& process, LFileTransferProtocol& session, const char* from,
+                                const char* to) {
+  char command[kFtpShortCommand];
+  FtpFormatCommand(command, "RNFR %s\r\n", from);
+  const LProcessResult result = ProcessFtpSendAndWaitForReply(process, session, command, nullptr, nullptr);
+  if (result != LProcessResultOk) return result;
+  FtpFormatCommand(command, "RNTO %s\r\n", to);
+  return ProcessFtpSendAndWaitForReply(process, session, command, nullptr, nullptr);
 }
 
 bool LFileTransferProtocol::SetCurrentDirectory(const char* path) {

@@ -32,6 +32,8 @@ extern unsigned gEventLoopOftenUs;
 /// long enough ago for a person to notice, and nothing else. Keys, clicks, timers, sockets and posted calls wait. To be
 /// called often; it costs a look at the clock. On other threads it does nothing.
 void EventLoopDraw();
+/// True inside EventLoopDraw. The window system calls for a drag at once, whatever else is to wait.
+bool EventLoopIsDrawing();
 /// How long a wait that stays in one piece may last between two calls of EventLoopDraw.
 constexpr unsigned kEventLoopDrawMs = 40;
 /// Runs the loop until one of `count` descriptors is readable, an event was handled, or `ms` have passed.

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include "platform/text_service.h"
 
@@ -63,6 +64,27 @@ class WindowEvents {
   virtual void OnLabelEditFinish(int /*list*/, int /*row*/, const char* /*text*/) {}
   /// A divider was dragged so that its top would stand at `position`.
   virtual void OnDividerMoved(int /*id*/, int /*position*/) {}
+  /// Whether files may be dropped now; asked at each step of a drag, and not while a call to the owner is on the stack.
+  virtual bool OnDropOffered() { return false; }
+  /// Files of this machine were dropped on the window. The paths are good for the call.
+  virtual void OnDropFiles(const char* const* /*paths*/, size_t /*count*/) {}
+  // Files are dragged over a list that takes drops; a point as for ListHitTest. `effect` is what a drop would do, 0
+  // nothing and 1 a copy, and may be changed.
+  virtual void OnListDragEnter(int /*list*/, unsigned int& /*effect*/) {}
+  virtual void OnListDragOver(int /*list*/, int /*x*/, int /*y*/, unsigned int& /*effect*/) {}
+  virtual void OnListDragLeave(int /*list*/) {}
+  /// In place of OnListDragLeave.
+  virtual void OnListDrop(int /*list*/, int /*x*/, int /*y*/, unsigned int& /*effect*/, const char* const* /*paths*/,
+                          size_t /*count*/) {}
+  /// The user begins to drag the selected rows of a list out. False if they are not to be dragged.
+  virtual bool OnListDragBegin(int /*list*/) { return false; }
+  /// Calls `add` with the path of each file that stands for a dragged row. With `fetch` the files are brought there
+  /// first; false if they did not all come.
+  virtual bool OnListDragNeedsFiles(int /*list*/, bool /*fetch*/, const std::function<void(const char*)>& /*add*/) {
+    return false;
+  }
+  /// After OnListDragBegin in any case.
+  virtual void OnListDragFinished(int /*list*/) {}
 };
 
 // Windows
@@ -99,6 +121,9 @@ void WindowDialogUnits(const Window* window, double& horizontal, double& vertica
 /// The order in which the Tab key goes through these controls, a tool bar standing for its buttons.
 void WindowSetTabOrder(Window* window, const int* ids, size_t count);
 double WindowScaleFactor(const Window* window);
+/// From now on files may be dropped on the window, wherever no control takes them: WindowEvents::OnDropFiles. Nothing
+/// is taken while a modal window is up, nor what is dragged out of a list of our own.
+void WindowTakeDrops(Window* window);
 
 /// A modal run: shows the window and handles events until WindowEndModal; gives its code. Runs may nest.
 int WindowRunModal(Window* window);
@@ -232,6 +257,10 @@ int ListHitTest(const Window* window, int id, int x, int y);
 /// Marks the gap between two rows that is nearest to `y`, for as long as something is dragged there; -1 removes the
 /// mark.
 void ListSetInsertBar(Window* window, int id, int y);
+/// From now on the list has the steps of a drag of files over its rows: WindowEvents::OnListDragEnter and so on.
+void ListTakeDrops(Window* window, int id);
+/// From now on the selected rows can be dragged out, as files that are fetched when they leave the list.
+void ListDragOut(Window* window, int id);
 void ListEditLabel(Window* window, int id, int row);
 void ListSetColumnEditable(Window* window, int id, int column, bool editable);
 void ListShowColumn(Window* window, int id, int column, bool show);

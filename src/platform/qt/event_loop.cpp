@@ -119,6 +119,8 @@ void EventLoopDraw() {
   clock.start();
 }
 
+bool EventLoopIsDrawing() { return isDrawing; }
+
 void EventLoopPost(std::function<void()> call) {
   QCoreApplication* application = QCoreApplication::instance();
   if (!application) return;

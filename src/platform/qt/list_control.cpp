@@ -63,6 +63,7 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
   Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+  if (dragsOut) flags |= Qt::ItemIsDragEnabled;
   const auto column = static_cast<size_t>(index.column());
   if (column < columns.size() && columns[column].editable) flags |= Qt::ItemIsEditable;
   return flags;
@@ -192,8 +193,10 @@ ListControl::ListControl(Window* window, int id)
 }
 
 void ListControl::ConnectEvents() {
-  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-          [this] { owner->SendBound(controlId, ControlEvent::kSelectionChange); });
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    readyFiles.clear();
+    owner->SendBound(controlId, ControlEvent::kSelectionChange);
+  });
   connect(selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& current) {
     // Keys select a row before they make it the current one.
     if (selectionModel()->isSelected(current)) owner->SendBound(controlId, ControlEvent::kSelectionChange);

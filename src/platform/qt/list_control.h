@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QByteArray>
+#include <QList>
 #include <QStyledItemDelegate>
 #include <QTreeView>
 #include <vector>
@@ -40,6 +41,7 @@ class ListModel : public QAbstractTableModel {
   template <typename Behind>
   void Sort(Behind behind);
   void ShowCount(int visibleRows) { shownRows = visibleRows; }
+  bool dragsOut = false;  ///< Rows may be dragged.
 
   struct Column {
     QString heading;
@@ -70,6 +72,7 @@ class ListControl : public QTreeView {
   void SortRows();
   /// The mark between the rows nearest to `y`; -1 for none.
   void SetInsertBar(int y);
+  void AllowDragOut();
 
   int sortColumn = 0;
   bool sortAscending = true;
@@ -78,21 +81,34 @@ class ListControl : public QTreeView {
   void paintEvent(QPaintEvent*) override;
   void resizeEvent(QResizeEvent*) override;
   void mousePressEvent(QMouseEvent*) override;
+  void mouseMoveEvent(QMouseEvent*) override;
+  void mouseReleaseEvent(QMouseEvent*) override;
   void mouseDoubleClickEvent(QMouseEvent*) override;
   void contextMenuEvent(QContextMenuEvent*) override;
   void focusInEvent(QFocusEvent*) override;
   void focusOutEvent(QFocusEvent*) override;
   void keyPressEvent(QKeyEvent*) override;
+  void dragEnterEvent(QDragEnterEvent*) override;
+  void dragMoveEvent(QDragMoveEvent*) override;
+  void dragLeaveEvent(QDragLeaveEvent*) override;
+  void dropEvent(QDropEvent*) override;
+  void startDrag(Qt::DropActions) override;
 
  private:
   void ConnectEvents();
   void LearnColumnNeeds();
   void PaintInsertBar();
+  void EndDragWait();
+  QList<QByteArray> FetchDragged();
+  void DragOut();
 
   struct Window* owner;
   int controlId;
   ListModel* rowModel;  ///< Owned by the view.
   QString prompt;
+  bool dragWaits = false;        ///< Rows hang on the pointer, which is still in the list.
+  QList<QByteArray> readyFiles;  ///< What was fetched for a drag of the selected rows and not dragged; empty for none.
+  bool isDraggedOver = false;    ///< The owner was told of a drag that has come in and not left.
   int insertBarAt = -1;          ///< Where the mark for a drop was asked for; -1 for none.
   std::vector<int> columnNeeds;  ///< Width at which heading and cells are whole. It only grows: columns stand still.
   bool widthsAreUsers = false;   ///< The user has set a width: no more sharing out by the table.

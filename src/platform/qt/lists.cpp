@@ -145,6 +145,14 @@ void ListSetInsertBar(Window* window, int id, int y) {
   if (ListControl* list = window->List(id)) list->SetInsertBar(y);
 }
 
+void ListTakeDrops(Window* window, int id) {
+  if (ListControl* list = window->List(id)) list->setAcceptDrops(true);
+}
+
+void ListDragOut(Window* window, int id) {
+  if (ListControl* list = window->List(id)) list->AllowDragOut();
+}
+
 void ListEditLabel(Window* window, int id, int row) {
   ListControl* list = window->List(id);
   if (!list || row < 0) return;

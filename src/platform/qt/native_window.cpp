@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDrag>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -163,8 +164,11 @@ Window* WindowCreate(WindowEvents& events, WindowKind kind, Window* parent) { re
 void WindowDestroy(Window* window) {
   window->events = nullptr;
   window->hide();
-  // The window may be on the stack below this call: a click that led here, or an event of it.
-  if (window->callDepth == 0) {
+  // The window may be on the stack below this call: a click that led here, or an event of it. A drag has a loop of its
+  // own, which ends first.
+  if (window->isDragSource) {
+    QDrag::cancel();
+  } else if (window->callDepth == 0) {
     delete window;
   } else {
     window->deleteLater();

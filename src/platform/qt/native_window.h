@@ -44,7 +44,8 @@ struct Window : public QWidget {
 
   WindowEvents* events;  ///< Null once the window was given back.
   WindowKind kind;
-  int callDepth = 0;  ///< Calls into the owner that are on the stack.
+  int callDepth = 0;          ///< Calls into the owner that are on the stack.
+  bool isDragSource = false;  ///< A drag out of one of its lists is on the stack.
   QWidget* client;
   QMenuBar* menuBar = nullptr;
   QToolBar* mainToolBar = nullptr;
@@ -62,6 +63,8 @@ struct Window : public QWidget {
 
   /// Space between the window's border and the controls at left and right.
   int Inset() const { return kind == WindowKind::kMain ? 8 : 0; }
+  /// Whether what is dragged over this window or a list of it may be dropped there now.
+  bool TakesDrop(const class QDropEvent& event);
   void PlaceBars();
   void ApplyMinimum();
 
@@ -72,6 +75,8 @@ struct Window : public QWidget {
   void showEvent(QShowEvent*) override;
   void hideEvent(QHideEvent*) override;
   void changeEvent(QEvent*) override;
+  void dragEnterEvent(QDragEnterEvent*) override;
+  void dropEvent(QDropEvent*) override;
   bool eventFilter(QObject*, QEvent*) override;
 };
 

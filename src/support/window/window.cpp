@@ -33,6 +33,7 @@ void LMacWindow::DestroyCommon() {
   platform::Window* native = pNative;
   pNative = nullptr;
   for (ListHooks& hook : hooks) hook = ListHooks();
+  pDropHandler = nullptr;
   platform::WindowDestroy(native);
 }
 

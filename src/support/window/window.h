@@ -236,8 +236,19 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   void OnSortRequested(int list) override;
   void OnLabelEditBegin(int list, int row) override;
   void OnLabelEditFinish(int list, int row, const char* text) override;
+  void OnDropFiles(const char* const* paths, size_t count) override;
+  void OnListDragEnter(int list, unsigned int& effect) override;
+  void OnListDragOver(int list, int x, int y, unsigned int& effect) override;
+  void OnListDragLeave(int list) override;
+  void OnListDrop(int list, int x, int y, unsigned int& effect, const char* const* paths, size_t count) override;
+  bool OnListDragBegin(int list) override;
+  bool OnListDragNeedsFiles(int list, bool fetch, const std::function<void(const char*)>& add) override;
+  void OnListDragFinished(int list) override;
 
  private:
+  friend class LDragDropHandler;
+  friend class LListViewDragHandler;
+  friend class LListViewDropTarget;
   friend class LListViewSorter;
   friend class LListViewLabelEditHandler;
   static constexpr int kMaxLists = 4;
@@ -246,6 +257,8 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
     int id = 0;
     class LListViewSorter* sorter = nullptr;
     class LListViewLabelEditHandler* labels = nullptr;
+    class LListViewDropTarget* drops = nullptr;
+    class LListViewDragHandler* drags = nullptr;
     const LLVImageList* images = nullptr;
   };
   ListHooks& HooksOf(int list);
@@ -258,4 +271,5 @@ class LMacWindow : public LWindow, public platform::WindowEvents {
   int iSuspendCommand = 0;  ///< 0 for none; likewise the next.
   int iResumeCommand = 0;
   ListHooks hooks[kMaxLists];
+  class LDragDropHandler* pDropHandler = nullptr;  ///< Not owned; null while drops are not taken.
 };

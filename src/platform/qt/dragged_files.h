@@ -1,0 +1,17 @@
+// Files in what the window system carries for a drag: a list of addresses, as bytes, so that a name of any encoding
+// stays what it is.
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMimeData>
+
+namespace platform {
+
+constexpr const char* kUriList = "text/uri-list";
+
+/// The paths among the addresses that are files of this machine, in their order.
+QList<QByteArray> LocalPathsOf(const QMimeData& data);
+QByteArray UriListOf(const QList<QByteArray>& paths);
+
+}  // namespace platform
