@@ -23,7 +23,10 @@ ORVANE_FUZZ_TARGET(facts_line) {
   FuzzInput input(data, size);
   const std::string line = input.Text();
   LFileTransferProtocol::DirIterator::Item item;
-  FUZZ_CHECK(FtpItemFromFactsLine(line.c_str(), "*", item) || line.find('*') != std::string::npos);
+  const size_t blank = line.find(' ');
+  const size_t name = blank == std::string::npos ? 0 : line.find_first_not_of(' ', blank);
+  const bool isEntry = name < line.size();
+  FUZZ_CHECK(FtpItemFromFactsLine(line.c_str(), "*", item) == isEntry || line.find('*') != std::string::npos);
   CheckItem(item, line);
 
   char value[kTextSize] = {};

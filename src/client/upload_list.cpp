@@ -64,11 +64,13 @@ LProcessResult UploadRun::Collect() {
 void UploadRun::RemoteFolderOf(const UploadFile& file, char (&folder)[kTextSize]) const {
   char relative[kTextSize];
   LFile::MakeRelativeFolder(relative, list.localFolder.Text(), file.local);
-  for (char* c = relative; *c; ++c) {
+  // Cut before the backslashes turn: in the names of a Japanese encoding one may be half a character.
+  const char* const end = strrchr(relative, '/');
+  char way[kTextSize];
+  TextCopyPart(way, relative, end ? static_cast<size_t>(end - relative) : 0);
+  for (char* c = way; *c; ++c) {
     if (*c == '\\') *c = '/';
   }
-  char way[kTextSize];
-  LFile::_GetFolderFromPath(way, relative);
   TextFormat(folder, "%s/%s", root, way);
 }
 

@@ -5,9 +5,10 @@ Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
 "cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
 name that holds "refuse" is refused; an upload whose name holds "lose" loses the session when it begins, the first time
-only. With a certificate (the file holds the key too) the logon must be under TLS. It does not
-know the commands that ORVANE_LACKING_COMMANDS names. With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs it. Names
-are bytes: what is not UTF-8 comes and goes as it is; a listing shows "%2F" as "/". It ends with its parent.
+only. With a certificate (the file holds the key too) the logon must be under TLS. It does not know the commands that
+ORVANE_LACKING_COMMANDS names; where MDTM is one of them its listings tell the dates of its own zone, as most servers do.
+With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs it. Names are bytes: what is not UTF-8
+comes and goes as it is; a listing shows "%2F" as "/". It ends with its parent.
 
 While it runs it looks at two files beside the folder: FOLDER.cut holds the number of the command, from now on, at which
 the session is cut in place of an answer, once; while FOLDER.closed is there nobody can log on.
@@ -159,6 +160,7 @@ def main():
         handler.tls_control_required = True
     lacking = os.environ.get("ORVANE_LACKING_COMMANDS", "").split()
     handler.proto_cmds = {name: what for name, what in handler.proto_cmds.items() if name not in lacking}
+    handler.use_gmt_times = "MDTM" not in lacking
     handler.authorizer = authorizer
     handler.auth_failed_timeout = 0
     server = FTPServer(("127.0.0.1", 0), handler)

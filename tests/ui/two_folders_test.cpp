@@ -71,20 +71,26 @@ TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {
 
 using Runs = std::array<std::vector<std::string>, 2>;
 constexpr const char* kNoDates = "MLSD MLST MDTM MFMT";
-/// In winter a date of the summer is off by the hour between the two: the present offset is taken for all.
+/// A date of the other season is off by the hour between the two: the present offset is taken for all.
 const Runs kSummerFile = {{{"STOR from-here-summer"}, {"STOR from-here-summer"}}};
+const Runs kWinterFile = {{{"RETR /from-here-winter"}, {}}};
 
-/// A listing tells no seconds, and its date is looked for by the bare name alone: what came down has the present time,
-/// and so has what went up to a server that takes no date.
-const Runs kEverything = {
+/// A listing tells no seconds, and its date is looked for by the bare name alone: what came down has the present time
+/// as the zone's clock shows it, taken for Greenwich's, and what went up to a server that takes no date has the present
+/// time. So east of Greenwich everything here is newer from then on, and west of it older.
+const Runs kEverythingEast = {
     {{"RETR /from-here-winter", "RETR /from-here-summer", "STOR from-server-winter", "STOR from-server-summer"},
      {"STOR from-here-winter", "STOR from-here-summer", "STOR from-server-winter", "STOR from-server-summer"}}};
+const Runs kEverythingWest = {
+    {{"RETR /from-here-winter", "RETR /from-here-summer", "STOR from-server-winter", "STOR from-server-summer"},
+     {"RETR /from-here-winter", "RETR /from-here-summer", "RETR /from-server-winter", "RETR /from-server-summer"}}};
 
 struct Zone {
   const char* name;
   const char* zone;
   const char* lacking;  ///< Commands that the server does not know.
-  Runs movedAgain;      ///< By a second and a third run.
+  Runs movedAgain;      ///< By a second and a third run, in winter.
+  Runs inSummer;        ///< The same while the zone has summer time.
 };
 void PrintTo(const Zone& zone, std::ostream* out) { *out << zone.name; }
 
@@ -125,20 +131,23 @@ TEST_P(Zones, ASecondRunMovesNothingWhereTheDatesAreToldAsTheyAre) {
   EXPECT_THAT(Moved(), UnorderedElementsAre("RETR /from-server-winter", "RETR /from-server-summer",
                                             "STOR from-here-winter", "STOR from-here-summer"));
   alerts.AgreeToAll(true);  // To what is to be overwritten.
-  for (const std::vector<std::string>& moved : GetParam().movedAgain) {
+  const time_t now = time(nullptr);
+  const bool isSummer = localtime(&now)->tm_isdst > 0;
+  for (const std::vector<std::string>& moved : isSummer ? GetParam().inSummer : GetParam().movedAgain) {
     Press(kSynchroniseButton);
     EXPECT_THAT(Moved(), testing::UnorderedElementsAreArray(moved));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(TwoFolders, Zones,
-                         testing::Values(Zone{"Greenwich", "UTC", "", {}}, Zone{"East", "Asia/Tokyo", "", {}},
-                                         Zone{"West", "America/Bogota", "", {}},
-                                         Zone{"EastWithSummerTime", "Europe/Berlin", "", kSummerFile},
-                                         Zone{"WestWithSummerTime", "America/New_York", "", kSummerFile},
-                                         Zone{"EastFromListings", "Asia/Tokyo", kNoDates, kEverything},
-                                         Zone{"WestFromListings", "America/New_York", kNoDates, kEverything}),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    TwoFolders, Zones,
+    testing::Values(Zone{"Greenwich", "UTC", "", {}, {}}, Zone{"East", "Asia/Tokyo", "", {}, {}},
+                    Zone{"West", "America/Bogota", "", {}, {}},
+                    Zone{"EastWithSummerTime", "Europe/Berlin", "", kSummerFile, kWinterFile},
+                    Zone{"WestWithSummerTime", "America/New_York", "", kSummerFile, kWinterFile},
+                    Zone{"EastFromListings", "Asia/Tokyo", kNoDates, kEverythingEast, kEverythingEast},
+                    Zone{"WestFromListings", "America/New_York", kNoDates, kEverythingWest, kEverythingWest}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(TwoFolders, ARunThatIsNotWantedChangesNothingButTheQuestion) {
   MakeRemote("a.txt", "a");

@@ -167,7 +167,7 @@ std::vector<int> WindowTest::EnabledTools(int bar) {
 }
 
 unsigned WindowTest::HistoryColor() {
-  ui::Pump(60);  // The pane shows what has come since its last picture.
+  ui::Pump(150);  // The pane shows what has come since its last picture.
   return Window()->ControlAs<QPlainTextEdit>(kHistory)->palette().color(QPalette::Text).rgb() & 0xFFFFFF;
 }
 
