@@ -80,7 +80,7 @@ TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
 TEST_P(LogonProxy, MustGreetWithExactly220) {
   Use(2);
   for (const char* greeting : {"230 x", "221 x", "120 x", "331 x", "hello"}) {
-    const HistoryCapture messages;
+    const HistoryFile messages;
     server.Greet(greeting);
     EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed) << greeting;
     EXPECT_THAT(messages.Messages(), ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
@@ -150,7 +150,7 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
   };
   for (const FailureRow& row : rows) {
     SCOPED_TRACE(row.name);
-    const HistoryCapture messages;
+    const HistoryFile messages;
     Use(row.type);
     server.Greet("220 Proxy");
     for (const auto& [command, reply] : row.exchanges) {

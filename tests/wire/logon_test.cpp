@@ -39,7 +39,7 @@ TEST_P(Logon, TakesAGreetingFrom200To399) {
     EXPECT_EQ(LogOn(), LProcessResultOk) << greeting;
   }
   for (const char* greeting : {"120 later", "199 x", "400 x", "421 too many", "hello"}) {
-    const HistoryCapture messages;
+    const HistoryFile messages;
     server.Greet(greeting);
     EXPECT_EQ(LogOn(), LProcessResultFailed) << greeting;
     EXPECT_THAT(messages.Messages(), ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
@@ -94,7 +94,7 @@ TEST_P(Logon, GoesByTheAnswersToUserAndPassword) {
   };
   for (const AnswerRow& row : rows) {
     SCOPED_TRACE(row.name);
-    const HistoryCapture messages;
+    const HistoryFile messages;
     server.Greet("220 Ready");
     server.Expect("USER anna").Reply(row.toUser);
     if (row.toPassword) server.Expect("PASS secret").Reply(row.toPassword);
@@ -143,7 +143,7 @@ TEST_P(Logon, SaysNothingWhenStopped) {
   LProcessResult result = LProcessResultFailed;
   for (int n = 1; result != LProcessResultOk && n < 100; ++n) {
     SCOPED_TRACE(n);
-    const HistoryCapture lines;
+    const HistoryFile lines;
     ScriptedServer stopped;
     stopped.AllowUnusedSteps();
     stopped.Greet("220 Ready");

@@ -11,7 +11,7 @@
 #include "ftp/timeouts.h"
 #include "ftp/transfer.h"
 #include "support/fault_server.h"
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/recording_interface.h"
 #include "support/scratch_folder.h"
 
@@ -145,7 +145,7 @@ const Row kRows[] = {
 /// Runs the row against a server of its own; what it says in the history, and all that went out.
 void RunRow(SmuggledCommands& test, const Row& row, const char* text, const char* complaint) {
   SCOPED_TRACE(row.name + (": " + testing::PrintToString(text)));
-  HistoryCapture history;
+  HistoryFile history;
   ServerManner manner;
   manner.proxy = !row.logs_on;
   test.server = std::make_unique<FaultServer>(manner, nullptr);

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/scratch_folder.h"
 #include "support/test_certificates.h"
 #include "wire/fault_matrix.h"
@@ -63,7 +63,7 @@ class StoppedAnywhere : public testing::TestWithParam<FaultScenario> {
 
  private:
   const FtpTimeouts former_;
-  HistoryCapture history_;
+  HistoryFile history_;
   ScratchFolder folder_;
 };
 

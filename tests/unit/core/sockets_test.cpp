@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "stoppable.h"
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/tls_test_server.h"
 
 namespace {
@@ -225,9 +225,9 @@ TEST(SocketsConnect, EventThatClosesTheSocketEndsTheConnect) {
   SilentPort port;
   LSSLSocketTCP socket;
   Stoppable process;
-  process.onQuestion = [&] {
+  process.OnQuestion([&] {
     if (process.Questions() == 2) socket.CloseSocket();
-  };
+  });
   EXPECT_EQ(ProcessConnect(process, socket, "x", Loopback(port.Port()), kEnough), LProcessResultFailed);
   EXPECT_EQ(process.Questions(), 2);
 }
@@ -455,9 +455,9 @@ TEST(SocketsWait, EventThatClosesTheSocketEndsTheWait) {
   LSSLSocketTCP socket;
   ASSERT_EQ(EngineKind::Connect(process, socket, server.Port(), kEnough), LProcessResultOk);
   Stoppable closing;
-  closing.onQuestion = [&] {
+  closing.OnQuestion([&] {
     if (closing.Questions() == 2) socket.CloseSocket();
-  };
+  });
   EXPECT_EQ(ProcessWaitForDataOrClose(closing, socket, kEnough), LProcessResultFailed);
   EXPECT_EQ(closing.Questions(), 2);
 }
@@ -483,7 +483,7 @@ TYPED_TEST(Sockets, SendStringLeavesOutTheTerminator) {
 
 TEST(SocketsSend, CommandsOfTheEngineReachTheHistory) {
   TlsTestServer server([](TlsTestPeer& peer) { peer.ReceiveToEnd(); });
-  HistoryCapture history;
+  HistoryFile history;
   Stoppable process;
   LSSLSocketTCP engine;
   ASSERT_EQ(EngineKind::Connect(process, engine, server.Port(), kEnough), LProcessResultOk);

@@ -14,6 +14,7 @@
 
 #include "core/sockets.h"
 #include "stoppable.h"
+#include "support/test_files.h"
 #include "support/tls_test_server.h"
 
 namespace {
@@ -26,17 +27,6 @@ constexpr unsigned kEnough = 10000;  ///< Never reached unless something is wron
 constexpr size_t kPiece = 256 * 1024;
 
 void Pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
-/// Bytes in which a lost, doubled or moved piece shows.
-std::string Pattern(size_t size) {
-  std::string data(size, '\0');
-  uint32_t state = 12345;
-  for (char& c : data) {
-    state = state * 1664525 + 1013904223;
-    c = static_cast<char>(state >> 24);
-  }
-  return data;
-}
 
 /// A client socket and a server that it talks to.
 class Tls : public ::testing::Test {
@@ -381,7 +371,7 @@ TEST_F(Tls, EndsOfTheStreamAreToldApart) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    const std::string data = Pattern(100000);
+    const std::string data = TestBytes(100000);
     ServeSecure([&](TlsTestPeer& peer) {
       peer.Send(data);
       row.end(peer);
@@ -468,7 +458,7 @@ TEST_F(Tls, RenegotiationGoesUnnoticed) {
 TEST_F(Tls, BlockedSendGoesOnUntilTheStop) {
   std::atomic<bool> mayRead = false;
   std::string got;
-  const std::string data = Pattern(8 << 20);
+  const std::string data = TestBytes(8 << 20);
   ServeSecure([&](TlsTestPeer& peer) {
     while (!mayRead) Pause(10);
     got = peer.ReceiveToEnd();
@@ -489,7 +479,7 @@ TEST_F(Tls, BlockedSendGoesOnUntilTheStop) {
 }
 
 TEST_F(Tls, LargeTransferBothWaysThroughSmallBuffers) {
-  const std::string data = Pattern(50 << 20);
+  const std::string data = TestBytes(50 << 20);
   ServeSecure([&](TlsTestPeer& peer) {
     // Smaller ones would fall below what loopback sends at once, and the kernel would probe instead of
     // sending.
@@ -528,7 +518,7 @@ TEST_F(Tls, CloseSendsTheNotice) {
 }
 
 TEST_F(Tls, StreamsOfSeveralThreadsDoNotDisturbEachOther) {
-  const std::string data = Pattern(1 << 20);
+  const std::string data = TestBytes(1 << 20);
   std::vector<std::thread> threads;
   std::atomic<int> whole = 0;
   for (int i = 0; i < 4; ++i) {
@@ -608,7 +598,7 @@ class TlsOverTransport : public Tls {
 };
 
 TEST_F(TlsOverTransport, BulkDataTakesFewCalls) {
-  const std::string data = Pattern(8 << 20);
+  const std::string data = TestBytes(8 << 20);
   std::string got;
   ServeSecure([&](TlsTestPeer& peer) {
     while (got.size() < data.size()) got += peer.Receive(65536);
@@ -642,7 +632,7 @@ TEST_F(TlsOverTransport, BulkDataTakesFewCalls) {
 }
 
 TEST_F(TlsOverTransport, OneByteAtATimeIsEnough) {
-  const std::string data = Pattern(3000);
+  const std::string data = TestBytes(3000);
   std::string got;
   ServeSecure([&](TlsTestPeer& peer) {
     while (got.size() < data.size()) got += peer.Receive(65536);
