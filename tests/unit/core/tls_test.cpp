@@ -82,23 +82,6 @@ class Tls : public ::testing::Test {
       }
     }
   }
-  /// Writes by single attempts in pieces.
-  TlsStatus WriteAll(const std::string& data) {
-    size_t done = 0;
-    for (;;) {
-      size_t sent = 0;
-      const TlsStatus status = socket.WriteAvailable(data.data() + done, std::min(kPiece, data.size() - done), sent);
-      done += sent;
-      if (status == TlsStatus::kWouldBlock) {
-        EXPECT_EQ(socket.PollEvents(), POLLOUT);
-        pollfd entry = {socket.fd, socket.PollEvents(), 0};
-        if (platform::NetPoll(&entry, 1, kEnough) != 1) return TlsStatus::kFailed;
-      } else if (status != TlsStatus::kOk || done == data.size()) {
-        return status;
-      }
-    }
-  }
-
   std::unique_ptr<TlsTestServer> server_;  // Outlives the socket, whose close is what ends it.
   Stoppable process;
   LSSLSocketTCP socket;
@@ -198,16 +181,6 @@ TEST_F(Tls, NewestVersionAndAFullHandshakeEachTime) {
 
 // The handshake
 
-TEST_F(Tls, InitNeedsAnOpenSocketWithoutContext) {
-  EXPECT_FALSE(socket.InitSSL());
-  EXPECT_FALSE(socket.ConvertSocketToSSLTimeOut(kEnough));
-  Serve([](TlsTestPeer& peer) { peer.Receive(1); });
-  Connect();
-  EXPECT_TRUE(socket.InitSSL());
-  EXPECT_FALSE(socket.InitSSL());
-  EXPECT_EQ(platform::TlsGetState(socket.pContext), TlsState::kIdle);
-}
-
 TEST_F(Tls, HandshakeWithASilentServerTimesOutWithoutBurningTime) {
   Serve([](TlsTestPeer& peer) { peer.ReceiveToEnd(); });
   Connect();
@@ -218,39 +191,6 @@ TEST_F(Tls, HandshakeWithASilentServerTimesOutWithoutBurningTime) {
   EXPECT_LT(watch.Ms(), 5000);
   EXPECT_LT((clock() - cpu) * 1000 / CLOCKS_PER_SEC, 350);
   EXPECT_FALSE(socket.ConvertSocketToSSLTimeOut(0));
-}
-
-TEST_F(Tls, HandshakeFailsOnWhatIsNoTls) {
-  struct Row {
-    const char* name;
-    TlsTestServer::Behaviour behaviour;
-  };
-  const Row rows[] = {
-      {"plain text",
-       [](TlsTestPeer& peer) {
-         peer.Send("220 Welcome to a plain server\r\n");
-         peer.ReceiveToEnd();
-       }},
-      {"close",
-       [](TlsTestPeer& peer) {
-         peer.Receive(1);
-         peer.Cut();
-       }},
-      {"reset",
-       [](TlsTestPeer& peer) {
-         peer.Receive(1);
-         peer.Reset();
-       }},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.name);
-    Serve(row.behaviour);
-    Connect();
-    const Stopwatch watch;
-    EXPECT_FALSE(socket.ConvertSocketToSSLTimeOut(kWaitForever));
-    EXPECT_LT(watch.Ms(), 5000);
-    EXPECT_STRNE(platform::TlsErrorText(socket.pContext), "");
-  }
 }
 
 TEST_F(Tls, HandshakeGoesOnBetweenOtherWork) {
@@ -274,24 +214,6 @@ TEST_F(Tls, HandshakeGoesOnBetweenOtherWork) {
   EXPECT_EQ(status, TlsStatus::kOk);
   EXPECT_LT(steps, 20);
   EXPECT_EQ(ReceiveLine(), "in");
-}
-
-TEST_F(Tls, SwitchAfterPlainLines) {
-  Serve([](TlsTestPeer& peer) {
-    peer.Send("220 Ready\r\n");
-    EXPECT_EQ(peer.ReceiveLine(), "AUTH TLS\r\n");
-    peer.Send("234 Go on\r\n");
-    EXPECT_TRUE(peer.StartTls(TestCertificate::kGood));
-    EXPECT_EQ(peer.ReceiveLine(), "PBSZ 0\r\n");
-    peer.Send("200 Fine\r\n");
-  });
-  Connect();
-  EXPECT_EQ(ReceiveLine(), "220 Ready");
-  EXPECT_EQ(ProcessSend(process, socket, "AUTH TLS\r\n", 10, kEnough), LProcessResultOk);
-  EXPECT_EQ(ReceiveLine(), "234 Go on");
-  ASSERT_TRUE(socket.ConvertSocketToSSLTimeOut(kEnough));
-  EXPECT_EQ(ProcessSend(process, socket, "PBSZ 0\r\n", 8, kEnough), LProcessResultOk);
-  EXPECT_EQ(ReceiveLine(), "200 Fine");
 }
 
 // What the TLS layer holds
@@ -476,32 +398,6 @@ TEST_F(Tls, BlockedSendGoesOnUntilTheStop) {
   EXPECT_EQ(got.substr(got.size() - 3), "end");
   EXPECT_TRUE(data.compare(0, got.size() - 3, got, 0, got.size() - 3) == 0)
       << "What was taken over went out whole, in order and once";
-}
-
-TEST_F(Tls, LargeTransferBothWaysThroughSmallBuffers) {
-  const std::string data = TestBytes(50 << 20);
-  ServeSecure([&](TlsTestPeer& peer) {
-    // Smaller ones would fall below what loopback sends at once, and the kernel would probe instead of
-    // sending.
-    const int size = 131072;
-    setsockopt(peer.Fd(), SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
-    setsockopt(peer.Fd(), SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
-    std::string got;
-    for (std::string piece = peer.Receive(3000); !piece.empty(); piece = peer.Receive(3000)) got += piece;
-    EXPECT_TRUE(got == data);
-    EXPECT_TRUE(peer.HasCloseNotice());
-    peer.Send(got);
-    peer.SendCloseNotice();
-  });
-  ConnectSecure();
-  EXPECT_EQ(WriteAll(data), TlsStatus::kOk);
-  EXPECT_EQ(ProcessShutdownSend(process, socket, kEnough), LProcessResultOk);
-  std::string back;
-  back.reserve(data.size());
-  EXPECT_EQ(ReadToEnd(back), TlsStatus::kClosedGracefully);
-  EXPECT_TRUE(back == data);
-  EXPECT_TRUE(platform::TlsPeerClosedCleanly(socket.pContext));
-  EndServer();
 }
 
 TEST_F(Tls, CloseSendsTheNotice) {
