@@ -134,16 +134,6 @@ TEST_F(Settings, DeleteASectionWithoutRegardToCase) {
   EXPECT_FALSE(LUserSettingTestExists(kCFPreferencesCurrentUser, "Ab", "X"));
 }
 
-TEST_F(Settings, DoNothingOnAnEmptyStore) {
-  char out[kTextSize];
-  int index = 0;
-  EXPECT_FALSE(LUserSettingDeleteSection("a"));
-  EXPECT_FALSE(_LSettingChangePrimaryKey(kCFPreferencesCurrentUser, "a/b/", "c", out));
-  EXPECT_FALSE(_LSettingFindRecord(kCFPreferencesCurrentUser, out, index, "a", "b"));
-  EXPECT_FALSE(_LSettingPlistGetNextKey(kCFPreferencesCurrentUser, "", "", out));
-  EXPECT_STREQ(out, "");
-}
-
 TEST_F(Settings, MakeTheMarkersOfEachLevel) {
   const struct {
     const char* path;
