@@ -99,13 +99,6 @@ TEST_P(Download, RefusedLeavesAnEmptyFile) {
   ExpectInStep();
 }
 
-TEST_P(Download, NeedsNobodyToTakeTheErrorText) {
-  Begin(Session::bHasSize);
-  ExpectStart(5);
-  server.Expect("RETR r.bin").Reply("550 No such file");
-  EXPECT_EQ(ProcessFtpDownload(process, session, "r.bin", folder.Path("l.bin").c_str(), nullptr), LProcessResultFailed);
-}
-
 TEST_P(Download, FailsBeforeTheServerIsAskedWhenTheLocalFileIsNotToBeHad) {
   Begin();
   EXPECT_EQ(ProcessFtpDownload(process, session, "r.bin", folder.Path("none/l.bin").c_str(), &error),

@@ -167,37 +167,6 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
   }
 }
 
-TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
-  proxy_user = "pia\r\nDELE a";
-  Use(1);
-  server.Greet("220 Proxy");
-  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  EXPECT_THAT(
-      history.Messages(),
-      ElementsAre(kHasLineEnd, Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
-
-  proxy_user = "pia";
-  proxy_password = "word\nDELE a";
-  Use(4);
-  server.Greet("220 Proxy");
-  server.Expect("USER pia").Reply("331 x");
-  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  EXPECT_EQ(history.Messages().back(),
-            Message("サーバー", "にパスワードを送信できませんでした。接続を確認してください。"));
-
-  const std::string notRouted = Message("サーバー", "へサイトコマンドを送信できませんでした。接続を確認してください。");
-  Use(2);
-  server.Greet("220 Proxy");
-  EXPECT_EQ(LogOnTo("ftp.example\r\nDELE a"), LProcessResultFailed);
-  EXPECT_EQ(history.Messages().back(), notRouted);
-  Use(3);
-  user = std::string(250, 'u');
-  server.Greet("220 Proxy");
-  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  const std::vector<std::string> all = history.Messages();
-  EXPECT_THAT(std::vector<std::string>(all.end() - 2, all.end()), ElementsAre(kCommandTooLong, notRouted));
-}
-
 TEST_P(LogonProxy, GetsNoExplicitTls) {
   Use(2);
   server.Greet("220 Proxy");
