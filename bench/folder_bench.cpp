@@ -30,7 +30,7 @@
 #include "platform/event_loop.h"
 #include "sites/store/accounts.h"
 #include "sites/store/settings.h"
-#include "ui/history_file.h"
+#include "support/history_file.h"
 #include "ui_driver.h"
 
 namespace {

@@ -3,19 +3,17 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
-#include <vector>
 
 #include "ftp/logon.h"
 #include "ftp/protocol.h"
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/real_server.h"
 #include "support/recording_interface.h"
 #include "support/scratch_folder.h"
 #include "support/server_setups.h"
+#include "support/test_files.h"
 
 class ServerTest : public testing::TestWithParam<ServerSetup> {
  protected:
@@ -35,24 +33,14 @@ class ServerTest : public testing::TestWithParam<ServerSetup> {
 
   // The server's folder, as its owner sees it.
   std::filesystem::path Remote(const std::string& name) const { return std::filesystem::path(server.Folder()) / name; }
-  void PutRemote(const std::string& name, const std::string& content) const {
-    std::ofstream(Remote(name), std::ios::binary) << content;
-  }
-  std::string GetRemote(const std::string& name) const {
-    std::ifstream file(Remote(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  bool HistoryHas(const std::string& part) const {
-    for (const std::string& line : history.Lines()) {
-      if (line.find(part) != std::string::npos) return true;
-    }
-    return false;
-  }
+  void PutRemote(const std::string& name, const std::string& content) const { WriteFile(Remote(name), content); }
+  std::string GetRemote(const std::string& name) const { return ReadFile(Remote(name)); }
+  bool HistoryHas(const std::string& part) const { return history.Count(part) != 0; }
 
   RealServer server{GetParam()};
   LFileTransferProtocol session;
   RecordingInterface process;
-  HistoryCapture history;
+  HistoryFile history;
   ScratchFolder local;
 };
 

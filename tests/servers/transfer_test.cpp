@@ -12,13 +12,6 @@
 
 namespace {
 
-std::string RandomBytes(size_t size) {
-  std::mt19937_64 random(size + 1);
-  std::string bytes(size, 0);
-  std::generate(bytes.begin(), bytes.end(), [&random] { return static_cast<char>(random()); });
-  return bytes;
-}
-
 class ServerTransfer : public ServerTest {
  protected:
   LProcessResult Upload(const std::string& name, const std::string& from, bool append = false) {
@@ -34,7 +27,7 @@ TEST_P(ServerTransfer, FilesOfAllSizesComeThroughUnchanged) {
   LogOn();
   for (const size_t size : {0, 1, 1023, 1024, 1025, 5 * 1024 * 1024}) {
     SCOPED_TRACE(size);
-    const std::string bytes = RandomBytes(size);
+    const std::string bytes = TestBytes(size);
     const std::string name = "ファイル " + std::to_string(size) + ".bin";
     const std::string from = local.Write("from", bytes);
     ASSERT_EQ(LProcessResultOk, Upload(name, from)) << error;
@@ -104,7 +97,7 @@ class ServerAppend : public ServerTransfer {};
 
 TEST_P(ServerAppend, SendsOnlyTheRest) {
   LogOn();
-  const std::string bytes = RandomBytes(100000);
+  const std::string bytes = TestBytes(100000);
   ASSERT_EQ(LProcessResultOk, Upload("file", local.Write("from", bytes.substr(0, 70000))));
   ASSERT_EQ(LProcessResultOk, Upload("file", local.Write("from", bytes), true));
   EXPECT_TRUE(bytes == GetRemote("file"));

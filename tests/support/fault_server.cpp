@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "support/server_channel.h"
+#include "support/test_files.h"
 
 namespace {
 
@@ -472,11 +473,7 @@ void FaultServer::Conversation::ReceiveContent(ServerFault fault) {
 
 // The test's side
 
-std::string FaultServer::Content() {
-  std::string bytes(3000, 0);
-  for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>((i * 2654435761u) >> 13);
-  return bytes;
-}
+std::string FaultServer::Content() { return TestBytes(3000); }
 
 std::vector<std::string> FaultServer::Listed() { return {kFile, "sub", "with blank.txt", "日本語.txt"}; }
 

@@ -6,40 +6,26 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 #include "platform/preferences.h"
+#include "support/environment.h"
+#include "support/scratch_folder.h"
 
 /// The base of fixtures: the store begins empty and is gone afterwards.
 class PreferenceFolder : public testing::Test {
- protected:
-  PreferenceFolder() {
-    char made[] = "/tmp/orvane-preferences-XXXXXX";
-    if (!mkdtemp(made)) abort();
-    root = made;
-    if (const char* before = getenv("XDG_CONFIG_HOME")) configBefore = before;
-    setenv("XDG_CONFIG_HOME", root.c_str(), 1);
-    platform::PreferencesClose();
-  }
+ private:
+  const ScratchFolder scratch_;
+  const Environment config_{"XDG_CONFIG_HOME", scratch_.Path()};
 
-  ~PreferenceFolder() override {
-    platform::PreferencesClose();
-    if (configBefore.empty()) {
-      unsetenv("XDG_CONFIG_HOME");
-    } else {
-      setenv("XDG_CONFIG_HOME", configBefore.c_str(), 1);
-    }
-    std::error_code ignored;
-    std::filesystem::remove_all(root, ignored);
-  }
+ protected:
+  PreferenceFolder() { platform::PreferencesClose(); }
+  ~PreferenceFolder() override { platform::PreferencesClose(); }
 
   std::string StoreFolder() const { return root + "/orvaneftp"; }
   std::string StoreFile() const { return StoreFolder() + "/preferences.sqlite"; }
@@ -53,25 +39,7 @@ class PreferenceFolder : public testing::Test {
     return found;
   }
 
-  static std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  }
-
-  static void WriteFile(const std::string& path, const std::string& content) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
-  }
-
-  static unsigned ModeOf(const std::string& path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-  }
-
-  std::string root;
-
- private:
-  std::string configBefore;
+  const std::string& root = scratch_.Path();
 };
 
 /// Another process on the same store. It starts at once, but does nothing before Start: it must not inherit
@@ -122,27 +90,4 @@ class OtherProcess {
 
   int gate[2] = {-1, -1};
   pid_t pid = -1;
-};
-
-/// While it lives, file permissions count: root, as tests may run in a container, would pass over them.
-class OrdinaryUser {
- public:
-  explicit OrdinaryUser(const std::string& folderToOwn) {
-    if (geteuid() != 0) return;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folderToOwn)) Own(entry.path());
-    Own(folderToOwn);
-    wasRoot = seteuid(kNobody) == 0;
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-  ~OrdinaryUser() {
-    if (wasRoot && seteuid(0) != 0) abort();
-  }
-
- private:
-  static constexpr uid_t kNobody = 65534;
-  static void Own(const std::string& path) {
-    if (chown(path.c_str(), kNobody, kNobody) != 0) abort();
-  }
-  bool wasRoot = false;
 };

@@ -1,20 +1,20 @@
 // A folder for one test, removed with all that is in it.
 #pragma once
 
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
 #include <set>
-#include <stdlib.h>
 #include <string>
+
+#include "support/test_files.h"
 
 class ScratchFolder {
  public:
-  ScratchFolder() {
-    char pattern[] = "/tmp/orvane-scratch-XXXXXX";
-    EXPECT_NE(mkdtemp(pattern), nullptr);
-    root = pattern;
+  explicit ScratchFolder(const std::string& where = "/tmp") : root(where + "/orvane-test-XXXXXX") {
+    if (mkdtemp(root.data())) return;
+    perror(root.c_str());
+    abort();  // Without it a test would write beside it.
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
@@ -29,18 +29,14 @@ class ScratchFolder {
   /// Makes the file with its folders; returns its path.
   std::string Write(const std::string& name, const std::string& content) const {
     const std::string path = Path(name);
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary) << content;
+    WriteFile(path, content);
     return path;
   }
   std::string MakeFolder(const std::string& name) const {
     std::filesystem::create_directories(Path(name));
     return Path(name);
   }
-  std::string Read(const std::string& name) const {
-    std::ifstream file(Path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Read(const std::string& name) const { return ReadFile(Path(name)); }
   /// True for anything at all, also a link that leads nowhere.
   bool Has(const std::string& name) const {
     return std::filesystem::symlink_status(Path(name)).type() != std::filesystem::file_type::not_found;

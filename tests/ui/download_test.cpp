@@ -1,8 +1,4 @@
 // Downloads through the button of the window, with the progress dialog that a user sees.
-#include <cstdio>
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include "support/window/menus.h"
 #include "ui/transfer_fixture.h"
 
@@ -54,37 +50,6 @@ TEST_F(Download, TheDialogTellsWhatHappensAndHoldsTheWindow) {
   EXPECT_THAT(item, testing::MatchesRegex("/stall.bin: [0-9 ]+%"));
 }
 
-TEST_F(Download, CancelEndsAStalledTransferAtOnce) {
-  MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
-  StartConnected();
-  alerts.Expect("ダウンロードされたローカルファイルまたはフォルダを削除しますか？", "削除しない");
-  const qint64 took = CancelDuring(
-      kDownloading, [&] { TransferTest::Download({"stall.bin"}); },
-      [&](platform::Window* dialog) { return Progress(dialog) > 0.2; });
-  printf("a stalled download ended %lld ms after Cancel\n", static_cast<long long>(took));
-  EXPECT_LT(took, kCancelLimitMs);
-  EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
-  ExpectUsable();
-}
-
-TEST_F(Download, CancelEndsAFlowingTransferAtOnce) {
-  MakeRemote("huge.bin", "x");
-  std::filesystem::resize_file(Remote("huge.bin"), 20ull << 30);  // Sparse.
-  StartConnected();
-  alerts.Expect("ダウンロードされたローカルファイルまたはフォルダを削除しますか？", "削除しない");
-  const qint64 took = CancelDuring(
-      kDownloading, [&] { TransferTest::Download({"huge.bin"}); },
-      [&](platform::Window*) {
-        std::error_code none;
-        const auto there = std::filesystem::file_size(Local("huge.bin"), none);
-        return !none && there > 4 * 1024 * 1024;
-      });
-  printf("a flowing download ended %lld ms after Cancel\n", static_cast<long long>(took));
-  EXPECT_LT(took, kCancelLimitMs);
-  EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
-  ExpectUsable();
-}
-
 TEST_F(Download, EscapeCancelsToo) {
   MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
   StartConnected();
@@ -94,36 +59,6 @@ TEST_F(Download, EscapeCancelsToo) {
   TransferTest::Download({"stall.bin"});
   EXPECT_TRUE(escape.Acted());
   EXPECT_THAT(Messages(), Contains("ユーザーがダウンロードを中止しました"));
-}
-
-TEST_F(Download, AsksBeforeItOverwrites) {
-  for (const char* name : {"a.txt", "b.txt"}) {
-    MakeRemote(name, "new");
-    MakeLocal(name, "old");
-  }
-  StartConnected();
-  alerts.Expect(
-      "このファイルのコピー \"" + Local("a.txt") + "\" が既にローカルフォルダ内に存在します。上書きしますか？",
-      "上書きする");
-  alerts.Expect(Local("b.txt"), "スキップ");
-  TransferTest::Download({"a.txt", "b.txt"});
-  EXPECT_EQ(ContentOf(Local("a.txt")), "new");
-  EXPECT_EQ(ContentOf(Local("b.txt")), "old");
-}
-
-TEST_F(Download, OneAnswerMayHoldForAll) {
-  for (const char* name : {"a.txt", "b.txt", "c.txt"}) {
-    MakeRemote(name, "new");
-    MakeLocal(name, "old");
-  }
-  StartConnected();
-  alerts.Expect("a.txt", "スキップ", 1);
-  TransferTest::Download({"a.txt", "b.txt", "c.txt"});
-  for (const char* name : {"a.txt", "b.txt", "c.txt"}) EXPECT_EQ(ContentOf(Local(name)), "old");
-  // The answer holds for one batch.
-  alerts.Expect("a.txt", "上書きする", 1);
-  TransferTest::Download({"a.txt", "b.txt", "c.txt"});
-  for (const char* name : {"a.txt", "b.txt", "c.txt"}) EXPECT_EQ(ContentOf(Local(name)), "new");
 }
 
 TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {
@@ -138,17 +73,6 @@ TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {
   EXPECT_EQ(ContentOf(Local("b.txt")), "b") << "one file that fails does not end the run";
   EXPECT_EQ(StoreWithoutCounts(), before);
   ExpectUsable();
-}
-
-TEST_F(Download, KeepsTheServersDate) {
-  MakeRemote("old.txt", "x");
-  const timespec then[2] = {{1000000000, 0}, {1000000000, 0}};
-  utimensat(AT_FDCWD, Remote("old.txt").c_str(), then, 0);
-  StartConnected();
-  TransferTest::Download({"old.txt"});
-  struct stat status = {};
-  ASSERT_EQ(stat(Local("old.txt").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mtime, 1000000000);
 }
 
 }  // namespace

@@ -26,9 +26,7 @@ struct Holdings {
   static Holdings Now() {
     ui::Pump(100);          // What is deleted later is deleted, and the history has shown its last lines.
     QPixmapCache::clear();  // What the style has drawn, within a bound of its own.
-    const auto open = std::filesystem::directory_iterator("/proc/self/fd");
-    return {std::distance(begin(open), std::filesystem::directory_iterator()),
-            static_cast<int>(QApplication::allWidgets().size()), static_cast<long>(BytesInUse())};
+    return {OpenDescriptors(), static_cast<int>(QApplication::allWidgets().size()), static_cast<long>(BytesInUse())};
   }
 };
 

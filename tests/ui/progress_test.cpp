@@ -1,9 +1,11 @@
 // The progress dialog and the waits of its process, run by jobs of the test's own.
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QProgressBar>
 
 #include "core/progress_dialog.h"
 #include "core/signal_object.h"
+#include "platform/event_loop.h"
 #include "platform/qt/native_window.h"
 #include "support/window/menus.h"
 #include "ui/window_fixture.h"
@@ -225,6 +227,37 @@ TEST_F(Progress, TimersFireInTheMiddleOfAJob) {
   handler.TimerSet(1, 20);
   Run([&](LProcessInterface& process) { return process.ProcessWait(200); });
   EXPECT_EQ(handler.fired, 1);
+}
+
+// Without a dialog
+
+TEST_F(Progress, AQuietWaitDrawsAndDoesNothingElse) {
+  struct Field : QLineEdit {
+    void paintEvent(QPaintEvent* event) override {
+      QLineEdit::paintEvent(event);
+      ++drawn;
+    }
+    int drawn = 0;
+  } field;
+  field.show();
+  ASSERT_TRUE(ui::WaitUntil([&] { return field.isActiveWindow() && field.drawn > 0; }));
+  struct Clock : LTimerHandlerBase {
+    void EvTimer(int) override { hasFired = true; }
+    bool hasFired = false;
+  } clock;
+  clock.TimerSet(1, 0);
+  bool posted = false;
+  platform::EventLoopPost([&] { posted = true; });
+  field.update();
+  field.drawn = 0;
+  LProcessInterfaceVoid quiet;
+  EXPECT_EQ(quiet.ProcessWait(150), LProcessResultOk);
+  EXPECT_GT(field.drawn, 0);
+  EXPECT_FALSE(clock.hasFired);
+  EXPECT_FALSE(posted);
+  ui::Pump(50);
+  EXPECT_TRUE(clock.hasFired);
+  EXPECT_TRUE(posted) << "nothing is lost";
 }
 
 }  // namespace

@@ -3,10 +3,10 @@
 #include <QCheckBox>
 #include <QDesktopServices>
 #include <QUrl>
-#include <cstdlib>
 #include <unistd.h>
 
 #include "platform/qt/native_window.h"
+#include "support/environment.h"
 #include "ui/layout_checks.h"
 #include "ui/screens.h"
 #include "ui/window_fixture.h"
@@ -214,9 +214,8 @@ TEST_F(RemoteOperations, AFolderThatStaysIsTriedTwiceOverANewConnection) {
 TEST_F(RemoteOperations, PermissionsAreReadSetAndShown) {
   MakeRemote("a.txt", "x");
   std::filesystem::permissions(Remote("a.txt"), std::filesystem::perms(0640));
-  setenv("ORVANE_LACKING_COMMANDS", "MLSD MLST", 1);
+  const Environment lacking("ORVANE_LACKING_COMMANDS", "MLSD MLST");
   StartConnected();
-  unsetenv("ORVANE_LACKING_COMMANDS");
   EXPECT_EQ(Rights("a.txt"), "-rw-r-----");
   Permissions({"a.txt"}, {109, 110, 111, 114, 116, 119, 121});
   EXPECT_THAT(shownBoxes, ElementsAre(109, 110, 114)) << "the boxes show what the listing said";
@@ -253,9 +252,8 @@ TEST_F(RemoteOperations, ALinkOpensWhatItLeadsTo) {
   MakeRemote("file.txt", "本文");
   ASSERT_EQ(symlink("folder", Remote("tofolder").c_str()), 0);
   ASSERT_EQ(symlink("file.txt", Remote("tofile").c_str()), 0);
-  setenv("ORVANE_LACKING_COMMANDS", "MLSD MLST", 1);
+  const Environment lacking("ORVANE_LACKING_COMMANDS", "MLSD MLST");
   StartConnected();
-  unsetenv("ORVANE_LACKING_COMMANDS");
   const Opened opened;
   const Texts names = Names(kRemoteList);
   for (size_t row = 0; row < names.size(); ++row) {

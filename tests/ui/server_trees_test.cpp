@@ -2,8 +2,8 @@
 // compared byte for byte and date for date. Both sides live in Japan's time, so that a date that is off by the zone
 // shows.
 #include <cstdlib>
-#include <ctime>
 
+#include "support/environment.h"
 #include "support/real_server.h"
 #include "support/server_setups.h"
 #include "ui/transfer_fixture.h"
@@ -24,17 +24,11 @@ TreeSize SizeOfTree() {
 
 class ServerTrees : public TransferTest, public testing::WithParamInterface<ServerSetup> {
  protected:
-  ServerTrees() { SetZone("JST-9"); }
   ~ServerTrees() override {
     // While it has its server.
     if (delegate) CloseProgram();
-    SetZone("UTC");
   }
 
-  static void SetZone(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-  }
   std::string Server(const std::string& name) const { return real->Folder() + "/" + name; }
   void Start() {
     real = std::make_unique<RealServer>(GetParam());
@@ -85,6 +79,7 @@ class ServerTrees : public TransferTest, public testing::WithParamInterface<Serv
     }));
   }
 
+  const TimeZone zone{"JST-9"};
   std::unique_ptr<RealServer> real;
 };
 

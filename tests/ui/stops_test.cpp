@@ -106,8 +106,11 @@ TEST_P(Cancel, LeavesWhatTheUserWants) {
   alerts.Expect(isDown ? kCleanUpDownload : kCleanUpUpload, isTakenBack ? "削除"
                                                             : isDown    ? "削除しない"
                                                                         : "キャンセル");
-  CancelDuring(
+  const qint64 took = CancelDuring(
       isDown ? kDownloading : kUploading, [&] { Transfer(GetParam().isDown); }, Begins(isDown, stage));
+  if (stage == Stage::kTransferring && !isTakenBack) {
+    EXPECT_LT(took, kCancelLimitMs) << "it stalls";
+  }
   EXPECT_THAT(Found(isDown ? Local() : Remote()), ElementsAreArray(left));
   EXPECT_THAT(Messages(),
               Contains(isDown ? "ユーザーがダウンロードを中止しました" : "ユーザーがアップロードを中止しました"));
@@ -141,6 +144,30 @@ INSTANTIATE_TEST_SUITE_P(
         Cancelled{
             "UpTransferringStay", false, Stage::kTransferring, false, {"c/stall.bin", "d/mine.txt=mine", "d/s: 30"}}),
     [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Stops, ACancelEndsAFlowingTransferAtOnce) {
+  MakeRemote("down.bin", "x");
+  MakeLocal("up.bin", "x");
+  for (const std::string& file : {Remote("down.bin"), Local("up.bin")}) {
+    std::filesystem::resize_file(file, 20ull << 30);  // Sparse.
+  }
+  StartConnected();
+  for (const bool isDown : {true, false}) {
+    if (isDown) alerts.Expect(kCleanUpDownload, "削除しない");
+    const std::string arriving = isDown ? Local("down.bin") : Remote("up.bin");
+    const qint64 took = CancelDuring(
+        isDown ? kDownloading : kUploading, [&] { isDown ? Download({"down.bin"}) : Upload({"up.bin"}); },
+        [&](platform::Window*) {
+          std::error_code none;
+          const auto there = std::filesystem::file_size(arriving, none);
+          return !none && there > 4 * 1024 * 1024;
+        });
+    EXPECT_LT(took, kCancelLimitMs) << arriving;
+    EXPECT_THAT(Messages(),
+                Contains(isDown ? "ユーザーがダウンロードを中止しました" : "ユーザーがアップロードを中止しました"));
+    ExpectUsable();
+  }
+}
 
 /// Only folders so far: there is no file at which the stop could be found out.
 TEST_F(Stops, ACancelBeforeTheFirstFileOfAnUploadIsNotAskedAbout) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <sys/stat.h>
 
+#include "support/environment.h"
 #include "support/file_trouble.h"
 #include "ui/transfer_fixture.h"
 
@@ -21,11 +22,10 @@ class Trouble : public TransferTest {
  protected:
   /// The server has the rights of a user who owns nothing.
   void ServeAsNobody() {
-    setenv("ORVANE_SERVE_AS_NOBODY", "1", 1);
+    const Environment nobody("ORVANE_SERVE_AS_NOBODY", "1");
     chmod(root.c_str(), 0711);
     chmod(Remote().c_str(), 0777);
     StartConnected();
-    unsetenv("ORVANE_SERVE_AS_NOBODY");
   }
   /// The local folder is one of 64 MiB.
   void LiveOnASmallDisk() {

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "platform/qt/list_control.h"
+#include "support/environment.h"
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -44,8 +45,6 @@ class TwoFolders : public TransferTest {
 };
 
 TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {
-  setenv("TZ", "UTC", 1);
-  tzset();
   MakeBoth("remote-newer.txt", kOld, kNew);
   MakeBoth("local-newer.txt", kNew, kOld);
   MakeBoth("same.txt", kOld, kOld);
@@ -96,12 +95,6 @@ void PrintTo(const Zone& zone, std::ostream* out) { *out << zone.name; }
 
 class Zones : public TwoFolders, public testing::WithParamInterface<Zone> {
  protected:
-  Zones() { SetZone(GetParam().zone); }
-  ~Zones() override { SetZone("UTC"); }
-  static void SetZone(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-  }
   std::vector<std::string> Moved() {
     std::vector<std::string> commands = history.Commands();
     commands.erase(commands.begin(), commands.begin() + seen);
@@ -112,6 +105,7 @@ class Zones : public TwoFolders, public testing::WithParamInterface<Zone> {
   }
 
  private:
+  const TimeZone zone{GetParam().zone};
   std::ptrdiff_t seen = 0;
 };
 
@@ -123,9 +117,8 @@ TEST_P(Zones, ASecondRunMovesNothingWhereTheDatesAreToldAsTheyAre) {
     SetTime(Remote("from-server-") + season, date);
     SetTime(Local("from-here-") + season, date);
   }
-  setenv("ORVANE_LACKING_COMMANDS", GetParam().lacking, 1);
+  const Environment lacking("ORVANE_LACKING_COMMANDS", GetParam().lacking);
   StartConnected();
-  unsetenv("ORVANE_LACKING_COMMANDS");
   alerts.Expect(kQuestion, "同期する", 1);
   Press(kSynchroniseButton);
   EXPECT_THAT(Moved(), UnorderedElementsAre("RETR /from-server-winter", "RETR /from-server-summer",
@@ -180,8 +173,6 @@ TEST_F(TwoFolders, AFolderTooDeepForAPathIsNotCompared) {
 }
 
 TEST_F(TwoFolders, ComparingSelectsWhatIsNewerOrOnlyOnTheServer) {
-  setenv("TZ", "UTC", 1);
-  tzset();
   MakeBoth("remote-newer.txt", kOld, kNew);
   MakeBoth("local-newer.txt", kNew, kOld);
   MakeBoth("same.txt", kOld, kOld);

@@ -1,6 +1,4 @@
 // Uploads through the button of the window.
-#include <cstdio>
-
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -37,23 +35,6 @@ TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   EXPECT_EQ(ContentOf(Remote("a.txt")), "new");
   EXPECT_EQ(ContentOf(Remote("b.txt")), "old");
   EXPECT_EQ(ContentOf(Remote("empty.txt")), "new");
-}
-
-TEST_F(Upload, CancelEndsAFlowingTransferAtOnce) {
-  MakeLocal("huge.bin", "x");
-  std::filesystem::resize_file(Local("huge.bin"), 20ull << 30);  // Sparse.
-  StartConnected();
-  const qint64 took = CancelDuring(
-      kUploading, [&] { TransferTest::Upload({"huge.bin"}); },
-      [&](platform::Window*) {
-        std::error_code none;
-        const auto there = std::filesystem::file_size(Remote("huge.bin"), none);
-        return !none && there > 4 * 1024 * 1024;
-      });
-  printf("a flowing upload ended %lld ms after Cancel\n", static_cast<long long>(took));
-  EXPECT_LT(took, kCancelLimitMs);
-  EXPECT_THAT(Messages(), Contains("ユーザーがアップロードを中止しました"));
-  ExpectUsable();
 }
 
 TEST_F(Upload, AFileThatTheServerRefusesIsNamed) {

@@ -13,8 +13,8 @@
 #include "app/command_ids.h"
 #include "app/main_dialog.h"
 #include "ftp/timeouts.h"
+#include "support/history_file.h"
 #include "support/settings_fixture.h"
-#include "ui/history_file.h"
 #include "ui/pane_server.h"
 #include "ui_driver.h"
 

@@ -67,7 +67,7 @@ TEST_P(DataConnection, MovesLargePiecesWithFewQuestions) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
     session.CloseSocket();
-    const std::string content = Content(kSize);
+    const std::string content = TestBytes(kSize);
     Open(secure).DataSend(content);
     Begin(secure);
     const int before = process.Questions();
@@ -90,7 +90,7 @@ TEST_P(DataConnection, ClosesAtOnceWhereNothingWasMoved) {
 }
 
 TEST_P(DataConnection, ClosesWithinItsBoundWhenTheServerGoesOnSending) {
-  Open().DataPart(Content(4u << 20)).Delay(200).DataPart(Content(4u << 20)).DataClose();
+  Open().DataPart(TestBytes(4u << 20)).Delay(200).DataPart(TestBytes(4u << 20)).DataClose();
   Begin();
   gFtpTimeouts.dataCloseMs = kShortMs;
   size_t count = 0;

@@ -8,6 +8,7 @@
 #include "ftp/transfer_progress.h"
 #include "support/scratch_folder.h"
 #include "support/test_certificates.h"
+#include "support/test_files.h"
 #include "wire/wire_fixture.h"
 
 class DataTest : public WireTest {
@@ -117,12 +118,6 @@ class DataTest : public WireTest {
       if (at == level) texts.push_back(status);
     }
     return texts;
-  }
-  /// Bytes that tell their place, so that a lost or doubled piece shows.
-  static std::string Content(size_t size) {
-    std::string bytes(size, 0);
-    for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>((i * 2654435761u) >> 13);
-    return bytes;
   }
   template <typename Call>
   static long MillisecondsOf(Call call) {

@@ -7,6 +7,7 @@
 #include "ftp/dir_iterator.h"
 #include "ftp/queries.h"
 #include "ftp/transfer.h"
+#include "support/test_files.h"
 #include "wire/fault_matrix.h"
 
 namespace {
@@ -17,11 +18,6 @@ constexpr int64_t kTime = 1579084200;  ///< 2020-01-15 10:30:00, the date of eve
 /// More than the kernel holds for both ends of a connection.
 constexpr size_t kMoreThanBuffers = 2u << 20;
 constexpr char kReceiving[] = "ファイルをダウンロードしています...";
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return std::string((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-}
 
 /// A server that fell silent, or whose replies came out of step, did something else than it said.
 bool IsHonest(ServerFault fault) {

@@ -21,9 +21,10 @@
 
 #include "ftp/proxy_settings.h"
 #include "platform/preferences.h"
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/scratch_folder.h"
 #include "support/test_certificates.h"
+#include "support/test_files.h"
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -128,17 +129,6 @@ size_t FirstOfInterest(const FaultScenario& scenario, const std::vector<std::str
   return first;
 }
 
-size_t OpenDescriptors() {
-  const auto all = std::filesystem::directory_iterator("/proc/self/fd");
-  return static_cast<size_t>(std::distance(begin(all), end(all)));
-}
-
-std::string Bytes(size_t size) {
-  std::string bytes(size, 0);
-  for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>((i * 2246822519u) >> 11);
-  return bytes;
-}
-
 /// Runs one cell after another.
 class CellRunner {
  public:
@@ -177,19 +167,20 @@ class CellRunner {
 
   const std::vector<std::string>& Run(const Cell& cell) {
     problems_.clear();
-    const size_t descriptors = OpenDescriptors();
+    const long descriptors = OpenDescriptors();
     Converse(cell, nullptr);
-    const size_t left = OpenDescriptors();
+    const long left = OpenDescriptors();
     if (left != descriptors) problems_.push_back("descriptors left open: " + std::to_string(left - descriptors));
     return problems_;
   }
 
  private:
   void Converse(const Cell& cell, std::vector<std::string>* commands) {
+    const HistoryFile history;
     LFileTransferProtocol session;
     Meet(cell, session, commands);
     UseHealthyServer(cell, session);
-    for (const std::string& line : history_.Lines()) {
+    for (const std::string& line : history.Lines()) {
       if (line.find("sesame") != std::string::npos) problems_.push_back("a password in the history: " + line);
     }
   }
@@ -201,7 +192,7 @@ class CellRunner {
     FaultCell run = {server, session, process, cell.kind->fault, folder_.Path("local"), "", {}, {}, 0, ""};
     std::filesystem::remove(run.local_path);
     if (strstr(scenario.name.c_str(), "upload")) {
-      run.local_content = Bytes(FaultLocalSize(scenario));
+      run.local_content = TestBytes(FaultLocalSize(scenario), 2246822519u);
       folder_.Write("local", run.local_content);
     }
     SetEveryTimeout(kAmpleMs);
@@ -254,7 +245,6 @@ class CellRunner {
     session.CloseSocket();
   }
 
-  HistoryCapture history_;
   ScratchFolder folder_;
   std::vector<std::string> problems_;
 };

@@ -7,8 +7,6 @@
 
 constexpr char kLogonRefused[] =
     "ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。";
-constexpr char kHasLineEnd[] = "コマンドの途中に改行があるか、または行末がないため送信しませんでした。";
-constexpr char kCommandTooLong[] = "コマンドが長すぎるため送信しませんでした。";
 
 enum Security { kPlain, kExplicit, kImplicit };
 

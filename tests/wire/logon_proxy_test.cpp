@@ -80,7 +80,7 @@ TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
 TEST_P(LogonProxy, MustGreetWithExactly220) {
   Use(2);
   for (const char* greeting : {"230 x", "221 x", "120 x", "331 x", "hello"}) {
-    const HistoryCapture messages;
+    const HistoryFile messages;
     server.Greet(greeting);
     EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed) << greeting;
     EXPECT_THAT(messages.Messages(), ElementsAre(MessageToCheckAddress("サーバー", "からの応答が不良です。")));
@@ -150,7 +150,7 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
   };
   for (const FailureRow& row : rows) {
     SCOPED_TRACE(row.name);
-    const HistoryCapture messages;
+    const HistoryFile messages;
     Use(row.type);
     server.Greet("220 Proxy");
     for (const auto& [command, reply] : row.exchanges) {
@@ -165,37 +165,6 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
     const std::string expected = row.before.empty() ? kLogonRefused : Message(row.before, row.after);
     EXPECT_THAT(messages.Messages(), ElementsAre(expected));
   }
-}
-
-TEST_P(LogonProxy, SendsNothingThatIsMoreThanOneCommand) {
-  proxy_user = "pia\r\nDELE a";
-  Use(1);
-  server.Greet("220 Proxy");
-  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  EXPECT_THAT(
-      history.Messages(),
-      ElementsAre(kHasLineEnd, Message("サーバー", "にユーザー名を送信できませんでした。接続を確認してください。")));
-
-  proxy_user = "pia";
-  proxy_password = "word\nDELE a";
-  Use(4);
-  server.Greet("220 Proxy");
-  server.Expect("USER pia").Reply("331 x");
-  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  EXPECT_EQ(history.Messages().back(),
-            Message("サーバー", "にパスワードを送信できませんでした。接続を確認してください。"));
-
-  const std::string notRouted = Message("サーバー", "へサイトコマンドを送信できませんでした。接続を確認してください。");
-  Use(2);
-  server.Greet("220 Proxy");
-  EXPECT_EQ(LogOnTo("ftp.example\r\nDELE a"), LProcessResultFailed);
-  EXPECT_EQ(history.Messages().back(), notRouted);
-  Use(3);
-  user = std::string(250, 'u');
-  server.Greet("220 Proxy");
-  EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-  const std::vector<std::string> all = history.Messages();
-  EXPECT_THAT(std::vector<std::string>(all.end() - 2, all.end()), ElementsAre(kCommandTooLong, notRouted));
 }
 
 TEST_P(LogonProxy, GetsNoExplicitTls) {

@@ -38,15 +38,6 @@ TEST_P(Passive, GivesTheAddressAsTheServerToldIt) {
   }
 }
 
-TEST_P(Passive, StaysInStepAfterAStop) {
-  Connect();
-  StopAfterCommands(1);
-  server.Expect("PASV").Delay(300).Reply("227 (1,2,3,4,5,6)");
-  EXPECT_EQ(Ask(), LProcessResultStopped);
-  EXPECT_STREQ(address, "");
-  ExpectInStep();
-}
-
 TEST_P(Passive, WaitsForAReplyAlsoWhenTheStopCameBeforeTheCommand) {
   Connect();
   gFtpTimeouts.drainReplyMs = kShortMs;

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "support/environment.h"
 #include "wire/data_fixture.h"
 
 namespace {
@@ -16,15 +17,6 @@ constexpr char kLinkLine[] = "lrwxrwxrwx 1 anna staff 1 Jan 15 2019 link\r\n";
 
 class Queries : public DataTest {
  protected:
-  Queries() {
-    setenv("TZ", "Asia/Tokyo", 1);
-    tzset();
-  }
-  ~Queries() override {
-    unsetenv("TZ");
-    tzset();
-  }
-
   LProcessResult AskSize(const char* name = "f.txt") { return ProcessFtpGetFileSize(process, session, name, size); }
   LProcessResult AskTime(const char* name = "f.txt") {
     return ProcessFtpGetFileModifiedTime(process, session, name, time);
@@ -39,6 +31,7 @@ class Queries : public DataTest {
     DataTest::Begin(capabilities);
   }
 
+  const TimeZone zone{"Asia/Tokyo"};
   static constexpr int kTokyo = 9 * 60 * 60;
   uint64_t size = 77;
   int64_t time = 77;

@@ -48,7 +48,7 @@ TEST_P(Replies, EndAtTheFirstLineThatIsNoContinuation) {
   for (const ReplyRow& row : kReplies) {
     if (one_byte && row.needs_whole_segment) continue;
     SCOPED_TRACE(row.name);
-    const HistoryCapture lines;
+    const HistoryFile lines;
     server.Accept().Raw(row.bytes);
     ConnectToGreeting();
     EXPECT_EQ(Wait(), LProcessResultOk);

@@ -11,7 +11,7 @@
 #include "ftp/timeouts.h"
 #include "ftp/transfer.h"
 #include "support/fault_server.h"
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/recording_interface.h"
 #include "support/scratch_folder.h"
 
@@ -22,6 +22,10 @@ using testing::Contains;
 
 constexpr char kHasLineEnd[] = "コマンドの途中に改行があるか、または行末がないため送信しませんでした。";
 constexpr char kTooLong[] = "コマンドが長すぎるため送信しませんでした。";
+constexpr char kUserNotSent[] = "へのユーザー名送信に失敗しました。接続を確認しています。";
+constexpr char kProxyUserNotSent[] = "にユーザー名を送信できませんでした。接続を確認してください。";
+constexpr char kProxyPasswordNotSent[] = "にパスワードを送信できませんでした。接続を確認してください。";
+constexpr char kRoutingNotSent[] = "へサイトコマンドを送信できませんでした。接続を確認してください。";
 /// Every kind of a line end, in front of a command, inside and at the end of a text.
 const char* const kSmugglers[] = {"a\r\nDELE b", "a\nDELE b", "a\rDELE b", "a\r\n", "a\n", "a\r", "\r\nDELE b", "\n"};
 
@@ -63,6 +67,7 @@ struct Row {
   uint32_t capabilities = 0;  ///< Of the session; what logs on by itself has none.
   bool logs_on = true;
   LProcessResult result = LProcessResultFailed;
+  const char* told = nullptr;  ///< Behind the complaint, by a logon: what was not sent, behind host and port.
 };
 
 template <size_t N>
@@ -76,19 +81,20 @@ LProcessResult AskWith(SmuggledCommands& test, const char (&format)[N], const ch
 
 const Row kRows[] = {
     {"user", [](SmuggledCommands& t, const char* x) { return t.LogOn(t.server->Address().c_str(), x, "secret"); }, 0,
-     false},
+     false, LProcessResultFailed, kUserNotSent},
     {"password", [](SmuggledCommands& t, const char* x) { return t.LogOn(t.server->Address().c_str(), "anna", x); }, 0,
      false},
     {"proxy user", [](SmuggledCommands& t, const char* x) { return t.LogOnThroughProxy(1, x, "pw", "ftp.example:21"); },
-     0, false},
+     0, false, LProcessResultFailed, kProxyUserNotSent},
     {"proxy password",
-     [](SmuggledCommands& t, const char* x) { return t.LogOnThroughProxy(4, "pia", x, "ftp.example:21"); }, 0, false},
+     [](SmuggledCommands& t, const char* x) { return t.LogOnThroughProxy(4, "pia", x, "ftp.example:21"); }, 0, false,
+     LProcessResultFailed, kProxyPasswordNotSent},
     {"server behind SITE", [](SmuggledCommands& t, const char* x) { return t.LogOnThroughProxy(1, "pia", "pw", x); }, 0,
-     false},
+     false, LProcessResultFailed, kRoutingNotSent},
     {"server behind OPEN", [](SmuggledCommands& t, const char* x) { return t.LogOnThroughProxy(2, "", "", x); }, 0,
-     false},
+     false, LProcessResultFailed, kRoutingNotSent},
     {"server behind USER", [](SmuggledCommands& t, const char* x) { return t.LogOnThroughProxy(3, "", "", x); }, 0,
-     false},
+     false, LProcessResultFailed, kRoutingNotSent},
     {"CWD", [](SmuggledCommands& t,
                const char* x) { return t.session.SetCurrentDirectory(x) ? LProcessResultOk : LProcessResultFailed; }},
     {"CWD with progress",
@@ -145,7 +151,7 @@ const Row kRows[] = {
 /// Runs the row against a server of its own; what it says in the history, and all that went out.
 void RunRow(SmuggledCommands& test, const Row& row, const char* text, const char* complaint) {
   SCOPED_TRACE(row.name + (": " + testing::PrintToString(text)));
-  HistoryCapture history;
+  HistoryFile history;
   ServerManner manner;
   manner.proxy = !row.logs_on;
   test.server = std::make_unique<FaultServer>(manner, nullptr);
@@ -156,6 +162,13 @@ void RunRow(SmuggledCommands& test, const Row& row, const char* text, const char
   }
   EXPECT_EQ(row.run(test, text), row.result);
   EXPECT_THAT(history.Messages(), Contains(complaint));
+  const std::string port = test.server->Address().substr(strlen("127.0.0.1:"));
+  if (row.told) {
+    EXPECT_EQ(history.Messages().back(), "サーバー127.0.0.1（ポート" + port + "）" + row.told);
+  }
+  if (strstr(row.name, "password")) {
+    EXPECT_EQ(history.Count("DELE"), 0u) << "a password in the history";
+  }
   for (const std::string& command : test.server->Commands()) {
     EXPECT_EQ(command.find_first_of("\r\n"), std::string::npos) << command;
     EXPECT_NE(command.substr(0, 4), "DELE");

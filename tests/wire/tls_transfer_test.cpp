@@ -32,7 +32,7 @@ TEST_P(SecureUpload, EveryByteArrivesEveryTime) {
     BeginSecure();
     for (const size_t size : {0, 1, 1023, 1024, 1025, 300000, 5000000}) {
       SCOPED_TRACE(std::to_string(size) + (version == TestCertificate::kTls12 ? " under 1.2" : " under 1.3"));
-      const std::string content = Content(size);
+      const std::string content = TestBytes(size);
       const std::string local = folder.Write("l.bin", content);
       for (int i = 0; i < Repeats(); ++i) {
         ASSERT_EQ(Upload(local), LProcessResultOk);

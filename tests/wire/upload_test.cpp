@@ -47,7 +47,7 @@ TEST_P(Upload, SendsAFile) {
     SCOPED_TRACE(secure);
     session.CloseSocket();
     BeginAs(secure, Session::bHasMfmt);
-    const std::string content = Content(300 * kBlock + 7);
+    const std::string content = TestBytes(300 * kBlock + 7);
     WriteLocal(content);
     ExpectPassive("I");
     ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
@@ -63,11 +63,11 @@ TEST_P(Upload, SendsAFile) {
 TEST_P(Upload, ShowsItsProgress) {
   Begin();
   for (const size_t blocks : {size_t{0}, size_t{4}, size_t{1000}}) {
-    WriteLocal(Content(blocks * kBlock));
+    WriteLocal(TestBytes(blocks * kBlock));
     ExpectPassive("I");
     ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
     EXPECT_EQ(Run(), LProcessResultOk);
-    EXPECT_TRUE(server.Received().back() == Content(blocks * kBlock));
+    EXPECT_TRUE(server.Received().back() == TestBytes(blocks * kBlock));
   }
   const std::string doing = "ファイルをアップロードしています...";
   EXPECT_THAT(StatusesAt(0), ElementsAre(doing, doing, doing));
@@ -86,17 +86,17 @@ TEST_P(Upload, ArrivesWholeHoweverLateTheServerReads) {
     BeginAs(secure);
     // All of it fits into the kernel's buffers, and the server has something to say: closing at once with
     // that unread would throw the data away.
-    WriteLocal(Content(100 * kBlock));
+    WriteLocal(TestBytes(100 * kBlock));
     ExpectPassive("I");
     ExpectData("STOR r.bin").DataPart("unasked").Delay(150).DataReceive().Reply("226 Done");
     EXPECT_EQ(Run(), LProcessResultOk);
-    EXPECT_TRUE(server.Received().back() == Content(100 * kBlock));
+    EXPECT_TRUE(server.Received().back() == TestBytes(100 * kBlock));
 
-    WriteLocal(Content(kMoreThanBuffers));
+    WriteLocal(TestBytes(kMoreThanBuffers));
     ExpectPassive("I");
     ExpectData("STOR r.bin").Delay(150).DataReceive().Reply("226 Done");
     EXPECT_EQ(Run(), LProcessResultOk);
-    EXPECT_TRUE(server.Received().back() == Content(kMoreThanBuffers));
+    EXPECT_TRUE(server.Received().back() == TestBytes(kMoreThanBuffers));
   }
 }
 
@@ -106,7 +106,7 @@ TEST_P(Upload, DoesNotWaitLongForAServerThatKeepsTheConnectionOpen) {
     SCOPED_TRACE(secure);
     session.CloseSocket();
     BeginAs(secure);
-    WriteLocal(Content(kBlock));
+    WriteLocal(TestBytes(kBlock));
     ExpectPassive("I");
     ExpectData("STOR r.bin").DataReceive(kBlock).Reply("226 Done");
     LProcessResult result = LProcessResultFailed;
@@ -232,7 +232,7 @@ TEST_P(Upload, FailsWhenTheConnectionBreaks) {
     SCOPED_TRACE(secure);
     session.CloseSocket();
     BeginAs(secure);
-    WriteLocal(Content(kMoreThanBuffers));
+    WriteLocal(TestBytes(kMoreThanBuffers));
     ExpectPassive("I");
     ExpectData("STOR r.bin").DataReceive(kBlock).DataReset();
     EXPECT_EQ(Run(), LProcessResultFailed);
@@ -242,7 +242,7 @@ TEST_P(Upload, FailsWhenTheConnectionBreaks) {
 TEST_P(Upload, FailsWhenTheServerTakesNothing) {
   gFtpTimeouts.sendBlockMs = 300;
   Begin();
-  WriteLocal(Content(kMoreThanBuffers));
+  WriteLocal(TestBytes(kMoreThanBuffers));
   ExpectPassive("I");
   ExpectData("STOR r.bin").AcceptData().Delay(1500);
   EXPECT_EQ(Run(), LProcessResultFailed);
@@ -250,16 +250,16 @@ TEST_P(Upload, FailsWhenTheServerTakesNothing) {
 
 TEST_P(Upload, KeepsTheControlConnectionAlive) {
   Begin();
-  WriteLocal(Content(kMoreThanBuffers));
+  WriteLocal(TestBytes(kMoreThanBuffers));
   ExpectNoopInTheMiddle().Reply("200 Still here").DataReceive().Reply("226 Done");
   EXPECT_EQ(Run(), LProcessResultOk);
-  EXPECT_TRUE(server.Received().back() == Content(kMoreThanBuffers));
+  EXPECT_TRUE(server.Received().back() == TestBytes(kMoreThanBuffers));
   ExpectInStep();
 }
 
 TEST_P(Upload, EndsWhenANoopSaysThatTheDiskIsFull) {
   Begin();
-  WriteLocal(Content(kMoreThanBuffers));
+  WriteLocal(TestBytes(kMoreThanBuffers));
   ExpectNoopInTheMiddle().Reply("451 Disk full");
   EXPECT_EQ(Run(), LProcessResultFailed);
   ExpectInStep();
@@ -267,7 +267,7 @@ TEST_P(Upload, EndsWhenANoopSaysThatTheDiskIsFull) {
 
 TEST_P(Upload, StoppedInANoopEndsAtOnce) {
   Begin();
-  WriteLocal(Content(kMoreThanBuffers));
+  WriteLocal(TestBytes(kMoreThanBuffers));
   ExpectNoopInTheMiddle().Silence();
   StopWhen([this] { return LastCommand() == "NOOP"; });
   EXPECT_EQ(Run(), LProcessResultStopped);
@@ -291,7 +291,7 @@ TEST_P(Upload, GathersRepliesThatComeLate) {
     gFtpTimeouts.noopReplyMs = kShortMs;
     gFtpTimeouts.lateReplyUploadMs = 500;
     Begin(Session::bHasSize);
-    WriteLocal(Content(kMoreThanBuffers));
+    WriteLocal(TestBytes(kMoreThanBuffers));
     ExpectNoopInTheMiddle().Delay(300).DataReceive().ReplyLines(row.replies);
     if (row.result != LProcessResultOk) {
       server.Expect("TYPE I").Reply("200 ok");
@@ -324,7 +324,7 @@ TEST_P(Upload, StoppedWhileDataGoIsAborted) {
       process.OnQuestion(nullptr);
       process.StopAt(0);
       BeginAs(secure, Session::bHasMfmt);
-      WriteLocal(Content(kMoreThanBuffers));
+      WriteLocal(TestBytes(kMoreThanBuffers));
       ExpectPassive("I");
       ExpectData("STOR r.bin").DataReceive(kBlock);
       server.Expect("ABOR").DataClose().ReplyLines(row.replies);

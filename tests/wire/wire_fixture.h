@@ -7,7 +7,7 @@
 
 #include "ftp/protocol.h"
 #include "ftp/timeouts.h"
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/recording_interface.h"
 #include "support/scripted_server.h"
 
@@ -65,7 +65,7 @@ class WireTest : public testing::TestWithParam<bool> {
   ScriptedServer server;
   LFileTransferProtocol session;
   RecordingInterface process;
-  HistoryCapture history;
+  HistoryFile history;
   unsigned short code = 9999;
   char text[kTextSize] = "untouched";
   const FtpTimeouts former_timeouts;

@@ -121,12 +121,9 @@ TEST(Addresses, NamesGiveTheFirstFourInOrder) {
   EXPECT_EQ(lookUps, 2);
 }
 
-TEST(Addresses, UnknownNameHasNone) {
+TEST(ConnectByName, UnknownNameFails) {
   EXPECT_TRUE(Resolved("unknown.test").empty());
   EXPECT_TRUE(Resolved("192.0.2.300").empty());
-}
-
-TEST(ConnectByName, UnknownNameFails) {
   Stoppable process;
   LSSLSocketTCP socket;
   EXPECT_EQ(ProcessConnect<char>(process, socket, "unknown.test:21", 21, 1000, true), LProcessResultFailed);

@@ -37,14 +37,6 @@ TEST(Signal, IsNotInheritedByAnotherProgram) {
   EXPECT_TRUE(fcntl(signal.Ref().fd, F_GETFL) & O_NONBLOCK);
 }
 
-TEST(Signal, WakesAWaitInAnotherThread) {
-  LSignalObject signal;
-  std::thread other([&] { signal.Signal(); });
-  LProcessInterfaceVoid process;
-  EXPECT_EQ(process.ProcessWaitSignalForever(signal.Ref()), LProcessResultOk);
-  other.join();
-}
-
 TEST(Signal, ClosesBothEnds) {
   int fd = -1;
   {

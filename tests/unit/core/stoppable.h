@@ -1,38 +1,28 @@
-// A process interface that counts the questions, watches how far apart they are and stops at a chosen one.
+// A process interface that also watches how far apart the questions are.
 #pragma once
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 
-#include "core/process.h"
+#include "support/recording_interface.h"
 
-/// A stop may come at the n-th question, or from `onQuestion`, which runs at each one like an event in the
-/// pump.
-class Stoppable : public LProcessInterfaceVoid {
+class Stoppable : public RecordingInterface {
  public:
-  explicit Stoppable(int stopAtQuestion = 0) : stop_at_(stopAtQuestion) {}
+  using RecordingInterface::RecordingInterface;
 
   bool IsToStop() override {
-    const auto now = std::chrono::steady_clock::now();
-    if (questions_++ > 0) widest_gap_ = std::max(widest_gap_, now - last_);
-    if (onQuestion) onQuestion();
+    if (Questions() > 0) widest_gap_ = std::max(widest_gap_, std::chrono::steady_clock::now() - last_);
+    const bool isToStop = RecordingInterface::IsToStop();
     last_ = std::chrono::steady_clock::now();
-    return isStopped || (stop_at_ > 0 && questions_ >= stop_at_);
+    return isToStop;
   }
 
-  int Questions() const { return questions_; }
   /// The longest time without a question.
   int WidestGapMs() const {
     return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(widest_gap_).count());
   }
 
-  bool isStopped = false;
-  std::function<void()> onQuestion;
-
  private:
-  int stop_at_;
-  int questions_ = 0;
   std::chrono::steady_clock::time_point last_;
   std::chrono::steady_clock::duration widest_gap_{};
 };

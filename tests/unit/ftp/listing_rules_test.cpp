@@ -1,10 +1,10 @@
-#include <cstdlib>
 #include <ctime>
 #include <gtest/gtest.h>
 #include <string>
 
 #include "ftp/dir_iterator.h"
 #include "ftp/facts.h"
+#include "support/environment.h"
 
 namespace {
 
@@ -13,15 +13,6 @@ using Item = LFileTransferProtocol::DirIterator::Item;
 /// A zone without summer time, so that an offset of now and of then are the same.
 class ListingRules : public testing::Test {
  protected:
-  ListingRules() {
-    setenv("TZ", "Asia/Tokyo", 1);
-    tzset();
-  }
-  ~ListingRules() override {
-    unsetenv("TZ");
-    tzset();
-  }
-
   static int64_t Utc(int year, int month, int day, int hour, int minute, int second) {
     struct tm parts = {};
     parts.tm_year = year - 1900;
@@ -32,6 +23,9 @@ class ListingRules : public testing::Test {
     parts.tm_sec = second;
     return timegm(&parts);
   }
+
+ private:
+  const TimeZone zone{"Asia/Tokyo"};
 };
 
 TEST_F(ListingRules, ReadFactsLines) {

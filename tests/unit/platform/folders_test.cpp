@@ -1,10 +1,9 @@
 #include "platform/folders.h"
 
 #include <gtest/gtest.h>
-#include <map>
-#include <stdlib.h>
 #include <string>
 
+#include "support/environment.h"
 #include "support/scratch_folder.h"
 
 namespace {
@@ -18,67 +17,37 @@ std::string PathOf(Folder folder) {
   return out;
 }
 
-/// Variables as a test sets them; the former values come back afterwards.
-class FoldersTest : public testing::Test {
- protected:
-  ~FoldersTest() override {
-    for (const auto& [name, value] : former) {
-      if (value) {
-        setenv(name.c_str(), value->c_str(), 1);
-      } else {
-        unsetenv(name.c_str());
-      }
-    }
-  }
-
-  void Set(const char* name, const char* value) {
-    if (!former.count(name)) {
-      const char* old = getenv(name);
-      former[name] = old ? std::optional<std::string>(old) : std::nullopt;
-    }
-    if (value) {
-      setenv(name, value, 1);
-    } else {
-      unsetenv(name);
-    }
-  }
-
-  ScratchFolder scratch;
-
- private:
-  std::map<std::string, std::optional<std::string>> former;
-};
-
-TEST_F(FoldersTest, BaseFoldersComeFromTheirVariables) {
-  Set("HOME", "/home/hana");
-  Set("XDG_DATA_HOME", "/srv/data//");
-  Set("XDG_CACHE_HOME", "relative/is/ignored");
-  Set("XDG_CONFIG_HOME", nullptr);
+TEST(Folders, BaseFoldersComeFromTheirVariables) {
+  const Environment home("HOME", "/home/hana");
+  const Environment data("XDG_DATA_HOME", "/srv/data//");
+  const Environment caches("XDG_CACHE_HOME", "relative/is/ignored");
+  const Environment config("XDG_CONFIG_HOME", nullptr);
   EXPECT_EQ(PathOf(Folder::kHome), "/home/hana");
   EXPECT_EQ(PathOf(Folder::kData), "/srv/data");
   EXPECT_EQ(PathOf(Folder::kApplications), "/srv/data/applications");
   EXPECT_EQ(PathOf(Folder::kCaches), "/home/hana/.cache");
   EXPECT_EQ(PathOf(Folder::kConfig), "/home/hana/.config");
-  Set("XDG_DATA_HOME", "");
+  const Environment noData("XDG_DATA_HOME", "");
   EXPECT_EQ(PathOf(Folder::kData), "/home/hana/.local/share");
 }
 
-TEST_F(FoldersTest, HomeComesFromTheUserDatabaseWithoutItsVariable) {
-  Set("HOME", nullptr);
+TEST(Folders, HomeComesFromTheUserDatabaseWithoutItsVariable) {
+  const Environment home("HOME", nullptr);
   EXPECT_EQ(PathOf(Folder::kHome)[0], '/');
 }
 
-TEST_F(FoldersTest, PathsThatDoNotFitAreNotFound) {
+TEST(Folders, PathsThatDoNotFitAreNotFound) {
   for (const size_t length : {258u, 259u, 260u, 261u}) {
     const std::string path = "/" + std::string(length - 1, 'x');
-    Set("XDG_DATA_HOME", path.c_str());
+    const Environment data("XDG_DATA_HOME", path);
     EXPECT_EQ(PathOf(Folder::kData), length <= 259 ? path : "") << length;
   }
 }
 
-TEST_F(FoldersTest, UserDirectoriesComeFromTheDesktopsFile) {
-  Set("HOME", "/home/hana");
-  Set("XDG_CONFIG_HOME", scratch.Path().c_str());
+TEST(Folders, UserDirectoriesComeFromTheDesktopsFile) {
+  const ScratchFolder scratch;
+  const Environment home("HOME", "/home/hana");
+  const Environment config("XDG_CONFIG_HOME", scratch.Path());
   const struct {
     const char* name;
     const char* file;
@@ -106,16 +75,17 @@ TEST_F(FoldersTest, UserDirectoriesComeFromTheDesktopsFile) {
   }
 }
 
-TEST_F(FoldersTest, TheSystemsProgramStartersLieInTheFirstDataFolderThatHasAny) {
+TEST(Folders, TheSystemsProgramStartersLieInTheFirstDataFolderThatHasAny) {
+  const ScratchFolder scratch;
   scratch.MakeFolder("second/applications");
   const std::string list = "relative:" + scratch.Path("first") + "::" + scratch.Path("second/");
-  Set("XDG_DATA_DIRS", list.c_str());
+  const Environment both("XDG_DATA_DIRS", list);
   EXPECT_EQ(PathOf(Folder::kSystemApplications), scratch.Path("second/applications"));
-  Set("XDG_DATA_DIRS", scratch.Path("first").c_str());
+  const Environment one("XDG_DATA_DIRS", scratch.Path("first"));
   EXPECT_EQ(PathOf(Folder::kSystemApplications), "");
 }
 
-TEST_F(FoldersTest, TheProgramsFolderHoldsThisProgram) {
+TEST(Folders, TheProgramsFolderHoldsThisProgram) {
   EXPECT_TRUE(std::filesystem::exists(PathOf(Folder::kProgram) + "/unit_platform"));
 }
 

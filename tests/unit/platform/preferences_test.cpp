@@ -3,6 +3,7 @@
 #include <random>
 #include <sys/resource.h>
 
+#include "support/file_trouble.h"
 #include "support/preference_folder.h"
 
 namespace {
@@ -275,7 +276,7 @@ TEST_F(Preferences, ReadButDoNotWriteInAReadOnlyFolder) {
   chmod(StoreFile().c_str(), 0400);
   chmod(StoreFolder().c_str(), 0500);
   {
-    const OrdinaryUser user(root);
+    const RightsHold hold;
     EXPECT_EQ(Get("key"), "old");
     EXPECT_EQ(Keys().size(), 1u);
     EXPECT_FALSE(Set("key", "new"));
@@ -288,7 +289,7 @@ TEST_F(Preferences, ReadButDoNotWriteInAReadOnlyFolder) {
 
 TEST_F(Preferences, AreEmptyWhereNoFileCanBeMade) {
   chmod(root.c_str(), 0500);
-  const OrdinaryUser user(root);
+  const RightsHold hold;
   EXPECT_EQ(Get("key"), kAbsent);
   EXPECT_FALSE(Set("key", "new"));
   EXPECT_EQ(Get("key"), kAbsent);

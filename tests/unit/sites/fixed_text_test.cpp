@@ -1,7 +1,5 @@
 // Every operation of the settings and accounts that fills a fixed text.
-#include "sites/store/shared_settings.h"
 #include "support/boundary_lengths.h"
-#include "support/scratch_folder.h"
 #include "support/settings_fixture.h"
 
 namespace {
@@ -14,13 +12,6 @@ class SettingTexts : public SettingsFixture {};
 TEST_F(SettingTexts, OfKeysAndValues) {
   constexpr LSettingsUser kUser = kCFPreferencesCurrentUser;
   ExpectCutAtTheArray({
-      {"a value", "", "",
-       [](const string& x, Text& out) {
-         LUserSettingSetString("Settings", "Value", x.c_str());
-         EXPECT_TRUE(_LUserSettingGetString("Settings", "Value", "default", out));
-       }},
-      {"a default", "", "",
-       [](const string& x, Text& out) { EXPECT_FALSE(_LUserSettingGetString("Settings", "Absent", x.c_str(), out)); }},
       {"_LSettingMakePrimaryKeyFromPath", "a", "",
        [](const string& x, Text& out) { _LSettingMakePrimaryKeyFromPath(out, ("b/a" + x + "/").c_str()); }},
       {"_LSettingFindRecord", "a", "",
@@ -76,49 +67,10 @@ TEST_F(SettingTexts, OfRecords) {
 }
 
 TEST_F(SettingTexts, OfAccounts) {
-  using Field = char(LFTPAccountSettings::*)[kTextSize];
-  const struct {
-    const char* name;
-    Field field;
-  } fields[] = {{"Server", &LFTPAccountSettings::szServer},
-                {"Password", &LFTPAccountSettings::szPassword},
-                {"Directory", &LFTPAccountSettings::szDirectory},
-                {"LocalDirectory", &LFTPAccountSettings::szLocalDirectory},
-                {"RecentRemoteDirectory", &LFTPAccountSettings::szRecentRemote},
-                {"RecentLocalDirectory", &LFTPAccountSettings::szRecentLocal}};
-  LUserSettingSetString("Settings", "CurrentServer", "host");
-  LUserSettingSetString("Settings", "CurrentUser", "joe");
-  const LSharedSettingsRecord site = OpenSite("label", "host", "0");
-  site.SetString("UserName", "joe");
-  std::vector<FixedTextFiller> fillers = {
-      {"the label", "", "", [](const string& x, Text& out) { TextCopy(out, LFTPAccountSettings(x.c_str()).szKey); }},
-      {"the user", "", "",
-       [](const string& x, Text& out) { TextCopy(out, LFTPAccountSettings("label", x.c_str()).szUserName); }}};
-  for (const auto& row : fields) {
-    fillers.push_back({row.name, "", "", [&site, row](const string& x, Text& out) {
-                         site.SetString(row.name, x.c_str());
-                         LFTPAccountSettings account("label");
-                         EXPECT_TRUE(account.Load());
-                         TextCopy(out, account.*row.field);
-                       }});
-  }
-  ExpectCutAtTheArray(fillers);
-}
-
-TEST_F(SettingTexts, OfTheFilesOfXml) {
-  const ScratchFolder scratch;
-  const string file = scratch.Path("a.xml");
-  ExpectCutAtTheArray({
-      {"a value", "", "",
-       [&file](const string& x, Text& out) {
-         EXPECT_TRUE(LXMLSettingSetString(file.c_str(), "S", "K", x.c_str()));
-         EXPECT_TRUE(LXMLSettingGetString(file.c_str(), "S", "K", "default", out));
-       }},
-      {"a default", "", "",
-       [&file](const string& x, Text& out) {
-         EXPECT_FALSE(LXMLSettingGetString(file.c_str(), "S", "none", x.c_str(), out));
-       }},
-  });
+  ExpectCutAtTheArray(
+      {{"the label", "", "", [](const string& x, Text& out) { TextCopy(out, LFTPAccountSettings(x.c_str()).szKey); }},
+       {"the user", "", "",
+        [](const string& x, Text& out) { TextCopy(out, LFTPAccountSettings("label", x.c_str()).szUserName); }}});
 }
 
 }  // namespace

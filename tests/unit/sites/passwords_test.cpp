@@ -53,34 +53,10 @@ class ReferenceBlowfish {
   EVP_CIPHER_CTX* context;
 };
 
-TEST(BlowFish, GivesThePublishedBlocks) {
-  const struct {
-    const char* key;
-    uint32_t plain[2], cipher[2];
-  } cases[] = {
-      {"abcdefghijklmnopqrstuvwxyz", {0x424c4f57, 0x46495348}, {0x324ed0fe, 0xf413a203}},
-      {"Who is John Galt?", {0xfedcba98, 0x76543210}, {0xcc91732b, 0x8022f684}},
-      {"\xff\xff\xff\xff\xff\xff\xff\xff", {0xffffffff, 0xffffffff}, {0x51866fd5, 0xb85ecb8a}},
-      {"\x11\x11\x11\x11\x11\x11\x11\x11", {0x11111111, 0x11111111}, {0x2466dd87, 0x8b963c9d}},
-      {"\x01\x23\x45\x67\x89\xab\xcd\xef", {0x11111111, 0x11111111}, {0x61f9c380, 0x2281b096}},
-  };
-  for (const auto& row : cases) {
-    LBlowFish cipher;
-    cipher.SetKey(row.key);
-    uint32_t left = row.plain[0];
-    uint32_t right = row.plain[1];
-    cipher.Blowfish_encipher(left, right);
-    EXPECT_EQ(left, row.cipher[0]) << row.key;
-    EXPECT_EQ(right, row.cipher[1]) << row.key;
-    cipher.Blowfish_decipher(left, right);
-    EXPECT_EQ(left, row.plain[0]) << row.key;
-    EXPECT_EQ(right, row.plain[1]) << row.key;
-  }
-}
-
 TEST(BlowFish, AgreesWithAnotherImplementation) {
   ReferenceBlowfish reference;
   std::mt19937 random(4711);
+  LBlowFish cipher;  // Takes each key anew.
   for (int round = 0; round < 60; ++round) {
     std::string key = kPhrase;
     if (round != 0) key.resize(1 + random() % 56);
@@ -88,27 +64,16 @@ TEST(BlowFish, AgreesWithAnotherImplementation) {
     const uint32_t plain[2] = {static_cast<uint32_t>(random()), static_cast<uint32_t>(random())};
     uint32_t expected[2] = {plain[0], plain[1]};
     ASSERT_TRUE(reference.Encipher(key, expected[0], expected[1]));
-    LBlowFish cipher;
     cipher.SetKey(key.c_str());
+    cipher.SetKey("");  // Which is none.
     uint32_t block[2] = {plain[0], plain[1]};
     cipher.Blowfish_encipher(block[0], block[1]);
     EXPECT_EQ(block[0], expected[0]) << "round " << round;
     EXPECT_EQ(block[1], expected[1]) << "round " << round;
+    cipher.Blowfish_decipher(block[0], block[1]);
+    EXPECT_EQ(block[0], plain[0]) << "round " << round;
+    EXPECT_EQ(block[1], plain[1]) << "round " << round;
   }
-}
-
-TEST(BlowFish, TakesEachKeyAnewAndNoEmptyOne) {
-  LBlowFish fresh;
-  LBlowFish used;
-  fresh.SetKey("second");
-  used.SetKey("first");
-  used.SetKey("second");
-  used.SetKey("");
-  uint32_t words[2][2] = {{1, 2}, {1, 2}};
-  fresh.Blowfish_encipher(words[0][0], words[0][1]);
-  used.Blowfish_encipher(words[1][0], words[1][1]);
-  EXPECT_EQ(words[0][0], words[1][0]);
-  EXPECT_EQ(words[0][1], words[1][1]);
 }
 
 // The stored text

@@ -4,7 +4,7 @@
 #include <clocale>
 #include <thread>
 
-#include "support/history_capture.h"
+#include "support/history_file.h"
 #include "support/settings_fixture.h"
 
 namespace {
@@ -132,16 +132,6 @@ TEST_F(Settings, DeleteASectionWithoutRegardToCase) {
   EXPECT_FALSE(LUserSettingTestKeyFullPathExists(kCFPreferencesCurrentUser, "ab/x"));
   EXPECT_TRUE(LUserSettingTestExists(kCFPreferencesCurrentUser, "Ab/", "x"));
   EXPECT_FALSE(LUserSettingTestExists(kCFPreferencesCurrentUser, "Ab", "X"));
-}
-
-TEST_F(Settings, DoNothingOnAnEmptyStore) {
-  char out[kTextSize];
-  int index = 0;
-  EXPECT_FALSE(LUserSettingDeleteSection("a"));
-  EXPECT_FALSE(_LSettingChangePrimaryKey(kCFPreferencesCurrentUser, "a/b/", "c", out));
-  EXPECT_FALSE(_LSettingFindRecord(kCFPreferencesCurrentUser, out, index, "a", "b"));
-  EXPECT_FALSE(_LSettingPlistGetNextKey(kCFPreferencesCurrentUser, "", "", out));
-  EXPECT_STREQ(out, "");
 }
 
 TEST_F(Settings, MakeTheMarkersOfEachLevel) {
@@ -300,7 +290,7 @@ TEST_F(Settings, AreWrittenByThreadsAtOnce) {
 }
 
 TEST_F(Settings, SayInTheHistoryWhereADamagedFileIsKept) {
-  HistoryCapture history;
+  HistoryFile history;
   LUserSettingSetString("Settings", "x", "1");
   LSettingsLogDamagedStore();
   EXPECT_TRUE(history.Lines().empty()) << "a sound file is no news";
@@ -328,6 +318,50 @@ TEST_F(Settings, SayInTheHistoryWhereADamagedFileIsKept) {
     EXPECT_EQ(Setting("x"), "new");
     platform::PreferencesClose();
   }
+}
+
+// Two running copies of the program that save at once
+
+/// The store lies in memory: thousands of commits would measure the disk, and the two meet each other more often
+/// without it.
+class SettingsOfTwoCopies : public SettingsFixture {
+ protected:
+  static constexpr int kSaves = 1000;
+
+  ~SettingsOfTwoCopies() override { platform::PreferencesClose(); }
+
+ private:
+  const ScratchFolder memory{"/dev/shm"};
+  const Environment config{"XDG_CONFIG_HOME", memory.Path()};
+};
+
+TEST_F(SettingsOfTwoCopies, LoseNoSave) {
+  const auto saveAll = [](const char* section) {
+    return [section] {
+      bool isSaved = true;
+      for (int i = 0; i < kSaves; ++i) {
+        isSaved = LUserSettingSetString(section, std::to_string(i).c_str(), std::to_string(i * 7).c_str()) && isSaved;
+        // A key that both write holds one of the two values at any time, never neither.
+        isSaved = isSaved && LUserSettingSetString("Both", "last", section);
+      }
+      return isSaved;
+    };
+  };
+  OtherProcess one(saveAll("One"));
+  OtherProcess two(saveAll("Two"));
+  one.Start();
+  two.Start();
+  int seen = 0;
+  EXPECT_TRUE(one.Finish());
+  EXPECT_TRUE(two.Finish());
+  for (const char* section : {"One", "Two"}) {
+    for (int i = 0; i < kSaves; ++i) {
+      const std::string key = std::string(section) + "/" + std::to_string(i);
+      if (Raw(key) == std::to_string(i * 7)) ++seen;
+    }
+  }
+  EXPECT_EQ(seen, 2 * kSaves);
+  EXPECT_EQ(All().size(), 2u * kSaves + 1);
 }
 
 }  // namespace

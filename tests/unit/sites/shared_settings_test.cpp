@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/environment.h"
 #include "support/scratch_folder.h"
 #include "support/xml_text.h"
 
@@ -14,14 +15,6 @@ namespace {
 /// A home folder for each test.
 class SharedSettings : public testing::Test {
  protected:
-  SharedSettings() : oldHome(getenv("HOME")), oldData(getenv("XDG_DATA_HOME")) {
-    setenv("HOME", folder.Path().c_str(), 1);
-    setenv("XDG_DATA_HOME", folder.Path("data").c_str(), 1);
-  }
-  ~SharedSettings() override {
-    setenv("HOME", oldHome.c_str(), 1);
-    setenv("XDG_DATA_HOME", oldData.c_str(), 1);
-  }
   static std::string Shared(const char* section, const char* key, const char* defaultValue) {
     char out[kTextSize];
     _LSharedSettingGetString(section, key, defaultValue, out);
@@ -33,10 +26,10 @@ class SharedSettings : public testing::Test {
     return out;
   }
 
-  const std::string oldHome, oldData;
   const std::string sharedFile = "data/OrvaneFTP/Shared/SharedSettings.xml";
   const std::string hiddenFile = ".tessalysoft/orvaneftp.xml";
-  ScratchFolder folder;
+  const ScratchFolder folder;
+  const Environment home{"HOME", folder.Path()}, data{"XDG_DATA_HOME", folder.Path("data")};
 };
 
 TEST_F(SharedSettings, LieInTwoFilesOfOneForm) {

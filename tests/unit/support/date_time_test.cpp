@@ -2,40 +2,15 @@
 
 #include <climits>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <string>
 #include <time.h>
 
+#include "support/environment.h"
 #include "support/settable_clock.h"
 
 namespace {
 
 using Text = char[kTextSize];
-
-/// The zone of one test; the former one comes back afterwards.
-class Zone {
- public:
-  explicit Zone(const char* name) {
-    if (const char* old = getenv("TZ")) former = old;
-    had = getenv("TZ") != nullptr;
-    setenv("TZ", name, 1);
-    tzset();
-  }
-  Zone(const Zone&) = delete;
-  Zone& operator=(const Zone&) = delete;
-  ~Zone() {
-    if (had) {
-      setenv("TZ", former.c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
-  }
-
- private:
-  std::string former;
-  bool had = false;
-};
 
 constexpr int64_t kMoment = 1770098602;  // 2026-02-03 06:03:22 UTC.
 
@@ -56,7 +31,7 @@ TEST(DateTime, TextsAreInLocalTime) {
       {kKathmandu, "2026-02-03", "11:48:22", "11-48-22"},
   };
   for (const auto& row : rows) {
-    const Zone zone(row.zone);
+    const TimeZone zone(row.zone);
     Text date, time, day, hyphens, both, local;
     LDateTime::GetDateTime(kMoment, date, time);
     LDateTime::GetDateYYYYHMMHDD(kMoment, day);
@@ -73,7 +48,7 @@ TEST(DateTime, TextsAreInLocalTime) {
 }
 
 TEST(DateTime, NoDateHasNoText) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   // The last has a year that no int holds.
   for (const int64_t time : {int64_t{0}, INT64_MAX}) {
     Text texts[7];
@@ -89,7 +64,7 @@ TEST(DateTime, NoDateHasNoText) {
 }
 
 TEST(DateTime, SetFromPartsTakesYearsOfTwoAndFourDigits) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   const struct {
     int year;
     const char* date;
@@ -108,7 +83,7 @@ TEST(DateTime, SetFromPartsTakesYearsOfTwoAndFourDigits) {
 }
 
 TEST(DateTime, SetFromPartsFollowsSummerTimeAndCarries) {
-  const Zone zone(kNewYork);
+  const TimeZone zone(kNewYork);
   const struct {
     int month, day, hour, minute;
     int64_t expected;
@@ -127,7 +102,7 @@ TEST(DateTime, SetFromPartsFollowsSummerTimeAndCarries) {
 }
 
 TEST(DateTime, AFailureLeavesTheTimeAsItWas) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   int64_t time = 77;
   EXPECT_EQ(LDateTime::SetDateTime(time, 1969, 12, 31, 23, 59, 59), -1);
   EXPECT_EQ(time, 77);
@@ -138,7 +113,7 @@ TEST(DateTime, AFailureLeavesTheTimeAsItWas) {
 }
 
 TEST(DateTime, SetFromText) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   const struct {
     const char* date;
     const char* time;
@@ -172,7 +147,7 @@ TEST(DateTime, AnEmptyDateTextSetsNoDate) {
 }
 
 TEST(DateTime, ANumberThatNoIntHoldsCountsAsTheNearestOne) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   const struct {
     const char* text;
     int second;
@@ -204,7 +179,7 @@ TEST(DateTime, MonthsAreAddedWithTheDayClipped) {
       {kTokyo, "2026-01-01", -1, "2025-12-01 13:14:15"},
   };
   for (const auto& row : rows) {
-    const Zone zone(row.zone);
+    const TimeZone zone(row.zone);
     int64_t time = 0;
     LDateTime::SetDateTime(time, row.from, "13:14:15");
     Text out;
@@ -214,7 +189,7 @@ TEST(DateTime, MonthsAreAddedWithTheDayClipped) {
 }
 
 TEST(DateTime, MonthsBeyondTheCalendarDoNotOverflow) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   const LDateTime date(67767976233529199);  // The last second of the last year that an int holds.
   EXPECT_EQ(LDateTime(INT64_MAX).AdjustByMonths(1), INT64_MAX);
   EXPECT_EQ(date.AdjustByMonths(INT_MAX), date.iTime);
@@ -242,14 +217,14 @@ TEST(DateTime, TheOffsetLeadsFromLocalTimeToUtc) {
               {kNewYork, kMoment, 5 * 3600},
               {kNewYork, 1784131200, 4 * 3600}};
   for (const auto& row : rows) {
-    const Zone zone(row.zone);
+    const TimeZone zone(row.zone);
     clock.Set(row.now);
     EXPECT_EQ(LDateTime::GetTimeZoneOffset(), row.offset) << row.zone << ' ' << row.now;
   }
 }
 
 TEST(DateTime, CompileDatesAreLocalMidnights) {
-  const Zone zone(kTokyo);
+  const TimeZone zone(kTokyo);
   const struct {
     const char* text;
     const char* result;
@@ -289,7 +264,7 @@ TEST(DateTime, TheOrderFollowsTheFormat) {
 }
 
 TEST(DateTime, ListsShowTheDateInTheLocalesOrder) {
-  const Zone zone("UTC0");
+  const TimeZone zone("UTC0");
   const struct {
     int order;
     const char* text;

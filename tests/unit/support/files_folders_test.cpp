@@ -8,6 +8,8 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "support/environment.h"
+#include "support/file_trouble.h"
 #include "support/files.h"
 #include "support/scratch_folder.h"
 
@@ -24,11 +26,7 @@ class FilesFoldersTest : public testing::Test {
   void Link(const string& target, const string& name) {
     ASSERT_EQ(symlink(target.c_str(), scratch.Path(name).c_str()), 0);
   }
-  mode_t ModeOf(const string& name) {
-    struct stat status {};
-    EXPECT_EQ(stat(scratch.Path(name).c_str(), &status), 0) << name;
-    return status.st_mode & 07777;
-  }
+  unsigned ModeOf(const string& name) { return ::ModeOf(scratch.Path(name)); }
   string P(const string& name) { return scratch.Path(name); }
 
   ScratchFolder scratch;
@@ -143,27 +141,13 @@ TEST_F(FilesFoldersTest, ABackslashInALocalNameIsNoSeparatorForDeleting) {
   EXPECT_EQ(scratch.Names(), set<string>{"x\\a"});
 }
 
-/// Folders' modes do not bind the superuser, so the work is done by another user in a child.
-bool AsPlainUser(bool (*work)(const char*), const string& path) {
-  const pid_t child = fork();
-  if (child == 0) _exit(geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0) ? 2 : work(path.c_str()) ? 0 : 1);
-  int status = 0;
-  EXPECT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 2);
-  return WEXITSTATUS(status) == 0;
-}
-
 TEST_F(FilesFoldersTest, OnlyDeletingAlwaysOpensLockedFolders) {
   scratch.Write("tree/locked/file", "");
-  if (geteuid() == 0) {
-    for (const char* name : {"", "tree", "tree/locked", "tree/locked/file"}) {
-      ASSERT_EQ(chown(P(name).c_str(), 65534, 65534), 0);
-    }
-  }
   ASSERT_EQ(chmod(P("tree/locked").c_str(), 0500), 0);
-  EXPECT_FALSE(AsPlainUser(LFile::DeleteFolderTree, P("tree")));
+  const RightsHold hold;
+  EXPECT_FALSE(LFile::DeleteFolderTree(P("tree").c_str()));
   EXPECT_TRUE(scratch.Has("tree/locked/file"));
-  EXPECT_TRUE(AsPlainUser(LFile::DeleteFolderTreeAlways, P("tree")));
+  EXPECT_TRUE(LFile::DeleteFolderTreeAlways(P("tree").c_str()));
   EXPECT_FALSE(scratch.Has("tree"));
 }
 
@@ -293,20 +277,9 @@ TEST_F(FilesFoldersTest, IteratorsGiveMatchingNames) {
 }
 
 class SpecialFoldersTest : public FilesFoldersTest {
- protected:
-  SpecialFoldersTest() {
-    for (const char* name : {"HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"}) {
-      former.emplace_back(name, getenv(name));
-      unsetenv(name);
-    }
-    setenv("HOME", scratch.Path().c_str(), 1);
-  }
-  ~SpecialFoldersTest() override {
-    for (const auto& [name, value] : former) setenv(name.c_str(), value.c_str(), 1);
-  }
-
  private:
-  std::vector<std::pair<string, string>> former;
+  const Environment home{"HOME", scratch.Path()}, data{"XDG_DATA_HOME", nullptr}, caches{"XDG_CACHE_HOME", nullptr},
+      config{"XDG_CONFIG_HOME", nullptr};
 };
 
 TEST_F(SpecialFoldersTest, WithoutANameTheFallbackIsMade) {

@@ -82,14 +82,6 @@ class OtherHolder {
   int file;
 };
 
-int OpenDescriptors() {
-  int count = 0;
-  DIR* folder = opendir("/proc/self/fd");
-  while (readdir(folder)) ++count;
-  closedir(folder);
-  return count;
-}
-
 TEST_F(LogTest, EachFunctionWritesALineAndShowsItsLevel) {
   LOG("plain");
   LOG("joined ", "of two");
@@ -202,7 +194,7 @@ TEST_F(LogTest, WhatCannotBeWrittenStillReachesThePane) {
 
 TEST_F(LogTest, WhileAnotherHoldsTheFileOnlyThePaneFills) {
   scratch.MakeFolder("Logs");
-  const int before = OpenDescriptors();
+  const long before = OpenDescriptors();
   {
     OtherHolder other(FilePath());
     LOG("one");

@@ -25,7 +25,10 @@ class RecordingTimers : public LTimerHandlerBase {
   void EvTimer(int id) override {
     calls.ids.push_back(id);
     calls.isOnMainThread = calls.isOnMainThread && platform::IsMainThread();
+    if (onFire) onFire();
   }
+
+  std::function<void()> onFire;
 
  private:
   Calls& calls;
@@ -77,11 +80,27 @@ TEST_F(Timers, AreMovedAndCancelled) {
   timers.TimerSet(2, 5);
   timers.TimerReset(2);
   timers.TimerReset(77);
+  timers.TimerSet(4, 1);
+  timers.TimerSet(4, kNever);
   ASSERT_TRUE(PumpUntil([this] { return calls.ids.size() == 1; }));
   timers.TimerSet(3, 5);
   timers.TimerDestroy();
   PumpFor(20);
   EXPECT_EQ(calls.ids, std::vector<int>{1});
+}
+
+TEST_F(Timers, MayBeSetAgainAndAllCancelledWhileOneFires) {
+  RecordingTimers timers(calls);
+  timers.onFire = [&] {
+    if (calls.ids.size() < 2) timers.TimerSet(7, 1);
+  };
+  timers.TimerSet(7, 1);
+  ASSERT_TRUE(PumpUntil([this] { return calls.ids.size() == 2; }));
+  timers.onFire = [&] { timers.TimerDestroy(); };
+  timers.TimerSet(1, 5);
+  timers.TimerSet(2, 5);
+  PumpFor(40);
+  EXPECT_EQ(calls.ids.size(), 3u);
 }
 
 TEST_F(Timers, ComeToTheMainThreadWhoeverSetsThem) {
