@@ -62,15 +62,6 @@ class DragDrop : public TransferTest {
     const QImage picture = Rows()->grab().toImage();
     return picture.pixel(picture.width() - 3, row.bottom()) == List()->palette().color(QPalette::Highlight).rgb();
   }
-  std::vector<std::string> Selected() {
-    std::vector<std::string> names;
-    for (LVSelectedIterator row(Main(), kRemoteList); row.IsValid(); row.Next()) {
-      char name[kTextSize];
-      Main().LVGetString(kRemoteList, row.Row(), name);
-      names.emplace_back(name);
-    }
-    return names;
-  }
   /// Of those that change something or go somewhere, what was sent since the last call.
   std::vector<std::string> NewCommands() {
     const std::vector<std::string> all = history.Commands();
@@ -125,16 +116,16 @@ TEST_F(DragDrop, OverRowsChoosesFoldersAndMarksGaps) {
     Select(kRemoteList, {"a", "d.txt"});
     LUserSettingSetString("Settings", "DragSource", row.source);
     EXPECT_TRUE(Enter(Rows(), {Local("x")}));
-    EXPECT_EQ(Selected(), row.atEntry);
+    EXPECT_EQ(Selected(kRemoteList), row.atEntry);
     Move(PlaceOf("b"));
-    EXPECT_EQ(Selected(), row.overFolder);
+    EXPECT_EQ(Selected(kRemoteList), row.overFolder);
     EXPECT_FALSE(IsMarkedUnder("c.txt"));
     Move(PlaceOf("c.txt"));
-    EXPECT_EQ(Selected(), row.overFile);
+    EXPECT_EQ(Selected(kRemoteList), row.overFile);
     EXPECT_TRUE(IsMarkedUnder("c.txt"));
     Move(PlaceOf("b"));
     Leave();
-    EXPECT_EQ(Selected(), row.atEntry);
+    EXPECT_EQ(Selected(kRemoteList), row.atEntry);
     EXPECT_FALSE(IsMarkedUnder("c.txt"));
   }
 }
@@ -281,7 +272,7 @@ TEST_F(DragDrop, RowsDraggedOutAreFilesWhenTheyLeaveTheList) {
   const Meanwhile drop([&] { return List()->findChild<QDrag*>() != nullptr; },
                        [&] {
                          moveTo(Rows(), PlaceOf("stays.txt"));
-                         selectedOver = Selected();
+                         selectedOver = Selected(kRemoteList);
                          moveTo(&target, {50, 50});
                          moveTo(&target, {60, 60});
                          release(&target, {60, 60});

@@ -33,15 +33,6 @@ class TwoFolders : public TransferTest {
     alerts.Expect(kQuestion, "同期する");
     Press(kSynchroniseButton);
   }
-  std::vector<std::string> Selected(int list) {
-    std::vector<std::string> names;
-    for (LVSelectedIterator row(Main(), list); row.IsValid(); row.Next()) {
-      char name[kTextSize];
-      Main().LVGetString(list, row.Row(), name);
-      names.emplace_back(name);
-    }
-    return names;
-  }
 };
 
 TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {

@@ -150,6 +150,16 @@ void WindowTest::DragDivider(int down) {
 
 // What the user sees
 
+std::vector<std::string> WindowTest::Selected(int list) {
+  std::vector<std::string> names;
+  for (LVSelectedIterator row(Main(), list); row.IsValid(); row.Next()) {
+    char name[kTextSize];
+    Main().LVGetString(list, row.Row(), name);
+    names.emplace_back(name);
+  }
+  return names;
+}
+
 std::string WindowTest::CurrentRow(int list) {
   char name[kTextSize];
   Main().LVGetString(list, Main().LVGetCurSel(list), name);

@@ -81,6 +81,7 @@ class WindowTest : public SettingsFixture {
 
   // What the user sees
   std::vector<std::string> Names(int list) { return ui::Column(Window(), list, 0); }
+  std::vector<std::string> Selected(int list);
   std::string CurrentRow(int list);
   std::string PathOf(int control) { return ui::Text(Window(), control); }
   std::string StatusBar();
