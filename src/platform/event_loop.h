@@ -23,8 +23,8 @@ void ApplicationOnReopenRequest(std::function<void()> handler);
 /// Handles everything that waits in the window system's queue, and returns. Main thread.
 void EventLoopPump();
 /// The same for whoever asks at every step of its work: nobody notices an event a millisecond late, and a turn of the
-/// loop costs a system call, as much as a step. So it looks at the queue once in gEventLoopOftenUs, or when a call was
-/// posted. Main thread.
+/// loop costs a system call, as much as a step. So it looks at the queue when gEventLoopOftenUs have passed and it is
+/// asked a second time, or when twice that has passed, or a call was posted. Main thread.
 void EventLoopPumpOften();
 /// A millisecond; 0 for a test that wants to come between any two steps.
 extern unsigned gEventLoopOftenUs;

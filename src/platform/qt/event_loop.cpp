@@ -95,16 +95,25 @@ QElapsedTimer& SinceLastTurn() {
   return clock;
 }
 
+bool isTurnDue = false;  ///< EventLoopPumpOften leaves the turn to its next call. Main thread.
+
 }  // namespace
 
 void EventLoopPump() {
+  isTurnDue = false;
   QCoreApplication::processEvents();
   SinceLastTurn().start();
 }
 
 void EventLoopPumpOften() {
   const QElapsedTimer& clock = SinceLastTurn();
-  if (!clock.isValid() || clock.nsecsElapsed() / 1000 >= gEventLoopOftenUs || HavePosted()) EventLoopPump();
+  const qint64 often = gEventLoopOftenUs;
+  const qint64 us = clock.isValid() ? clock.nsecsElapsed() / 1000 : 2 * often;
+  // The time has mostly passed in a wait for the peer, and behind it comes the next command. Once that is sent, a turn
+  // costs nothing: the peer works meanwhile. So the turn that is due waits for the next question.
+  const bool isTime = us >= 2 * often || (us >= often && isTurnDue);
+  isTurnDue = us >= often;
+  if (isTime || HavePosted()) EventLoopPump();
 }
 
 void EventLoopDraw() {
