@@ -45,8 +45,7 @@ bool Measure(const char* name, MainDialog& dialog, int lines, bool isPumped) {
     if (isPumped) platform::EventLoopPump();
   }
   const double logged = Seconds(clock);
-  const bool isShown =
-      ui::WaitUntil([&] { return ui::LogText(dialog.Native(), kHistory).find(last) != std::string::npos; });
+  const bool isShown = ui::LogShows(dialog.Native(), kHistory, last);
   const long written = LinesInFiles() - before;
   printf("%s: %d lines in %.2f s, %.1f us a line; the last one %s after %.2f s; %ld in the file\n", name, lines, logged,
          logged / lines * 1e6, isShown ? "shown" : "NOT SHOWN", Seconds(clock), written);

@@ -18,7 +18,7 @@ class Start : public WindowTest {};
 TEST_F(Start, WithoutASiteSaysWhatToDo) {
   StartProgram();
   EXPECT_EQ(Messages(), (Texts{"Orvane FTPファイル転送ソフト 実行", "接続ボタンをクリックしてサイトに接続する"}));
-  EXPECT_THAT(ui::LogText(Window(), kHistory), HasSubstr("\t接続ボタンをクリックしてサイトに接続する"));
+  EXPECT_TRUE(ui::LogShows(Window(), kHistory, "\t接続ボタンをクリックしてサイトに接続する"));
   EXPECT_EQ(HistoryColor(), kPlainColor);
   EXPECT_THAT(StatusBar(), HasSubstr("Orvane FTPファイル転送ソフト v 5.01"));
   EXPECT_THAT(StatusBar(), HasSubstr("FTPサイトに接続されていません"));
@@ -60,7 +60,7 @@ TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
   EXPECT_THAT(StatusBar(), HasSubstr(std::string(kSite) + " (" + server->Address() + ")にannaとして接続中"));
   EXPECT_THAT(Messages(),
               testing::IsSupersetOf({"サーバーに接続しています：" + server->Address(), std::string("接続済み")}));
-  EXPECT_THAT(ui::LogText(Window(), kHistory), HasSubstr("\tコマンド: PWD\n"));
+  EXPECT_TRUE(ui::LogShows(Window(), kHistory, "\tコマンド: PWD\n"));
   EXPECT_FALSE(Main().remotePane.bReconnectArmed);
 }
 

@@ -261,10 +261,9 @@ std::string BubbleTip() {
   return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText().toStdString();
 }
 
-std::string LogText(platform::Window* window, int id) {
-  Pump(60);  // The pane shows what has come since its last picture.
-  auto* log = qobject_cast<QPlainTextEdit*>(window->Control(id));
-  return log ? log->toPlainText().toStdString() : std::string();
+bool LogShows(platform::Window* window, int id, const std::string& part) {
+  const auto* log = qobject_cast<QPlainTextEdit*>(window->Control(id));
+  return log && WaitUntil([&] { return log->toPlainText().contains(QString::fromStdString(part)); });
 }
 
 std::vector<std::string> Column(platform::Window* window, int list, int column) {

@@ -47,7 +47,8 @@ void ChooseFromNextMenu(const char* text);
 std::string Text(platform::Window* window, int id);
 /// The text of the tip at a control; empty while none is shown.
 std::string BubbleTip();
-std::string LogText(platform::Window* window, int id);
+/// Waits until the pane shows `part`: it is some time behind. False if that never comes.
+bool LogShows(platform::Window* window, int id, const std::string& part);
 /// The cells of one column, top to bottom.
 std::vector<std::string> Column(platform::Window* window, int list, int column);
 /// Saves a picture of the window as PNG.

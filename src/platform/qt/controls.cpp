@@ -8,14 +8,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextDocument>
-#include <QTimer>
 #include <QToolButton>
 #include <QToolTip>
 
@@ -23,40 +20,16 @@
 #include "platform/qt/divider.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/input_control.h"
+#include "platform/qt/label_control.h"
 #include "platform/qt/list_control.h"
 #include "platform/qt/log_control.h"
 #include "platform/qt/native_window.h"
+#include "platform/qt/progress_control.h"
 #include "platform/qt/text.h"
 
 namespace platform {
 
 namespace {
-
-constexpr int kProgressSteps = 10000;
-
-/// What changes faster than the screen is painted once: a job tells of each file several times, and painting a text
-/// costs more than an exchange with the server.
-void PaintLater(QWidget* control) {
-  if (!control->isVisible() || !control->updatesEnabled()) return;
-  control->setUpdatesEnabled(false);
-  QTimer::singleShot(kShowAfterMs, control, [control] { control->setUpdatesEnabled(true); });
-}
-
-/// A one-line text that is elided in the middle; its tool tip holds the whole.
-class ElidedLabel : public QLabel {
- public:
-  using QLabel::QLabel;
-
- protected:
-  void paintEvent(QPaintEvent* event) override {
-    if (!pixmap().isNull()) return QLabel::paintEvent(event);
-    QPainter painter(this);
-    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-    if (shown != text()) setToolTip(ToolTipText(text()));
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, shown);
-  }
-};
 
 QWidget* NewButton(Window* window, int id, ControlKind kind, const QString& text) {
   QAbstractButton* button = nullptr;
@@ -125,13 +98,6 @@ QWidget* NewLine(Window* window) {
   return line;
 }
 
-QWidget* NewProgressBar(Window* window) {
-  auto* bar = new QProgressBar(window->client);
-  bar->setTextVisible(false);
-  bar->setRange(0, kProgressSteps);
-  return bar;
-}
-
 QWidget* NewToolBar(Window* window) {
   auto* bar = new QToolBar(window->client);
   bar->setIconSize(QSize(20, 20));
@@ -141,7 +107,7 @@ QWidget* NewToolBar(Window* window) {
 
 QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& text) {
   switch (kind) {
-    case ControlKind::kStatic: return new ElidedLabel(text, window->client);
+    case ControlKind::kStatic: return new LabelControl(text, window->client);
     case ControlKind::kIcon: return new QLabel(window->client);
     case ControlKind::kInput: return NewInput(window, id, false);
     case ControlKind::kPassword: return NewInput(window, id, true);
@@ -155,7 +121,7 @@ QWidget* NewControl(Window* window, int id, ControlKind kind, const QString& tex
     case ControlKind::kComboBox: return new ComboControl(window, id, true);
     case ControlKind::kPullDownList: return new ComboControl(window, id, false);
     case ControlKind::kList: return new ListControl(window, id);
-    case ControlKind::kProgressBar: return NewProgressBar(window);
+    case ControlKind::kProgressBar: return new ProgressControl(window->client);
     case ControlKind::kGroup: return NewGroup(window, text);
     case ControlKind::kLine: return NewLine(window);
     case ControlKind::kLog: return new LogControl(window->client);
@@ -248,10 +214,8 @@ void ControlFocus(Window* window, int id) {
 }
 
 void ControlSetText(Window* window, int id, const char* text) {
-  if (auto* label = window->ControlAs<QLabel>(id)) {
-    PaintLater(label);
-    label->setText(ShownText(text));
-    if (!label->toolTip().isEmpty()) label->setToolTip(QString());
+  if (auto* label = window->ControlAs<LabelControl>(id)) {
+    label->SetShown(text);
   } else if (auto* input = window->ControlAs<InputControl>(id)) {
     input->SetField(text);
   } else if (auto* combo = window->ControlAs<ComboControl>(id)) {
@@ -263,8 +227,8 @@ void ControlSetText(Window* window, int id, const char* text) {
 
 void ControlGetText(const Window* window, int id, char (&text)[kFixedText]) {
   QByteArray found;
-  if (auto* label = window->ControlAs<QLabel>(id)) {
-    found = label->text().toUtf8();
+  if (auto* label = window->ControlAs<LabelControl>(id)) {
+    found = label->Newest().toUtf8();
   } else if (auto* input = window->ControlAs<InputControl>(id)) {
     found = input->Field();
   } else if (auto* combo = window->ControlAs<ComboControl>(id)) {
@@ -316,15 +280,7 @@ bool ControlGetCheck(const Window* window, int id) {
 }
 
 void ControlSetProgress(Window* window, int id, double fraction) {
-  auto* bar = window->ControlAs<QProgressBar>(id);
-  if (!bar) return;
-  if (fraction < 0) {
-    bar->setRange(0, 0);
-  } else {
-    PaintLater(bar);
-    bar->setRange(0, kProgressSteps);
-    bar->setValue(static_cast<int>(qBound(0.0, fraction, 1.0) * kProgressSteps));
-  }
+  if (auto* bar = window->ControlAs<ProgressControl>(id)) bar->SetFraction(fraction);
 }
 
 void ControlBubbleTip(Window* window, int id, const char* text) {
@@ -336,11 +292,11 @@ void ControlBubbleTip(Window* window, int id, const char* text) {
 }
 
 void ControlSetColors(Window* window, int id, unsigned text, unsigned background) {
-  if (auto* log = dynamic_cast<LogControl*>(window->Control(id))) log->SetColors(text, background);
+  if (auto* log = window->ControlAs<LogControl>(id)) log->SetColors(text, background);
 }
 
 void LogSetText(Window* window, int id, const char* text) {
-  if (auto* log = dynamic_cast<LogControl*>(window->Control(id))) log->SetLog(text);
+  if (auto* log = window->ControlAs<LogControl>(id)) log->SetLog(text);
 }
 
 void ControlBindEvent(Window* window, int id, ControlEvent event, int command) {

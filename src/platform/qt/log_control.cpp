@@ -6,6 +6,9 @@
 
 namespace platform {
 
+/// Each time, the whole text is laid out anew.
+constexpr int kShowAfterMs = 100;
+
 LogControl::LogControl(QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);
   setUndoRedoEnabled(false);
@@ -19,7 +22,8 @@ LogControl::LogControl(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void LogControl::SetLog(const char* utf8) {
-  waiting = utf8;
+  waiting.resize(0);  // An assignment would look for room anew.
+  waiting.append(utf8);
   if (!timer.isActive()) timer.start();
 }
 

@@ -6,10 +6,9 @@
 
 namespace platform {
 
-/// What a job changes faster than this is shown once.
-constexpr int kShowAfterMs = 50;
-
 class LogControl : public QPlainTextEdit {
+  Q_OBJECT
+
  public:
   explicit LogControl(QWidget* parent);
   void SetLog(const char* utf8);
