@@ -253,7 +253,7 @@ TEST_F(Trouble, AFileIsNotSentWhereItsNameMeansAnother) {
   MakeRemote("mine.txt", "mine");
   StartConnected();
   alerts.AgreeToAll(true);
-  const Meanwhile rename([&] { return history.LastCommand().rfind("STOR ", 0) == 0; },
+  const Meanwhile rename([&] { return history.Count("STOR ") != 0; },
                          [&] { std::filesystem::rename(Remote("d"), Remote("gone")); });
   TransferTest::Upload({"d"});
   EXPECT_TRUE(rename.Acted());
