@@ -124,6 +124,8 @@ bool MainDialog::RouteRemote(int id) {
     case kCommandRemoteNewFolder:
     case kCommandMenuRemoteNewFolder: CmRemoteNewFolder(); return true;
     case kCommandPermissions: CmChangePermissions(); return true;
+    case kCommandRemoteCopy: CmRemoteCopy(); return true;
+    case kCommandRemotePaste: CmRemotePaste(); return true;
     case kCommandRemoteSelectionChanged:
       EndLocalRename();
       EnableControls();

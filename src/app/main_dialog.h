@@ -45,6 +45,8 @@ class MainDialogCore {
 
   // Transfers
   void CmUpload();
+  /// Sends what was pasted, by the paths of this machine; the folder of the first is that of all.
+  void CmUpload(const LStringListTemplate<char>& list);
   void CmDownload();
   /// Brings the selected remote rows into a folder of this machine.
   void DragDownload(char* folder);
@@ -121,6 +123,9 @@ class MainDialog : public LMainWindow,
   void CmUpload();
   void CmDownload();
   void CmSynchronize();
+  /// The selected remote rows, as files of this machine, to the clipboard; files from there to the remote folder.
+  void CmRemoteCopy();
+  void CmRemotePaste();
   void CmRemoteDelete();
   int CmQuickConnect(bool bForgetOnFail, LMacWindow* view);
   void CmGo();
@@ -187,6 +192,7 @@ class MainDialog : public LMainWindow,
   bool RouteConnection(int id);
   bool RouteRest(int id);
   void DeleteEmptyDragFolder();
+  void CopySelected();
   void EvWatch();
   void EvConnectIcon();
   void EvPower(bool suspend);

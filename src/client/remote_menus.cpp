@@ -1,11 +1,12 @@
 // The context menus of the remote list: its rows and its headings.
 #include "client/remote_pane.h"
+#include "support/window/clipboard.h"
 #include "support/window/menus.h"
 
 namespace {
 
 /// When a row of the menu is on.
-enum Needs { kOneRow, kRow, kConnection, kNever };
+enum Needs { kNothing, kOneRow, kRow, kConnection, kCurrentRow, kFilesToPaste };
 
 struct MenuRow {
   int id;  ///< 0 for a separator.
@@ -15,14 +16,14 @@ struct MenuRow {
 };
 
 constexpr int kOpen = 4002;
-constexpr MenuRow kSeparator = {0, nullptr, kNever, 0};
+constexpr MenuRow kSeparator = {0, nullptr, kNothing, 0};
 constexpr MenuRow kRows[] = {
     {kOpen, "開く", kOneRow, LKey::kShift | LKey::kReturn},
     kSeparator,
     {4001, "ダウンロード", kRow, LKey::kCommand | 'D'},
     kSeparator,
-    {4021, "コピー", kNever, 0},
-    {4022, "貼付け", kNever, 0},
+    {4021, "コピー", kCurrentRow, 0},
+    {4022, "貼付け", kFilesToPaste, 0},
     kSeparator,
     {4003, "削除", kRow, LKey::kShift | LKey::kForwardDelete},
     {4004, "名前を変更", kOneRow, LKey::kShift | LKey::kF2},
@@ -42,8 +43,18 @@ constexpr const char* kColumnNames[] = {"サイズ", "種類", "日付", "許可
 
 void LFtpList::EvRightClick() {
   if (!pWindow) return;
-  const bool row = bConnected && pWindow->LVGetCurSel(nListId) >= 0;
-  const bool one = pWindow->LVGetSelCount(nListId) == 1;
+  const bool current = pWindow->LVGetCurSel(nListId) >= 0;
+  const auto isMet = [&](Needs needs) {
+    switch (needs) {
+      case kNothing: return false;
+      case kOneRow: return pWindow->LVGetSelCount(nListId) == 1;
+      case kRow: return bConnected && current;
+      case kConnection: return bConnected;
+      case kCurrentRow: return current || IsFolderSelected();
+      case kFilesToPaste: return LClipboardHasFilePaths();
+    }
+    return false;
+  };
   LPopupMenu menu;
   for (const MenuRow& item : kRows) {
     if (item.id == 0) {
@@ -51,8 +62,7 @@ void LFtpList::EvRightClick() {
       continue;
     }
     menu.AppendMenuItem(item.id, item.text, item.key);
-    menu.EnableMenuItem(item.id, (item.needs == kOneRow && one) || (item.needs == kRow && row) ||
-                                     (item.needs == kConnection && bConnected));
+    menu.EnableMenuItem(item.id, isMet(item.needs));
   }
   menu.SetDefaultMenuItem(kOpen);
   menu.DisplayPopupMenu(*pWindow);

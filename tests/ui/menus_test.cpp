@@ -192,7 +192,7 @@ TEST_F(Menus, TheContextMenuOfTheRemoteList) {
   StartConnected();
   platform::WindowSetFrame(Window(), {0, 0, 1200, 800});
   EXPECT_THAT(ContextRows("context-remote", [&] { RightClick(kRemoteList, "a.txt"); }),
-              ElementsAre("*開く | Shift+Return", "-", "ダウンロード | Ctrl+D", "-", "!コピー", "!貼付け", "-",
+              ElementsAre("*開く | Shift+Return", "-", "ダウンロード | Ctrl+D", "-", "コピー", "!貼付け", "-",
                           "削除 | Shift+Delete", "名前を変更 | Shift+F2", "-", "新規フォルダ", "-",
                           "更新 | Ctrl+Shift+R", "-", "ファイルのパーミッションを変更する"));
   SaveScreen(Window(), "main-window");

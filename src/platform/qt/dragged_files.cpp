@@ -25,11 +25,14 @@ QByteArray LocalPathOf(QByteArray address) {
   return path.startsWith('/') && !path.contains('\0') ? path : QByteArray();
 }
 
+QByteArray AddressOf(const QByteArray& path) { return "file://" + path.toPercentEncoding("/"); }
+
 }  // namespace
 
 QList<QByteArray> LocalPathsOf(const QMimeData& data) {
   QList<QByteArray> paths;
-  for (const QByteArray& line : data.data(kUriList).split('\n')) {
+  const char* format = data.hasFormat(kUriList) ? kUriList : kCopiedFiles;
+  for (const QByteArray& line : data.data(format).split('\n')) {
     const QByteArray path = LocalPathOf(line.trimmed());
     if (!path.isEmpty()) paths.append(path);
   }
@@ -38,7 +41,13 @@ QList<QByteArray> LocalPathsOf(const QMimeData& data) {
 
 QByteArray UriListOf(const QList<QByteArray>& paths) {
   QByteArray list;
-  for (const QByteArray& path : paths) list += "file://" + path.toPercentEncoding("/") + "\r\n";
+  for (const QByteArray& path : paths) list += AddressOf(path) + "\r\n";
+  return list;
+}
+
+QByteArray CopiedFilesOf(const QList<QByteArray>& paths) {
+  QByteArray list = "copy";
+  for (const QByteArray& path : paths) list += "\n" + AddressOf(path);
   return list;
 }
 
