@@ -11,6 +11,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "support/loopback.h"
 #include "support/server_channel.h"
 #include "support/test_files.h"
 
@@ -38,7 +39,7 @@ class FaultServer::Conversation {
   Conversation(const ServerManner& manner, ssl_ctx_st* context);
   ~Conversation();
 
-  int port_ = 0;  ///< Stands before the listener, which sets it.
+  uint16_t port_ = 0;  ///< Stands before the listener, which sets it.
   mutable std::mutex mutex_;
   std::vector<std::string> commands_;
   size_t failing_ = kAll;
@@ -105,7 +106,7 @@ FaultServer::Conversation::Conversation(const ServerManner& manner, ssl_ctx_st* 
     : manner_(manner),
       tls_(context),
       stop_fd_(eventfd(0, EFD_CLOEXEC)),
-      listener_(OpenLoopbackSocket(true, port_)),
+      listener_(OpenLoopbackSocket(port_)),
       control_(stop_fd_),
       data_(stop_fd_),
       thread_([this] { Run(); }) {}
@@ -337,8 +338,8 @@ void FaultServer::Conversation::OpenPassive() {
   data_.Close();
   ClosePassive();
   moving_ = false;
-  int port = 0;
-  passive_ = OpenLoopbackSocket(now_ != ServerFault::kPassiveRefused, port);
+  uint16_t port = 0;
+  passive_ = OpenLoopbackSocket(port, now_ == ServerFault::kPassiveRefused ? kNotListening : 8);
   if (now_ == ServerFault::kPassiveNonsense) return Write("227 Passive (999,-1,70000,x,300,99999999999)");
   Speak("227 Passive (127,0,0,1," + std::to_string(port / 256) + "," + std::to_string(port % 256) + ")");
   dead_ |= now_ == ServerFault::kPassiveDeaf;

@@ -1,19 +1,18 @@
 // Starting, waiting for and ending a server.
 #include "support/real_server.h"
 
-#include <arpa/inet.h>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <netinet/in.h>
 #include <stdlib.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "support/loopback.h"
 
 namespace {
 
@@ -24,17 +23,12 @@ constexpr int kWaitStepMs = 20;
 constexpr int kAcceptSteps = 10000 / kWaitStepMs;
 constexpr int kEndSteps = 5000 / kWaitStepMs;
 
-sockaddr_in Loopback(unsigned short port) {
+bool Accepts(unsigned short port) {
+  const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address = {};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-bool Accepts(unsigned short port) {
-  const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const sockaddr_in address = Loopback(port);
   const bool accepted = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   close(client);
   return accepted;
@@ -104,16 +98,6 @@ std::string ReadFile(const std::string& path) {
 }
 
 }  // namespace
-
-unsigned short FreeLoopbackPort() {
-  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = Loopback(0);
-  socklen_t size = sizeof address;
-  const bool bound = bind(listener, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                     getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-  close(listener);
-  return bound ? ntohs(address.sin_port) : 0;
-}
 
 RealServer::RealServer(const ServerSetup& setup) : setup_(setup) {
   char folder[] = "/tmp/orvane-server-XXXXXX";

@@ -24,9 +24,6 @@ struct ServerSetup {
 /// Where tools/fetch-test-servers has put a file that its package has at `path`.
 std::string FetchedPath(const std::string& path);
 
-/// A free port of the loopback address. Another program may take it before its user does.
-unsigned short FreeLoopbackPort();
-
 /// A proxy that takes `USER user@host:port` from whoever connects, without a logon of its own.
 class RealProxy {
  public:

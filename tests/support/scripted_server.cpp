@@ -13,6 +13,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "support/loopback.h"
 #include "support/server_channel.h"
 
 namespace {
@@ -48,7 +49,7 @@ class ScriptedServer::Conversation {
   void Problem(const std::string& text);
 
   int stop_fd_;
-  int port_ = 0;  ///< Stands before the listener, which sets it.
+  uint16_t port_ = 0;  ///< Stands before the listener, which sets it.
   int listener_;
   ServerChannel control_;
   ServerChannel data_;
@@ -85,7 +86,7 @@ class ScriptedServer::Conversation {
 
 ScriptedServer::Conversation::Conversation()
     : stop_fd_(eventfd(0, EFD_CLOEXEC)),
-      listener_(OpenLoopbackSocket(true, port_)),
+      listener_(OpenLoopbackSocket(port_)),
       control_(stop_fd_),
       data_(stop_fd_),
       thread_([this] { Run(); }) {}
@@ -203,8 +204,8 @@ void ScriptedServer::Conversation::OpenPassive(bool listening) {
   ClosePassive();
   receive_meanwhile_ = false;
   entry_open_ = false;
-  int port = 0;
-  passive_ = OpenLoopbackSocket(listening, port);
+  uint16_t port = 0;
+  passive_ = OpenLoopbackSocket(port, listening ? 8 : kNotListening);
   SendText("227 Entering Passive Mode (127,0,0,1," + std::to_string(port / 256) + "," + std::to_string(port % 256) +
            ")\r\n");
 }

@@ -52,5 +52,3 @@ class ServerChannel {
 
 /// Waits for `fd` or the stop descriptor; true if `fd` has one of `events` (or an error).
 bool WaitForDescriptor(int fd, short events, int stopFd, int ms);
-/// A socket bound to a free port of 127.0.0.1; listening if asked for. `port` gets the port.
-int OpenLoopbackSocket(bool listening, int& port);

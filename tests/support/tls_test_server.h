@@ -14,7 +14,6 @@
 
 #include <csignal>
 #include <functional>
-#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <openssl/err.h>
 #include <poll.h>
@@ -23,22 +22,8 @@
 #include <sys/socket.h>
 #include <thread>
 
+#include "support/loopback.h"
 #include "support/test_certificates.h"
-
-/// A listening socket of 127.0.0.1 on a free port; `port` gets the port.
-inline int ListenOnLoopback(uint16_t& port, int backlog = 8) {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  if (bind(fd, reinterpret_cast<sockaddr*>(&address), length) != 0 || listen(fd, backlog) != 0 ||
-      getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-    std::abort();
-  }
-  port = ntohs(address.sin_port);
-  return fd;
-}
 
 /// One accepted connection. Its calls block.
 class TlsTestPeer {
@@ -137,7 +122,7 @@ class TlsTestServer {
   using Behaviour = std::function<void(TlsTestPeer&)>;
 
   explicit TlsTestServer(Behaviour behaviour)
-      : behaviour_(std::move(behaviour)), listen_fd_(ListenOnLoopback(port_)), stop_fd_(eventfd(0, EFD_CLOEXEC)) {
+      : behaviour_(std::move(behaviour)), listen_fd_(OpenLoopbackSocket(port_)), stop_fd_(eventfd(0, EFD_CLOEXEC)) {
     signal(SIGPIPE, SIG_IGN);  // The library writes with no flag against it.
     thread_ = std::thread([this] { Serve(); });
   }
