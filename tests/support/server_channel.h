@@ -24,6 +24,7 @@ class ServerChannel {
   bool IsOpen() const { return fd_ != -1; }
   bool IsSecure() const { return ssl_ != nullptr; }
   int Fd() const { return fd_; }
+  ssl_st* Tls() const { return ssl_; }
 
   /// The server's side of a TLS handshake; false if it failed or took longer than 5 s.
   bool StartTls(ssl_ctx_st* context);
