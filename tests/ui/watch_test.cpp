@@ -32,8 +32,7 @@ class Watch : public WindowTest {
 };
 
 TEST_F(Watch, ReconnectsAfterTheSessionWasCut) {
-  MakeRemote("資料/a.txt", "x");
-  StartConnected();
+  StartConnected({"資料/a.txt"});
   Open(kRemoteList, "資料");
   WaitUntilArmed();
   Main().remotePane.Ftp.CloseSocket();
@@ -86,8 +85,7 @@ TEST_F(Watch, GivesUpAfterFiveTries) {
 }
 
 TEST_F(Watch, NeverLooksWhileAJobHasTheSession) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   WaitUntilArmed();
   const struct {
     const char* dialog;
@@ -117,8 +115,7 @@ TEST_F(Watch, NeverLooksWhileAJobHasTheSession) {
 
 /// Keys come also where the button is off.
 TEST_F(Watch, NoCommandConnectsByItself) {
-  MakeRemote("folder/a.txt", "x");
-  StartConnected();
+  StartConnected({"folder/a.txt"});
   Open(kRemoteList, "folder");
   Select(kRemoteList, {"a.txt"});
   Main().CmDisconnect(true);
