@@ -4,14 +4,10 @@
 #include <atomic>
 #include <csignal>
 #include <cstring>
-#include <mutex>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <thread>
-#include <unistd.h>
 
-#include "support/server_channel.h"
+#include "support/server_thread.h"
 #include "support/test_files.h"
 
 namespace {
@@ -32,18 +28,20 @@ std::string FactsLine(const char* type, size_t size, const std::string& name) {
 
 }  // namespace
 
-/// The server's thread and what it shares with the test. What stands below `mutex_` is guarded by it.
-class FaultServer::Conversation {
+/// The server's thread and what it shares with the test.
+class FaultServer::Conversation : public ServerThread {
  public:
-  Conversation(const ServerManner& manner, ssl_ctx_st* context);
-  ~Conversation();
+  Conversation(const ServerManner& manner, ssl_ctx_st* context) : manner_(manner), tls_(context) {
+    Start([this] { Run(); });
+  }
+  ~Conversation() { End(); }
 
-  int port_ = 0;  ///< Stands before the listener, which sets it.
-  mutable std::mutex mutex_;
+  // Guarded by the mutex.
   std::vector<std::string> commands_;
   size_t failing_ = kAll;
   ServerFault fault_ = ServerFault::kNone;
   std::string moved_;
+
   std::atomic<bool> logged_on_ = false;
   std::atomic<bool> moving_ = false;
 
@@ -69,7 +67,6 @@ class FaultServer::Conversation {
   void Write(const std::string& line) { (void)control_.Write(line + "\r\n", false); }
   void WriteBytes(const std::string& bytes) { (void)control_.Write(bytes, false); }
   void OpenPassive();
-  void ClosePassive();
 
   void Transfer(const std::string& content, bool isUpload, bool isFile);
   bool OpenData();
@@ -84,11 +81,6 @@ class FaultServer::Conversation {
 
   const ServerManner manner_;
   ssl_ctx_st* const tls_;
-  const int stop_fd_;
-  const int listener_;
-  ServerChannel control_;
-  ServerChannel data_;
-  int passive_ = -1;
   std::string input_;
   ServerFault now_ = ServerFault::kNone;  ///< The fault of the command that is being answered.
   bool dead_ = false;                     ///< Takes what comes and says nothing.
@@ -98,24 +90,7 @@ class FaultServer::Conversation {
   bool in_transfer_ = false;
   bool noop_came_ = false;
   bool aborted_ = false;
-  std::thread thread_;
 };
-
-FaultServer::Conversation::Conversation(const ServerManner& manner, ssl_ctx_st* context)
-    : manner_(manner),
-      tls_(context),
-      stop_fd_(eventfd(0, EFD_CLOEXEC)),
-      listener_(OpenLoopbackSocket(true, port_)),
-      control_(stop_fd_),
-      data_(stop_fd_),
-      thread_([this] { Run(); }) {}
-
-FaultServer::Conversation::~Conversation() {
-  (void)eventfd_write(stop_fd_, 1);
-  thread_.join();
-  close(listener_);
-  close(stop_fd_);
-}
 
 void FaultServer::Conversation::Run() {
   while (WaitForDescriptor(listener_, POLLIN, stop_fd_, -1)) {
@@ -125,11 +100,6 @@ void FaultServer::Conversation::Run() {
     data_.Close();
     ClosePassive();
   }
-}
-
-void FaultServer::Conversation::ClosePassive() {
-  if (passive_ != -1) close(passive_);
-  passive_ = -1;
 }
 
 /// One client, from its greeting to its end.
@@ -213,7 +183,7 @@ void FaultServer::Conversation::SpeakWrongly(const std::string& reply) {
     case ServerFault::kHalfLineAndClose: WriteBytes(reply.substr(0, reply.size() / 2)); return control_.Close();
     case ServerFault::kLongLine: return WriteBytes(std::string(10000, 'x'));
     case ServerFault::kLongLineAndClose: WriteBytes(std::string(10000, 'x')); return control_.Close();
-    case ServerFault::kLateReply: (void)WaitForDescriptor(-1, 0, stop_fd_, kLateMs); return Write(reply);
+    case ServerFault::kLateReply: Pause(kLateMs); return Write(reply);
     case ServerFault::kWrongRefusal: return Write("500 What");
     case ServerFault::kWrongSuccess: return Write("250 As you like");
     case ServerFault::kWrongPreliminary: return Write("150 Soon");
@@ -334,13 +304,10 @@ std::string FaultServer::Conversation::ListingOf(const std::string& verb, const 
 }
 
 void FaultServer::Conversation::OpenPassive() {
-  data_.Close();
-  ClosePassive();
+  const std::string numbers = NewPassive(now_ != ServerFault::kPassiveRefused);
   moving_ = false;
-  int port = 0;
-  passive_ = OpenLoopbackSocket(now_ != ServerFault::kPassiveRefused, port);
   if (now_ == ServerFault::kPassiveNonsense) return Write("227 Passive (999,-1,70000,x,300,99999999999)");
-  Speak("227 Passive (127,0,0,1," + std::to_string(port / 256) + "," + std::to_string(port % 256) + ")");
+  Speak("227 Passive " + numbers);
   dead_ |= now_ == ServerFault::kPassiveDeaf;
 }
 
@@ -444,7 +411,7 @@ void FaultServer::Conversation::SendContent(const std::string& content, bool isF
   const bool holds = isFile && manner_.pace != ServerManner::Pace::kFast && !isCut;
   const size_t first = holds ? whole.size() / 2 : whole.size();
   // The time to the first NOOP is over when the client gets to look.
-  if (holds) (void)WaitForDescriptor(-1, 0, stop_fd_, kSlowMs);
+  if (holds) Pause(kSlowMs);
   if (isFile) RecordMoved(whole);
   (void)data_.Write(whole.substr(0, first), false);
   moving_ = true;
@@ -456,7 +423,7 @@ void FaultServer::Conversation::SendContent(const std::string& content, bool isF
 
 void FaultServer::Conversation::ReceiveContent(ServerFault fault) {
   const size_t limit = LimitOf(fault);
-  if (manner_.pace == ServerManner::Pace::kSlow) (void)WaitForDescriptor(-1, 0, stop_fd_, kSlowMs);
+  if (manner_.pace == ServerManner::Pace::kSlow) Pause(kSlowMs);
   std::string bytes;
   ServerChannel::Status status = ServerChannel::Status::kOk;
   while (bytes.size() < limit && status != ServerChannel::Status::kEnd && !aborted_ && !dead_) {
@@ -484,7 +451,7 @@ FaultServer::FaultServer(const ServerManner& manner, ssl_ctx_st* context) {
 
 FaultServer::~FaultServer() = default;
 
-std::string FaultServer::Address() const { return "127.0.0.1:" + std::to_string(conversation_->port_); }
+std::string FaultServer::Address() const { return conversation_->Address(); }
 
 void FaultServer::FailAt(size_t number, ServerFault fault) {
   const std::lock_guard<std::mutex> lock(conversation_->mutex_);

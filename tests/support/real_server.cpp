@@ -1,40 +1,28 @@
 // Starting, waiting for and ending a server.
 #include "support/real_server.h"
 
-#include <arpa/inet.h>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <netinet/in.h>
-#include <stdlib.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
+#include "support/loopback.h"
 
-namespace fs = std::filesystem;
+namespace {
 
 constexpr int kStartTries = 3;
 constexpr int kWaitStepMs = 20;
 constexpr int kAcceptSteps = 10000 / kWaitStepMs;
 constexpr int kEndSteps = 5000 / kWaitStepMs;
 
-sockaddr_in Loopback(unsigned short port) {
+bool Accepts(unsigned short port) {
+  const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address = {};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-bool Accepts(unsigned short port) {
-  const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const sockaddr_in address = Loopback(port);
   const bool accepted = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   close(client);
   return accepted;
@@ -98,39 +86,27 @@ void EndGroup(pid_t& pid) {
   pid = 0;
 }
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 }  // namespace
 
-unsigned short FreeLoopbackPort() {
-  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = Loopback(0);
-  socklen_t size = sizeof address;
-  const bool bound = bind(listener, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                     getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-  close(listener);
-  return bound ? ntohs(address.sin_port) : 0;
-}
+ServerProcess::~ServerProcess() { EndGroup(pid_); }
 
-RealServer::RealServer(const ServerSetup& setup) : setup_(setup) {
-  char folder[] = "/tmp/orvane-server-XXXXXX";
-  if (!mkdtemp(folder)) return;
-  work_ = folder;
-  folder_ = work_ + "/files";
-  // The servers that give up root for another user must still reach their files.
-  if (chmod(folder, 0755) != 0 || mkdir(folder_.c_str(), 0777) != 0 || chmod(folder_.c_str(), 0777) != 0) return;
-  for (int tries = 0; tries < kStartTries && !Start(); ++tries) {
+std::string ServerProcess::Log() const { return work_.Read("output") + work_.Read("log"); }
+
+void ServerProcess::Start(const std::function<Launch()>& configure) {
+  for (int tries = 0; tries < kStartTries; ++tries) {
+    port_ = FreeLoopbackPort();
+    const Launch launch = configure();
+    if (launch.arguments.empty()) continue;
+    pid_ = Spawn(launch.arguments, launch.environment, Work("output"));
+    if (WaitUntilAccepted(port_, pid_)) return;
+    EndGroup(pid_);
   }
 }
 
-RealServer::~RealServer() {
-  End();
-  if (work_.empty()) return;
-  std::error_code ignored;
-  fs::remove_all(work_, ignored);
+RealServer::RealServer(const ServerSetup& setup) : setup_(setup), folder_(work_.MakeFolder("files")) {
+  // The servers that give up root for another user must still reach their files.
+  if (chmod(work_.Path().c_str(), 0755) != 0 || chmod(folder_.c_str(), 0777) != 0) return;
+  Start([this] { return Configure(); });
 }
 
 bool RealServer::IsOffered(const ServerSetup& setup) {
@@ -147,48 +123,14 @@ const char* RealServer::User() const {
   return setup_.kind == ServerKind::kVsftpd ? "anonymous" : "tester";
 }
 
-std::string RealServer::Log() const { return ReadFile(Work("output")) + ReadFile(Work("log")); }
-
-bool RealServer::Start() {
-  port_ = FreeLoopbackPort();
-  const Launch launch = Configure();
-  if (launch.arguments.empty()) return false;
-  pid_ = Spawn(launch.arguments, launch.environment, Work("output"));
-  if (WaitUntilItAccepts()) return true;
-  End();
-  return false;
-}
-
-bool RealServer::WaitUntilItAccepts() { return WaitUntilAccepted(port_, pid_); }
-
-void RealServer::End() { EndGroup(pid_); }
-
 RealProxy::RealProxy() {
-  char folder[] = "/tmp/orvane-proxy-XXXXXX";
-  if (!mkdtemp(folder)) return;
-  work_ = folder;
-  for (int tries = 0; tries < kStartTries && !Start(); ++tries) {
-  }
-}
-
-RealProxy::~RealProxy() {
-  EndGroup(pid_);
-  std::error_code ignored;
-  fs::remove_all(work_, ignored);
-}
-
-std::string RealProxy::Log() const { return ReadFile(work_ + "/output") + ReadFile(work_ + "/log"); }
-
-bool RealProxy::Start() {
-  port_ = FreeLoopbackPort();
-  const std::string configuration = work_ + "/ftp-proxy.conf";
-  // The destination is never used, but has to be there.
-  std::ofstream(configuration) << "ServerType standalone\nListen 127.0.0.1\nPort " << port_
-                               << "\nAllowMagicUser yes\nForceMagicUser yes\nDestinationAddress 127.0.0.1\nPidFile "
-                               << work_ << "/pid\nLogDestination " << work_ << "/log\n";
-  pid_ = Spawn({FetchedPath("/usr/sbin/ftp-proxy"), "-n", "-d", "-f", configuration},
-               {"LD_LIBRARY_PATH=" + FetchedPath("/usr/lib/x86_64-linux-gnu")}, work_ + "/output");
-  if (WaitUntilAccepted(port_, pid_)) return true;
-  EndGroup(pid_);
-  return false;
+  Start([this]() -> Launch {
+    // The destination is never used, but has to be there.
+    work_.Write("ftp-proxy.conf",
+                "ServerType standalone\nListen 127.0.0.1\nPort " + std::to_string(port_) +
+                    "\nAllowMagicUser yes\nForceMagicUser yes\nDestinationAddress 127.0.0.1\nPidFile " + Work("pid") +
+                    "\nLogDestination " + Work("log") + "\n");
+    return {{FetchedPath("/usr/sbin/ftp-proxy"), "-n", "-d", "-f", Work("ftp-proxy.conf")},
+            {"LD_LIBRARY_PATH=" + FetchedPath("/usr/lib/x86_64-linux-gnu")}};
+  });
 }

@@ -5,15 +5,11 @@
 #include <csignal>
 #include <deque>
 #include <gtest/gtest.h>
-#include <mutex>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <thread>
-#include <unistd.h>
 #include <utility>
 
-#include "support/server_channel.h"
+#include "support/server_thread.h"
 
 namespace {
 
@@ -23,12 +19,13 @@ constexpr int kDataWaitMs = 5000;  ///< For a client to come to, or send on, its
 
 bool ScriptedServer::one_byte_segments = false;
 
-/// The server's thread and what it shares with the test. Members below `mutex_` are guarded by it; the
-/// channels belong to the thread alone.
-class ScriptedServer::Conversation {
+/// The server's thread and what it shares with the test.
+class ScriptedServer::Conversation : public ServerThread {
  public:
-  Conversation();
-  ~Conversation();
+  Conversation() {
+    Start([this] { Run(); });
+  }
+  ~Conversation() { End(); }
 
   Step& AddStep();
   bool WaitUntilDone(int ms);
@@ -37,7 +34,6 @@ class ScriptedServer::Conversation {
   // For the actions, on the server's thread.
   void SendText(const std::string& bytes) { (void)control_.Write(bytes, one_byte_); }
   void SendForever(ServerChannel& channel, const std::string& bytes) const;
-  void Pause(int ms) { (void)WaitForDescriptor(-1, 0, stop_fd_, ms); }
   void StartTls(bool succeeds);
   void OpenPassive(bool listening);
   bool NeedData();
@@ -47,18 +43,15 @@ class ScriptedServer::Conversation {
   void ReceiveMeanwhile();
   void Problem(const std::string& text);
 
-  int stop_fd_;
-  int port_ = 0;  ///< Stands before the listener, which sets it.
-  int listener_;
-  ServerChannel control_;
-  ServerChannel data_;
-  int passive_ = -1;  ///< The socket of the last 227.
+  using ServerThread::control_;
+  using ServerThread::data_;
+  using ServerThread::Pause;
   bool receive_meanwhile_ = false;
   bool ignore_input_ = false;  ///< Of the present client.
   bool entry_open_ = false;    ///< The last text of `received_` belongs to the present data connection.
   std::string input_;          ///< Bytes of the control connection that are no whole line yet.
 
-  mutable std::mutex mutex_;
+  // Guarded by the mutex.
   std::condition_variable changed_;
   std::deque<std::unique_ptr<Step>> steps_;  ///< Still to come.
   bool working_ = false;                     ///< A step is being worked through.
@@ -77,26 +70,8 @@ class ScriptedServer::Conversation {
   void HandleCommand(const std::string& line);
   void WorkThrough(const Step& step);
   std::unique_ptr<Step> TakeStep(bool accepts);
-  void ClosePassive();
   std::string& ReceivedEntry();
-
-  std::thread thread_;
 };
-
-ScriptedServer::Conversation::Conversation()
-    : stop_fd_(eventfd(0, EFD_CLOEXEC)),
-      listener_(OpenLoopbackSocket(true, port_)),
-      control_(stop_fd_),
-      data_(stop_fd_),
-      thread_([this] { Run(); }) {}
-
-ScriptedServer::Conversation::~Conversation() {
-  (void)eventfd_write(stop_fd_, 1);
-  thread_.join();
-  ClosePassive();
-  close(listener_);
-  close(stop_fd_);
-}
 
 void ScriptedServer::Conversation::Run() {
   for (;;) {
@@ -161,7 +136,7 @@ void ScriptedServer::Conversation::HandleCommand(const std::string& line) {
     SendText("500 Not in the script\r\n");
     return;
   }
-  if (!step->any_ && step->expected_ != text) Problem("awaited " + step->expected_ + " but got " + text);
+  if (step->expected_ != text) Problem("awaited " + step->expected_ + " but got " + text);
   WorkThrough(*step);
 }
 
@@ -193,20 +168,10 @@ void ScriptedServer::Conversation::StartTls(bool succeeds) {
   }
 }
 
-void ScriptedServer::Conversation::ClosePassive() {
-  if (passive_ != -1) close(passive_);
-  passive_ = -1;
-}
-
 void ScriptedServer::Conversation::OpenPassive(bool listening) {
-  data_.Close();
-  ClosePassive();
   receive_meanwhile_ = false;
   entry_open_ = false;
-  int port = 0;
-  passive_ = OpenLoopbackSocket(listening, port);
-  SendText("227 Entering Passive Mode (127,0,0,1," + std::to_string(port / 256) + "," + std::to_string(port % 256) +
-           ")\r\n");
+  SendText("227 Entering Passive Mode " + NewPassive(listening) + "\r\n");
 }
 
 /// Makes sure that the client has come to the data connection.
@@ -434,15 +399,9 @@ Step& ScriptedServer::Expect(const std::string& command) {
   return step;
 }
 
-Step& ScriptedServer::ExpectAny() {
-  Step& step = conversation_->AddStep();
-  step.any_ = true;
-  return step;
-}
+int ScriptedServer::Port() const { return conversation_->Port(); }
 
-int ScriptedServer::Port() const { return conversation_->port_; }
-
-std::string ScriptedServer::Address() const { return "127.0.0.1:" + std::to_string(Port()); }
+std::string ScriptedServer::Address() const { return conversation_->Address(); }
 
 bool ScriptedServer::WaitUntilDone(int ms) { return conversation_->WaitUntilDone(ms); }
 

@@ -70,7 +70,6 @@ class ScriptedServer {
     friend class ScriptedServer;
     friend class Conversation;
     bool accepts_ = false;  ///< A step at which a client connects, rather than sends a command.
-    bool any_ = false;      ///< Any command will do.
     std::string expected_;
     std::vector<Action> actions_;
   };
@@ -94,7 +93,6 @@ class ScriptedServer {
   Step& Greet(const std::string& line);  ///< A client connects and is greeted.
   Step& Accept();                        ///< A client connects; the actions say what happens.
   Step& Expect(const std::string& command);
-  Step& ExpectAny();
 
   int Port() const;
   std::string Address() const;  ///< "127.0.0.1:port".

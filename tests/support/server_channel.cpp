@@ -1,6 +1,5 @@
 #include "support/server_channel.h"
 
-#include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -30,22 +29,6 @@ bool WaitForDescriptor(int fd, short events, int stopFd, int ms) {
     count = poll(entries, 2, ms);
   } while (count < 0 && errno == EINTR);
   return count > 0 && entries[1].revents == 0 && entries[0].revents != 0;
-}
-
-int OpenLoopbackSocket(bool listening, int& port) {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  if (fd == -1 || bind(fd, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
-      getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0 || (listening && listen(fd, 8) != 0)) {
-    if (fd != -1) close(fd);
-    port = 0;
-    return -1;
-  }
-  port = ntohs(address.sin_port);
-  return fd;
 }
 
 void ServerChannel::Take(int fd) {

@@ -24,6 +24,7 @@ class ServerChannel {
   bool IsOpen() const { return fd_ != -1; }
   bool IsSecure() const { return ssl_ != nullptr; }
   int Fd() const { return fd_; }
+  ssl_st* Tls() const { return ssl_; }
 
   /// The server's side of a TLS handshake; false if it failed or took longer than 5 s.
   bool StartTls(ssl_ctx_st* context);
@@ -52,5 +53,3 @@ class ServerChannel {
 
 /// Waits for `fd` or the stop descriptor; true if `fd` has one of `events` (or an error).
 bool WaitForDescriptor(int fd, short events, int stopFd, int ms);
-/// A socket bound to a free port of 127.0.0.1; listening if asked for. `port` gets the port.
-int OpenLoopbackSocket(bool listening, int& port);

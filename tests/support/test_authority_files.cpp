@@ -1,62 +1,54 @@
 #include "support/test_authority_files.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <stdlib.h>
+#include <sys/stat.h>
+
+#include "support/scratch_folder.h"
+#include "support/test_certificates.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-void Run(const std::string& command) { EXPECT_EQ(0, system((command + " 2>/dev/null").c_str())) << command; }
-
-/// An authority in a folder of its own, with one server certificate.
-class Authority {
+/// The good certificate of an authority, with its key, in a folder of its own.
+class KeptCertificate {
  public:
-  explicit Authority(const char* name) {
-    char folder[] = "/tmp/orvane-authority-XXXXXX";
-    EXPECT_NE(nullptr, mkdtemp(folder));
-    folder_ = folder;
-    const std::string key = "-newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes";
-    Run("openssl req -x509 " + key + " -days 2 -subj '/CN=" + name + "' -keyout " + In("authority.key") + " -out " +
-        In("authority.pem") + " -addext basicConstraints=critical,CA:TRUE -addext keyUsage=critical,keyCertSign");
-    Run("openssl req " + key + " -subj /CN=localhost -keyout " + In("server.key") + " -out " + In("server.csr"));
-    std::ofstream(In("extensions")) << "subjectAltName=IP:127.0.0.1,DNS:localhost\nextendedKeyUsage=serverAuth\n";
-    Run("openssl x509 -req -days 2 -in " + In("server.csr") + " -CA " + In("authority.pem") + " -CAkey " +
-        In("authority.key") + " -extfile " + In("extensions") + " -out " + In("server.pem"));
-    Run("cat " + In("server.pem") + " " + In("server.key") + " > " + In("both.pem"));
-    Run("chmod 600 " + In("server.key") + " " + In("both.pem"));
-    files_ = {In("server.pem"), In("server.key"), In("both.pem")};
+  explicit KeptCertificate(TestAuthority& authority) {
+    const SSL_CTX* context = authority.ServerContext(TestCertificate::kGood);
+    const X509* certificate = SSL_CTX_get0_certificate(context);
+    const EVP_PKEY* key = SSL_CTX_get0_privatekey(context);
+    Write(files.certificate, certificate, nullptr);
+    Write(files.key, nullptr, key);
+    Write(files.both, certificate, key);
   }
-  Authority(const Authority&) = delete;
-  Authority& operator=(const Authority&) = delete;
-  ~Authority() {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-
-  const CertificateFiles& Files() const { return files_; }
-  std::string In(const char* name) const { return folder_ + "/" + name; }
 
  private:
-  std::string folder_;
-  CertificateFiles files_;
+  static void Write(const std::string& path, const X509* certificate, const EVP_PKEY* key) {
+    FILE* file = fopen(path.c_str(), "w");
+    ASSERT_NE(file, nullptr) << path;
+    if (certificate) {
+      EXPECT_EQ(PEM_write_X509(file, certificate), 1);
+    }
+    if (key) {
+      fchmod(fileno(file), 0600);
+      EXPECT_EQ(PEM_write_PrivateKey(file, key, nullptr, nullptr, 0, nullptr, nullptr), 1);
+    }
+    EXPECT_EQ(fclose(file), 0);
+  }
+
+  const ScratchFolder folder;
+
+ public:
+  const CertificateFiles files{folder.Path("server.pem"), folder.Path("server.key"), folder.Path("both.pem")};
 };
 
 }  // namespace
 
 const CertificateFiles& TrustedCertificate() {
-  static const Authority authority("Trusted test authority");
-  // The TLS library reads these at its first use, once.
-  setenv("SSL_CERT_FILE", authority.In("authority.pem").c_str(), 1);
-  setenv("SSL_CERT_DIR", "/nonexistent", 1);
-  return authority.Files();
+  static const KeptCertificate kept(TestAuthority::Instance());
+  return kept.files;
 }
 
 const CertificateFiles& UnknownCertificate() {
-  static const Authority authority("Unknown test authority");
-  TrustedCertificate();
-  return authority.Files();
+  static TestAuthority unknown;
+  static const KeptCertificate kept(unknown);
+  return kept.files;
 }

@@ -1,5 +1,5 @@
-// Certificates as files, for servers that are programs of their own, made by the openssl command under an
-// authority of this process. From the first use on, this process trusts that authority and no other.
+// Certificates as files, for servers that are programs of their own. A program with these trusts one authority of its
+// own, and no other.
 #pragma once
 
 #include <string>

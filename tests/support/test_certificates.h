@@ -36,8 +36,13 @@ class TestAuthority {
  public:
   static TestAuthority& Instance() {
     static TestAuthority authority;
+    static const bool isTrusted = authority.MakeTrusted();
+    (void)isTrusted;
     return authority;
   }
+  /// Another one, whom nobody trusts.
+  TestAuthority() : key_(EVP_EC_gen("P-256")) { certificate_ = MakeAuthority("Test authority", *key_, *key_); }
+  ~TestAuthority() { unlink(path_.c_str()); }
 
   /// The context of a server that shows this certificate. The authority owns it. Any thread.
   SSL_CTX* ServerContext(TestCertificate kind) {
@@ -66,15 +71,14 @@ class TestAuthority {
     long to = kDay;
   };
 
-  TestAuthority() : key_(EVP_EC_gen("P-256")) {
-    certificate_ = MakeAuthority("Test authority", *key_, *key_);
+  bool MakeTrusted() {
     const int fd = mkstemp(path_.data());
     FILE* file = fd == -1 ? nullptr : fdopen(fd, "w");
     if (!file || PEM_write_X509(file, certificate_.get()) != 1 || fclose(file) != 0) std::abort();
     setenv("SSL_CERT_FILE", path_.c_str(), 1);
     setenv("SSL_CERT_DIR", "/nonexistent", 1);
+    return true;
   }
-  ~TestAuthority() { unlink(path_.c_str()); }
 
   static CertificatePointer Make(const char* name, Validity validity) {
     static long serial = 1;

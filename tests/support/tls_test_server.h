@@ -14,75 +14,30 @@
 
 #include <csignal>
 #include <functional>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <openssl/err.h>
 #include <poll.h>
 #include <string>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <thread>
 
+#include "support/server_thread.h"
 #include "support/test_certificates.h"
 
-/// A listening socket of 127.0.0.1 on a free port; `port` gets the port.
-inline int ListenOnLoopback(uint16_t& port, int backlog = 8) {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  if (bind(fd, reinterpret_cast<sockaddr*>(&address), length) != 0 || listen(fd, backlog) != 0 ||
-      getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-    std::abort();
-  }
-  port = ntohs(address.sin_port);
-  return fd;
-}
-
-/// One accepted connection. Its calls block.
-class TlsTestPeer {
+/// One accepted connection, which nothing but the client ends. Its calls block.
+class TlsTestPeer : public ServerChannel {
  public:
-  explicit TlsTestPeer(int fd) : fd_(fd) {
-    const timeval limit = {20, 0};
-    setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-    const int one = 1;
-    setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
-  }
-  TlsTestPeer(const TlsTestPeer&) = delete;
-  TlsTestPeer& operator=(const TlsTestPeer&) = delete;
+  explicit TlsTestPeer(int fd) : ServerChannel(-1) { Take(fd); }
   ~TlsTestPeer() { Cut(); }
 
-  int Fd() const { return fd_; }
-  SSL* Tls() const { return ssl_; }
-
   /// The server's side of the handshake.
-  bool StartTls(TestCertificate certificate) {
-    ssl_ = SSL_new(TestServerContext(certificate));
-    SSL_set_fd(ssl_, fd_);
-    ERR_clear_error();
-    return SSL_accept(ssl_) == 1;
-  }
+  bool StartTls(TestCertificate certificate) { return ServerChannel::StartTls(TestServerContext(certificate)); }
 
   /// All of it; false if the client has gone.
-  bool Send(const std::string& bytes) {
-    size_t done = 0;
-    while (done < bytes.size()) {
-      const ssize_t sent = SendSome(bytes.data() + done, bytes.size() - done);
-      if (sent <= 0) return false;
-      done += static_cast<size_t>(sent);
-    }
-    return true;
-  }
+  bool Send(const std::string& bytes) { return Write(bytes, false); }
 
   /// Up to `limit` bytes of what comes next; empty at the end of the stream.
   std::string Receive(size_t limit) {
-    std::string bytes(limit, '\0');
-    ERR_clear_error();
-    const ssize_t got =
-        ssl_ ? SSL_read(ssl_, bytes.data(), static_cast<int>(limit)) : recv(fd_, bytes.data(), limit, 0);
-    bytes.resize(got > 0 ? static_cast<size_t>(got) : 0);
+    std::string bytes;
+    while (ReadAvailable(bytes, limit) == Status::kNothingYet && WaitReadable(kLimitMs)) continue;
     return bytes;
   }
   /// Up to and with "\n".
@@ -101,65 +56,34 @@ class TlsTestPeer {
     return all;
   }
   /// After the end of the stream: whether the client's close notice came.
-  bool HasCloseNotice() const { return ssl_ && (SSL_get_shutdown(ssl_) & SSL_RECEIVED_SHUTDOWN); }
+  bool HasCloseNotice() const { return IsSecure() && (SSL_get_shutdown(Tls()) & SSL_RECEIVED_SHUTDOWN); }
 
   /// Sends the close notice of TLS and leaves the connection open.
   void SendCloseNotice() {
     ERR_clear_error();
-    SSL_shutdown(ssl_);
-  }
-  /// Closes without a notice.
-  void Cut() {
-    SSL_free(ssl_);
-    ssl_ = nullptr;
-    if (fd_ != -1) close(fd_);
-    fd_ = -1;
-  }
-  void Reset() {
-    const linger hard = {1, 0};
-    setsockopt(fd_, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
-    Cut();
+    SSL_shutdown(Tls());
   }
 
  private:
-  ssize_t SendSome(const char* data, size_t size) {
-    if (!ssl_) return send(fd_, data, size, MSG_NOSIGNAL);
-    ERR_clear_error();
-    return SSL_write(ssl_, data, static_cast<int>(size));
-  }
-
-  int fd_;
-  SSL* ssl_ = nullptr;
+  static constexpr int kLimitMs = 20000;
 };
 
-class TlsTestServer {
+class TlsTestServer : public ServerThread {
  public:
   using Behaviour = std::function<void(TlsTestPeer&)>;
 
-  explicit TlsTestServer(Behaviour behaviour)
-      : behaviour_(std::move(behaviour)), listen_fd_(ListenOnLoopback(port_)), stop_fd_(eventfd(0, EFD_CLOEXEC)) {
+  explicit TlsTestServer(Behaviour behaviour) : behaviour_(std::move(behaviour)) {
     signal(SIGPIPE, SIG_IGN);  // The library writes with no flag against it.
-    thread_ = std::thread([this] { Serve(); });
+    Start([this] { Serve(); });
   }
-  TlsTestServer(const TlsTestServer&) = delete;
-  TlsTestServer& operator=(const TlsTestServer&) = delete;
-  ~TlsTestServer() {
-    eventfd_write(stop_fd_, 1);
-    thread_.join();
-    close(stop_fd_);
-    close(listen_fd_);
-  }
-
-  uint16_t Port() const { return port_; }
-  /// "127.0.0.1:port".
-  std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
+  ~TlsTestServer() { End(); }
 
  private:
   void Serve() {
     for (;;) {
-      pollfd entries[] = {{listen_fd_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};
+      pollfd entries[] = {{listener_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};
       if (poll(entries, 2, -1) > 0 && entries[0].revents == 0) return;
-      const int fd = accept4(listen_fd_, nullptr, nullptr, SOCK_CLOEXEC);
+      const int fd = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
       if (fd == -1) continue;
       TlsTestPeer peer(fd);
       behaviour_(peer);
@@ -167,8 +91,4 @@ class TlsTestServer {
   }
 
   Behaviour behaviour_;
-  uint16_t port_ = 0;
-  int listen_fd_;
-  int stop_fd_;
-  std::thread thread_;
 };

@@ -145,8 +145,7 @@ TEST_F(BadInput, IntoTheDialogsOfSites) {
 }
 
 TEST_F(BadInput, IntoTheOtherDialogs) {
-  MakeRemote(kVictim, "x");
-  StartConnected();
+  StartConnected({kVictim});
   const auto nothing = [](platform::Window*) {};
   const auto logIn = [&] {
     char password[kTextSize] = "";
@@ -163,9 +162,7 @@ TEST_F(BadInput, IntoTheOtherDialogs) {
 
 TEST_F(BadInput, IntoTheFieldsOfTheMainWindow) {
   Put("Settings/FiltersOn", "1");
-  for (const char* name : {kVictim, "row.txt"}) MakeRemote(name, "x");
-  MakeLocal("row.txt", "x");
-  StartConnected();
+  StartConnected({kVictim, "row.txt"}, {"row.txt"});
   const std::vector<Place> fields = Fields(Window());
   EXPECT_EQ(fields.size(), 4u);
   for (const std::string& text : Inputs()) {
@@ -195,10 +192,7 @@ TEST_F(BadInput, IntoTheFieldsOfTheMainWindow) {
 }
 
 TEST_F(BadInput, ALocalFolderThatVanishesWhileItIsShown) {
-  MakeRemote("a.txt", "x");
-  MakeLocal("下/b.txt", "x");
-  MakeLocal("下/c/d.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"}, {"下/b.txt", "下/c/d.txt"});
   Open(kLocalList, "下");
   std::filesystem::remove_all(Local("下"));
   Select(kLocalList, {"c"});
@@ -217,8 +211,7 @@ TEST_F(BadInput, ALocalFolderThatVanishesWhileItIsShown) {
 }
 
 TEST_F(BadInput, ARemoteFolderThatCannotBeEntered) {
-  for (const char* name : {"refuse/x", "a.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"refuse/x", "a.txt"});
   const Texts before = Names(kRemoteList);
   Open(kRemoteList, "refuse");
   EXPECT_EQ(PathOf(kRemotePath), "/");

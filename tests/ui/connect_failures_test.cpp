@@ -103,8 +103,7 @@ TEST_F(ConnectFailures, CancelWhileTheServerKeepsSilence) {
 }
 
 TEST_F(ConnectFailures, ALostServerIsMetByTheNextCommand) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   server->Stop();
   PressTool(kRemoteTools, kCommandRemoteRefresh);
   EXPECT_FALSE(Main().remotePane.bConnected);

@@ -105,8 +105,7 @@ TEST_F(DragDrop, OnTheWindowMakesTheFoldersAsksAndSendsNothing) {
 }
 
 TEST_F(DragDrop, OverRowsChoosesFoldersAndMarksGaps) {
-  for (const char* name : {"a/x", "b/x", "c.txt", "d.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"a/x", "b/x", "c.txt", "d.txt"});
   const struct {
     const char* source;
     std::vector<std::string> atEntry, overFolder, overFile;
@@ -155,8 +154,7 @@ TEST_F(DragDrop, OnAFolderRowSendsIntoItAndOnAFileRowBesideIt) {
 }
 
 TEST_F(DragDrop, RowsOfTheListMoveIntoAFolderOfIt) {
-  for (const char* name : {"a/x", "into/x", "1.txt", "refuse.txt", "2.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"a/x", "into/x", "1.txt", "refuse.txt", "2.txt"});
   const auto dropSelectedOn = [&](const char* folder) {
     LUserSettingSetString("Settings", "DragSource", "remote");
     NewCommands();

@@ -24,9 +24,7 @@ class Keyboard : public WindowTest {
 
 TEST_F(Keyboard, TabReachesEachControlThatIsOn) {
   Put("Settings/FiltersOn", "1");
-  MakeRemote("a.txt", "x");
-  MakeLocal("b.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"}, {"b.txt"});
   Select(kRemoteList, {"a.txt"});
   // What a user works with takes the focus at all.
   for (const int id : {kLocalList, kRemoteList, kLocalPath, kRemotePath, kLocalGo, kRemoteGo, kUploadButton,
@@ -43,9 +41,7 @@ TEST_F(Keyboard, TabReachesEachControlThatIsOn) {
 }
 
 TEST_F(Keyboard, ReturnWithShiftOrAltOpensTheCurrentRow) {
-  MakeRemote("資料/会議.txt", "x");
-  MakeLocal("写真/海辺.jpg", "x");
-  StartConnected();
+  StartConnected({"資料/会議.txt"}, {"写真/海辺.jpg"});
   Focus(kRemoteList);
   Select(kRemoteList, {"資料"});
   Key(Qt::Key_Return);
@@ -59,8 +55,7 @@ TEST_F(Keyboard, ReturnWithShiftOrAltOpensTheCurrentRow) {
 }
 
 TEST_F(Keyboard, ArrowsMoveAndSpaceOrShiftSelect) {
-  for (const char* name : {"a", "b", "c"}) MakeLocal(name, "x");
-  StartConnected();
+  StartConnected({}, {"a", "b", "c"});
   Focus(kLocalList);
   Key(Qt::Key_Down);
   EXPECT_EQ(CurrentRow(kLocalList), "b");
@@ -81,8 +76,7 @@ TEST_F(Keyboard, TheDividerMovesByArrows) {
 }
 
 TEST_F(Keyboard, ReturnPressesTheButtonThatHasTheFocus) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   Select(kRemoteList, {"a.txt"});
   Focus(kDownloadButton);
   Key(Qt::Key_Space);

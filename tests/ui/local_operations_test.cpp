@@ -75,9 +75,7 @@ TEST_F(LocalOperations, DeleteTakesFilesAndTreesAndLeavesWhatALinkLeadsTo) {
 }
 
 TEST_F(LocalOperations, TheDeleteKeyGoesToThePaneInUse) {
-  MakeRemote("remote.txt", "x");
-  MakeLocal("local.txt", "x");
-  StartConnected();
+  StartConnected({"remote.txt"}, {"local.txt"});
   Select(kRemoteList, {"remote.txt"});
   alerts.Expect("選択したファイル：\n\"remote.txt\"を削除してよろしいですか？", "キャンセル");
   ui::Key(Window(), Qt::Key_Delete, Qt::ControlModifier);

@@ -187,9 +187,7 @@ TEST_F(Menus, TheToolBarItemHidesTheBarAndIsKept) {
 }
 
 TEST_F(Menus, TheContextMenuOfTheRemoteList) {
-  for (const char* name : {"a.txt", "資料/会議.txt", "写真.jpg"}) MakeRemote(name, "x");
-  for (const char* name : {"メモ.txt", "古い/1.txt"}) MakeLocal(name, "x");
-  StartConnected();
+  StartConnected({"a.txt", "資料/会議.txt", "写真.jpg"}, {"メモ.txt", "古い/1.txt"});
   platform::WindowSetFrame(Window(), {0, 0, 1200, 800});
   EXPECT_THAT(ContextRows("context-remote", [&] { RightClick(kRemoteList, "a.txt"); }),
               ElementsAre("*開く | Shift+Return", "-", "ダウンロード | Ctrl+D", "-", "コピー", "!貼付け", "-",
@@ -208,8 +206,7 @@ TEST_F(Menus, TheContextMenuOfTheRemoteList) {
 }
 
 TEST_F(Menus, TheContextMenuOfTheHeadingsShowsAndHidesColumns) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   Select(kRemoteList, {"a.txt"});
   const auto open = [&] { Main().Command(kCommandRemoteHeaderRightClick, 0); };
   EXPECT_THAT(ContextRows("context-headings", open),
@@ -244,8 +241,7 @@ TEST_F(Menus, TheMenusOfSites) {
 }
 
 TEST_F(Menus, AreOffWhileADialogRuns) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   Select(kRemoteList, {"a.txt"});
   bool chosen = true;
   const Meanwhile look([] { return Dialog("新規フォルダ") != nullptr; },

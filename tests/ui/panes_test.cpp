@@ -24,8 +24,7 @@ class Panes : public WindowTest {
 };
 
 TEST_F(Panes, AListMarksTheGapWhereADropWouldGo) {
-  for (const char* name : {"a", "b", "c"}) MakeLocal(name, "x");
-  StartConnected();
+  StartConnected({}, {"a", "b", "c"});
   Main().LVSelectNone(kLocalList);
   platform::ListControl* list = Window()->List(kLocalList);
   const int height = list->visualRect(list->model()->index(0, 0)).height();
@@ -50,8 +49,7 @@ TEST_F(Panes, AListMarksTheGapWhereADropWouldGo) {
 // Remote
 
 TEST_F(Panes, ADoubleClickEntersARemoteFolderAndBackLeavesIt) {
-  MakeRemote("資料/過去/三月.txt", "x");
-  StartConnected();
+  StartConnected({"資料/過去/三月.txt"});
   Open(kRemoteList, "資料");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("過去"));
   EXPECT_EQ(PathOf(kRemotePath), "/資料");
@@ -113,8 +111,7 @@ TEST_F(Panes, TheFolderAboveIsNoRow) {
 }
 
 TEST_F(Panes, RefreshShowsWhatIsNewAndKeepsTheCurrentRow) {
-  for (const char* name : {"1.txt", "3.txt", "5.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"1.txt", "3.txt", "5.txt"});
   Select(kRemoteList, {"3.txt"});
   MakeRemote("2.txt", "x");
   Tool(kCommandRemoteRefresh);
@@ -124,8 +121,7 @@ TEST_F(Panes, RefreshShowsWhatIsNewAndKeepsTheCurrentRow) {
 }
 
 TEST_F(Panes, ATypedRemotePathIsEnteredWithReturn) {
-  MakeRemote("資料/会議.txt", "x");
-  StartConnected();
+  StartConnected({"資料/会議.txt"});
   TypePath(kRemotePath, "/資料");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("会議.txt"));
   EXPECT_EQ(PathOf(kRemotePath), "/資料");
@@ -133,8 +129,7 @@ TEST_F(Panes, ATypedRemotePathIsEnteredWithReturn) {
 }
 
 TEST_F(Panes, ARemotePathThatIsNotThereLeavesThePane) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   TypePath(kRemotePath, "/ない");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt"));
   EXPECT_EQ(PathOf(kRemotePath), "/");
@@ -145,8 +140,7 @@ TEST_F(Panes, ARemotePathThatIsNotThereLeavesThePane) {
 }
 
 TEST_F(Panes, RemoteFoldersStayOnTopInBothDirections) {
-  for (const char* name : {"b/x", "d/x", "a.txt", "c.txt", "10.txt", "9.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"b/x", "d/x", "a.txt", "c.txt", "10.txt", "9.txt"});
   EXPECT_THAT(Names(kRemoteList), ElementsAre("b", "d", "9.txt", "10.txt", "a.txt", "c.txt"));
   ClickHeading(kRemoteList, 0);
   EXPECT_THAT(Names(kRemoteList), ElementsAre("d", "b", "c.txt", "a.txt", "10.txt", "9.txt"));
@@ -159,8 +153,7 @@ TEST_F(Panes, RemoteSizesAreOrderedByTheLengthOfTheirText) {
   MakeRemote("nine", std::string(9 * 1024, 'x'));
   MakeRemote("thousand", std::string(1000 * 1024, 'x'));
   MakeRemote("less", std::string(999 * 1024, 'x'));
-  MakeRemote("folder/x", "x");
-  StartConnected();
+  StartConnected({"folder/x"});
   ClickHeading(kRemoteList, 1);
   EXPECT_EQ(ui::Column(Window(), kRemoteList, 1), (Texts{"", "9 KB", "10 KB", "999 KB", "1,000 KB"}));
   ClickHeading(kRemoteList, 1);
@@ -260,8 +253,7 @@ TEST_F(Panes, LocalSizesAreOrderedByTheirTextAndFoldersAmongThem) {
 }
 
 TEST_F(Panes, TheLocalFolderIsKeptForTheSite) {
-  MakeLocal("写真/1.txt", "x");
-  StartConnected();
+  StartConnected({}, {"写真/1.txt"});
   Open(kLocalList, "写真");
   EXPECT_EQ(Field(OpenSite(kSite, server->Address().c_str(), "0"), "RecentLocalDirectory"), Local("写真"));
 }

@@ -81,8 +81,7 @@ class RemoteOperations : public WindowTest {
 // Rename
 
 TEST_F(RemoteOperations, ARenameGoesToTheServerAndSelectsTheRow) {
-  for (const char* name : {"a.txt", "b.txt", "z.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"a.txt", "b.txt", "z.txt"});
   RenameTo("b.txt", "  会議 4月.txt ");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("会議 4月.txt", "a.txt", "z.txt"));
   EXPECT_EQ(CurrentRow(kRemoteList), "会議 4月.txt");
@@ -91,9 +90,7 @@ TEST_F(RemoteOperations, ARenameGoesToTheServerAndSelectsTheRow) {
 }
 
 TEST_F(RemoteOperations, ARenameThatIsNoneSendsNothing) {
-  MakeRemote("Report.txt", "x");
-  MakeRemote("b.txt", "x");
-  StartConnected();
+  StartConnected({"Report.txt", "b.txt"});
   RenameTo("Report.txt", "report.TXT");
   Select(kRemoteList, {"b.txt"});
   EXPECT_TRUE(Choose("名前を変更"));
@@ -105,8 +102,7 @@ TEST_F(RemoteOperations, ARenameThatIsNoneSendsNothing) {
 }
 
 TEST_F(RemoteOperations, ARefusedRenameSaysSo) {
-  MakeRemote("refuse.txt", "x");
-  StartConnected();
+  StartConnected({"refuse.txt"});
   alerts.Expect("ファイル名の変更ができません。", "OK");
   RenameTo("refuse.txt", "b.txt");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("refuse.txt"));
@@ -115,9 +111,7 @@ TEST_F(RemoteOperations, ARefusedRenameSaysSo) {
 }
 
 TEST_F(RemoteOperations, TwoRowsAreNotRenamed) {
-  MakeRemote("a.txt", "x");
-  MakeRemote("b.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt", "b.txt"});
   Select(kRemoteList, {"a.txt", "b.txt"});
   Main().Command(4004, 0);
   EXPECT_FALSE(ui::EditRow(Window(), kRemoteList, nullptr));
@@ -126,8 +120,7 @@ TEST_F(RemoteOperations, TwoRowsAreNotRenamed) {
 // New folder
 
 TEST_F(RemoteOperations, ANewFolderIsMadeAndShown) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   NewFolder("資料");
   EXPECT_TRUE(std::filesystem::is_directory(Remote("資料")));
   EXPECT_THAT(Names(kRemoteList), ElementsAre("資料", "a.txt"));
@@ -148,8 +141,7 @@ TEST_F(RemoteOperations, ARefusedFolderIsSeenInTheList) {
 }
 
 TEST_F(RemoteOperations, ANameThatIsTakenIsNoNewFolder) {
-  MakeRemote("資料/a.txt", "x");
-  StartConnected();
+  StartConnected({"資料/a.txt"});
   alerts.Expect("同名のフィルタまたはディレクトリが存在します", "OK");
   NewFolder("資料");
   NewFolder("");
@@ -159,9 +151,7 @@ TEST_F(RemoteOperations, ANameThatIsTakenIsNoNewFolder) {
 // Delete
 
 TEST_F(RemoteOperations, DeletingATreeTakesAllOfIt) {
-  for (const char* name : {"古い/1.txt", "古い/下/2.txt", "古い/下/深い/3.txt", "a.txt", "z.txt"})
-    MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"古い/1.txt", "古い/下/2.txt", "古い/下/深い/3.txt", "a.txt", "z.txt"});
   Select(kRemoteList, {"古い"});
   alerts.Expect("選択したフォルダ：\n\"古い\"を削除してよろしいですか？", "削除");
   bool progress = false;
@@ -176,8 +166,7 @@ TEST_F(RemoteOperations, DeletingATreeTakesAllOfIt) {
 }
 
 TEST_F(RemoteOperations, ACancelledQuestionDeletesNothing) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   Select(kRemoteList, {"a.txt"});
   alerts.Expect("選択したファイル：\n\"a.txt\"を削除してよろしいですか？", "キャンセル");
   EXPECT_TRUE(Choose("削除"));
@@ -186,8 +175,7 @@ TEST_F(RemoteOperations, ACancelledQuestionDeletesNothing) {
 }
 
 TEST_F(RemoteOperations, TheFirstRefusedFileEndsADeletion) {
-  for (const char* name : {"1.txt", "2-refuse.txt", "3.txt"}) MakeRemote(name, "x");
-  StartConnected();
+  StartConnected({"1.txt", "2-refuse.txt", "3.txt"});
   Select(kRemoteList, {"1.txt", "2-refuse.txt", "3.txt"});
   alerts.Expect("選択したファイルまたはディレクトリを削除してよろしいですか？", "削除");
   alerts.Expect("ファイル「2-refuse.txt」を削除できません。", "続行");
@@ -197,9 +185,7 @@ TEST_F(RemoteOperations, TheFirstRefusedFileEndsADeletion) {
 }
 
 TEST_F(RemoteOperations, AFolderThatStaysIsTriedTwiceOverANewConnection) {
-  MakeRemote("a/refuse.txt", "x");
-  MakeRemote("b.txt", "x");
-  StartConnected();
+  StartConnected({"a/refuse.txt", "b.txt"});
   Select(kRemoteList, {"a", "b.txt"});
   alerts.Expect("選択したファイルまたはディレクトリ", "削除");
   alerts.Expect("ディレクトリ「a」を削除できません。", "続行");
@@ -226,9 +212,7 @@ TEST_F(RemoteOperations, PermissionsAreReadSetAndShown) {
 }
 
 TEST_F(RemoteOperations, AServerWithoutPermissionsEndsTheRunAtTheFirstFile) {
-  MakeRemote("1-refuse.txt", "x");
-  MakeRemote("2.txt", "x");
-  StartConnected();
+  StartConnected({"1-refuse.txt", "2.txt"});
   Permissions({"1-refuse.txt", "2.txt"}, {109});
   EXPECT_THAT(Messages(), Contains("このサーバーはパーミッションの変更に対応していません。"));
   EXPECT_EQ(Sent("SITE chmod"), 1u);
@@ -272,8 +256,7 @@ TEST_F(RemoteOperations, ALinkOpensWhatItLeadsTo) {
 }
 
 TEST_F(RemoteOperations, AFolderThatCannotBeEnteredLeavesThePane) {
-  MakeRemote("refuse/a.txt", "x");
-  StartConnected();
+  StartConnected({"refuse/a.txt"});
   Open(kRemoteList, "refuse");
   EXPECT_EQ(PathOf(kRemotePath), "/");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("refuse"));

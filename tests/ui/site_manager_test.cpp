@@ -33,8 +33,7 @@ class SiteManager : public SiteTest {
 };
 
 TEST_F(SiteManager, ListsEverySiteWithTheLabelOnItsFirstRow) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   KeepRecord("会社", "b.example.jp", "ben");
   KeepRecord("会社", "b.example.jp", "cleo", "1");
   OpenSite("会社", "b.example.jp", "1").SetString("UseRecentRemote", "1");
@@ -292,8 +291,7 @@ TEST_F(SiteManager, TheMenusOfSitesConnectAndEdit) {
 }
 
 TEST_F(SiteManager, ANewSiteOfTheMenuIsConnected) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   Steps steps;
   steps.In(kNewSheet, [&](platform::Window* sheet) {
     FillSite(sheet, Host(), Port(), PaneServer::User(), PaneServer::Password());

@@ -65,9 +65,7 @@ TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
 }
 
 TEST_F(Start, WithAConnectionTheRemotePaneIsOn) {
-  MakeRemote("a.txt", "x");
-  MakeLocal("b.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"}, {"b.txt"});
   for (const int on : {kRemotePath, kRemoteGo}) EXPECT_TRUE(IsEnabled(on)) << on;
   EXPECT_THAT(EnabledTools(kRemoteTools), ElementsAre(kCommandRemoteNewFolder, kCommandRemoteRefresh));
   EXPECT_THAT(EnabledTools(platform::kMainToolBar), testing::Contains(kCommandDisconnect));
@@ -80,8 +78,7 @@ TEST_F(Start, WithAConnectionTheRemotePaneIsOn) {
 }
 
 TEST_F(Start, ADisconnectClearsTheRemotePaneAndForgetsTheSite) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   PressTool(platform::kMainToolBar, kCommandDisconnect);
   EXPECT_THAT(Names(kRemoteList), IsEmpty());
   EXPECT_EQ(PathOf(kRemotePath), "");

@@ -10,8 +10,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAreArray;
 
-using Texts = std::vector<std::string>;
-
 constexpr int kSmallFiles = 30;
 constexpr long kLogonsAfterSleep = 11;
 constexpr const char* kCleanUpDownload = "ダウンロードされたローカルファイルまたはフォルダを削除しますか？";

@@ -57,8 +57,7 @@ class Trees : public TransferTest {
 
 TEST_F(Trees, AFolderComesDownWhole) {
   MakeTree(Remote("樹"));
-  MakeRemote("beside.txt", "x");
-  StartConnected();
+  StartConnected({"beside.txt"});
   TransferTest::Download({"樹"});
   EXPECT_EQ(TreeOf(Local("樹")), TreeOf(Remote("樹")));
   EXPECT_FALSE(Exists(Local("beside.txt")));
@@ -68,8 +67,7 @@ TEST_F(Trees, AFolderComesDownWhole) {
 
 TEST_F(Trees, AFolderGoesUpWhole) {
   MakeTree(Local("樹"));
-  MakeLocal("beside.txt", "x");
-  StartConnected();
+  StartConnected({}, {"beside.txt"});
   TransferTest::Upload({"樹"});
   EXPECT_EQ(TreeOf(Remote("樹")), TreeOf(Local("樹")));
   EXPECT_FALSE(Exists(Remote("beside.txt")));

@@ -41,8 +41,7 @@ TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {
   MakeBoth("same.txt", kOld, kOld);
   MakeRemote("remote-only.txt", "r");
   MakeLocal("local-only.txt", "l");
-  MakeLocal("folder/deep/x.txt", "x");
-  StartConnected();
+  StartConnected({}, {"folder/deep/x.txt"});
   alerts.Expect(kQuestion, "同期する", 1);
   alerts.Expect("\"local-newer.txt\" 既にリモートフォルダに存在します。上書きしますか？", "上書きする");
   alerts.Expect("remote-newer.txt\" が既にローカルフォルダ内に存在します。上書きしますか？", "上書きする");

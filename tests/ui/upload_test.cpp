@@ -12,8 +12,7 @@ TEST_F(Upload, SendsTheSelectedFiles) {
   const std::string large = RandomBytes(2 * 1024 * 1024 + 5);
   MakeLocal("大きい.bin", large);
   MakeLocal("空.txt", "");
-  MakeLocal("残る.txt", "x");
-  StartConnected();
+  StartConnected({}, {"残る.txt"});
   TransferTest::Upload({"大きい.bin", "空.txt"});
   EXPECT_EQ(ContentOf(Remote("大きい.bin")), large);
   EXPECT_EQ(ContentOf(Remote("空.txt")), "");

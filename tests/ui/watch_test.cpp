@@ -1,11 +1,9 @@
 // The watch over the connection: it comes back by itself after a cut, and gives up after five tries. The 30 seconds
 // between two looks are shortened.
 #include <QTimer>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "platform/qt/native_window.h"
+#include "support/loopback.h"
 #include "ui/window_fixture.h"
 
 namespace {
@@ -13,25 +11,6 @@ namespace {
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
-
-/// A port at which connections are taken by the system and never answered.
-class DeafPort {
- public:
-  explicit DeafPort(int port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-    const int on = 1;
-    setsockopt(socket_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    works = bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 && listen(socket_, 16) == 0;
-  }
-  ~DeafPort() { close(socket_); }
-  bool works = false;
-
- private:
-  int socket_;
-};
 
 class Watch : public WindowTest {
  protected:
@@ -53,8 +32,7 @@ class Watch : public WindowTest {
 };
 
 TEST_F(Watch, ReconnectsAfterTheSessionWasCut) {
-  MakeRemote("資料/a.txt", "x");
-  StartConnected();
+  StartConnected({"資料/a.txt"});
   Open(kRemoteList, "資料");
   WaitUntilArmed();
   Main().remotePane.Ftp.CloseSocket();
@@ -83,12 +61,11 @@ TEST_F(Watch, ALossBeforeTheFirstLookCausesNoTry) {
 TEST_F(Watch, GivesUpAfterFiveTries) {
   StartConnected();
   WaitUntilArmed();
-  const int port = Port();
+  auto port = static_cast<uint16_t>(Port());
   gFtpTimeouts.replyMs = 500;  // Each new try leaves the half-open session before it.
   server->Stop();
-  const DeafPort deaf(port);
-  ASSERT_TRUE(deaf.works);
-  // Nobody answers, and the user cancels each try. The tries run inside the wait.
+  const int deaf = OpenLoopbackSocket(port, 16);  // Its connections are taken by the system and never answered.
+  // The user cancels each try. The tries run inside the wait.
   int cancelled = 0;
   QTimer user;
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
@@ -104,11 +81,11 @@ TEST_F(Watch, GivesUpAfterFiveTries) {
   EXPECT_FALSE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "silence";
   EXPECT_EQ(cancelled, 5);
   EXPECT_THAT(Messages(), Not(Contains(HasSubstr("現在：6"))));
+  close(deaf);
 }
 
 TEST_F(Watch, NeverLooksWhileAJobHasTheSession) {
-  MakeRemote("a.txt", "x");
-  StartConnected();
+  StartConnected({"a.txt"});
   WaitUntilArmed();
   const struct {
     const char* dialog;
@@ -138,8 +115,7 @@ TEST_F(Watch, NeverLooksWhileAJobHasTheSession) {
 
 /// Keys come also where the button is off.
 TEST_F(Watch, NoCommandConnectsByItself) {
-  MakeRemote("folder/a.txt", "x");
-  StartConnected();
+  StartConnected({"folder/a.txt"});
   Open(kRemoteList, "folder");
   Select(kRemoteList, {"a.txt"});
   Main().CmDisconnect(true);

@@ -97,7 +97,9 @@ void WindowTest::StartProgram() {
   EXPECT_TRUE(ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }));
 }
 
-void WindowTest::StartConnected() {
+void WindowTest::StartConnected(FileNames remote, FileNames local) {
+  for (const char* name : remote) MakeRemote(name, "x");
+  for (const char* name : local) MakeLocal(name, "x");
   server = std::make_unique<PaneServer>(Remote());
   ASSERT_TRUE(server->IsRunning());
   KeepSite(server->Address());

@@ -58,8 +58,10 @@ class WindowTest : public SettingsFixture {
   void OpenProgram();
   /// Opens the window and waits until the start is over.
   void StartProgram();
-  /// Starts the server, keeps its site and starts the program, which connects to it.
-  void StartConnected();
+  using FileNames = std::initializer_list<const char*>;
+  /// Starts the server, keeps its site and starts the program, which connects to it. The files have no content to speak
+  /// of.
+  void StartConnected(FileNames remote = {}, FileNames local = {});
   /// Closes the program and runs its loop to the end; the status it ends with.
   int CloseProgram();
   MainDialog& Main() { return *delegate->Dialog(); }

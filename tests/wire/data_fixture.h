@@ -87,8 +87,7 @@ class DataTest : public WireTest {
     } rows[] = {{"426 Broken", 1}, {"426 Broken", 2}, {"426 Broken", 3}, {"226 Done", 2}, {"", 2}, {"550 No", 2}};
     for (const auto& [closing, question] : rows) {
       SCOPED_TRACE(std::string(closing) + " question " + std::to_string(question));
-      session.CloseSocket();
-      process.StopAt(0);
+      Restart();
       begin();
       const bool isRefused = closing[0] == '5';
       const std::string reply = (isRefused ? closing : "150 Here it comes ") + std::string(100, 'x');
@@ -102,6 +101,28 @@ class DataTest : public WireTest {
       process.OnQuestion(nullptr);
       process.StopAt(0);
       ExpectInStep();
+    }
+  }
+  struct Exchange {
+    std::string command;
+    std::string reply;       ///< Empty for the passive one.
+    bool is_stopped = true;  ///< False where nobody asks whether to stop.
+  };
+  /// What runs through these exchanges and is stopped while it waits for one of the replies returns that.
+  void ExpectStopsOnTheWay(uint32_t capabilities, const std::vector<Exchange>& way,
+                           const std::function<LProcessResult()>& run) {
+    for (size_t count = 1; count <= way.size(); ++count) {
+      if (!way[count - 1].is_stopped) continue;
+      SCOPED_TRACE(way[count - 1].command);
+      Restart();
+      Begin(capabilities);
+      StopAfterCommands(Commands().size() + count);
+      for (size_t i = 0; i < count; ++i) {
+        Step& step = server.Expect(way[i].command).Delay(i + 1 == count ? kOverASliceMs : 0);
+        way[i].reply.empty() ? step.ReplyPassive() : step.Reply(way[i].reply);
+      }
+      EXPECT_EQ(run(), LProcessResultStopped);
+      ASSERT_TRUE(server.WaitUntilDone());
     }
   }
   std::vector<std::string> Commands() const { return server.Commands(); }

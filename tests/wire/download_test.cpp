@@ -268,8 +268,7 @@ TEST_P(Download, StoppedWhileDataComeIsAborted) {
   gFtpTimeouts.closingReplyMs = kShortMs;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    session.CloseSocket();
-    process.StopAt(0);
+    Restart();
     Begin(Session::bHasSize);
     ExpectStart(9 * kBlock);
     ExpectData("RETR r.bin").DataPart(TestBytes(2 * kBlock));
@@ -305,36 +304,17 @@ TEST_P(Download, StoppedInItsReplyLeavesTheSessionInStep) {
 }
 
 TEST_P(Download, StoppedBeforeItBegan) {
-  const struct {
-    const char* after;  ///< The last command that goes out.
-    std::vector<std::string> commands;
-  } rows[] = {
-      {"TYPE I", {"TYPE I"}},
-      {"PASV", {"TYPE I", "PASV"}},
-      {"RETR r.bin", {"TYPE I", "PASV", "TYPE I", "SIZE r.bin", "RETR r.bin"}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.after);
-    session.CloseSocket();
-    process.StopAt(0);
-    Begin(Session::bHasSize);
-    const size_t before = Commands().size();
-    for (const std::string& command : row.commands) {
-      if (command == "PASV") {
-        server.Expect(command).ReplyPassive();
-      } else {
-        server.Expect(command)
-            .Delay(command == row.after ? kOverASliceMs : 0)
-            .Reply(command[0] == 'S' ? "213 5" : "200 ok");
-      }
-    }
-    StopAfterCommands(before + row.commands.size());
-    EXPECT_EQ(Run(), LProcessResultStopped);
+  const std::vector<Exchange> way = {{"TYPE I", "200 ok"},
+                                     {"PASV", ""},
+                                     {"TYPE I", "200 ok", false},
+                                     {"SIZE r.bin", "213 5", false},
+                                     {"RETR r.bin", "200 ok"}};
+  ExpectStopsOnTheWay(Session::bHasSize, way, [this] {
+    const LProcessResult result = Run();
     EXPECT_TRUE(folder.Has("l.bin"));
     EXPECT_EQ(Local(), "");
-    process.OnQuestion(nullptr);
-    ASSERT_TRUE(server.WaitUntilDone());
-  }
+    return result;
+  });
 }
 
 }  // namespace

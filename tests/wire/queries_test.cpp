@@ -25,9 +25,7 @@ class Queries : public DataTest {
   bool IsNow() const { return std::abs(time - (::time(nullptr) + kTokyo)) <= 5; }
   /// Runs a row's question on a fresh session.
   void Begin(uint32_t capabilities = 0) {
-    session.CloseSocket();
-    process.OnQuestion(nullptr);
-    process.StopAt(0);
+    Restart();
     DataTest::Begin(capabilities);
   }
 
@@ -149,21 +147,17 @@ TEST_P(Queries, TakeTheSizeFromAListing) {
 }
 
 TEST_P(Queries, OfTheSizeEndWithAStop) {
-  const std::vector<std::string> ladder = {"MLST f.txt", "TYPE I", "SIZE f.txt", "MLSD ", "TYPE A"};
-  for (size_t stopped = 1; stopped <= ladder.size(); ++stopped) {
-    SCOPED_TRACE(ladder[stopped - 1]);
-    Begin(Session::bMlstSize | Session::bHasSize | Session::bHasMlsd);
-    const size_t before = Commands().size();
-    for (size_t i = 0; i < stopped; ++i) {
-      server.Expect(ladder[i])
-          .Delay(i + 1 == stopped ? kOverASliceMs : 0)
-          .Reply(ladder[i] == "TYPE I" ? "200 ok" : "500 What");
-    }
-    StopAfterCommands(before + stopped);
-    EXPECT_EQ(AskSize(), LProcessResultStopped);
+  const std::vector<Exchange> ladder = {{"MLST f.txt", "500 What"},
+                                        {"TYPE I", "200 ok"},
+                                        {"SIZE f.txt", "500 What"},
+                                        {"MLSD ", "500 What"},
+                                        {"TYPE A", "500 What"}};
+  ExpectStopsOnTheWay(Session::bMlstSize | Session::bHasSize | Session::bHasMlsd, ladder, [this] {
+    const LProcessResult result = AskSize();
     EXPECT_EQ(size, 0u);
     ExpectInStep();
-  }
+    return result;
+  });
 }
 
 TEST_P(Queries, GiveTheSizeWithoutAProcess) {
@@ -251,21 +245,15 @@ TEST_P(Queries, PutAWindowsServerIntoItsOwnStyle) {
 }
 
 TEST_P(Queries, OfTheTimeEndWithAStop) {
-  const std::vector<std::string> ladder = {"MDTM f.txt", "MLST f.txt", "MLSD ", "SYST", "site dirstyle", "TYPE A"};
-  for (size_t stopped = 1; stopped <= ladder.size(); ++stopped) {
-    SCOPED_TRACE(ladder[stopped - 1]);
-    Begin(Session::bHasMdtm | Session::bMlstModify | Session::bHasMlsd);
-    const size_t before = Commands().size();
-    for (size_t i = 0; i < stopped; ++i) {
-      server.Expect(ladder[i])
-          .Delay(i + 1 == stopped ? kOverASliceMs : 0)
-          .Reply(ladder[i] == "SYST" ? "215 Windows_NT" : "501 What");
-    }
-    StopAfterCommands(before + stopped);
-    EXPECT_EQ(AskTime(), LProcessResultStopped);
+  const std::vector<Exchange> ladder = {{"MDTM f.txt", "501 What"},    {"MLST f.txt", "501 What"},
+                                        {"MLSD ", "501 What"},         {"SYST", "215 Windows_NT"},
+                                        {"site dirstyle", "501 What"}, {"TYPE A", "501 What"}};
+  ExpectStopsOnTheWay(Session::bHasMdtm | Session::bMlstModify | Session::bHasMlsd, ladder, [this] {
+    const LProcessResult result = AskTime();
     EXPECT_TRUE(IsNow());
     ExpectInStep();
-  }
+    return result;
+  });
 }
 
 TEST_P(Queries, TakeTheTypeFromMlst) {

@@ -54,6 +54,7 @@ int ShakeHandsInPart(TlsTestPeer& peer, TestCertificate certificate, int records
   SSL_set0_wbio(tls, out);
   int sent = 0;
   for (bool goesOn = true; goesOn;) {
+    (void)peer.WaitReadable(20000);
     ERR_clear_error();
     const int result = SSL_accept(tls);
     goesOn = result != 1 && SSL_get_error(tls, result) == SSL_ERROR_WANT_READ;

@@ -320,9 +320,7 @@ TEST_P(Upload, StoppedWhileDataGoIsAborted) {
   for (const bool secure : {false, true}) {
     for (const auto& row : rows) {
       SCOPED_TRACE(std::string(row.name) + (secure ? ", secure" : ""));
-      session.CloseSocket();
-      process.OnQuestion(nullptr);
-      process.StopAt(0);
+      Restart();
       BeginAs(secure, Session::bHasMfmt);
       WriteLocal(TestBytes(kMoreThanBuffers));
       ExpectPassive("I");
@@ -348,27 +346,8 @@ TEST_P(Upload, StoppedInItsReplyLeavesTheSessionInStep) {
 }
 
 TEST_P(Upload, StoppedBeforeItBegan) {
-  const struct {
-    const char* name;
-    std::vector<std::string> commands;
-  } rows[] = {{"TYPE", {"TYPE I"}}, {"PASV", {"TYPE I", "PASV"}}, {"STOR", {"TYPE I", "PASV", "STOR r.bin"}}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    session.CloseSocket();
-    process.OnQuestion(nullptr);
-    process.StopAt(0);
-    Begin();
-    WriteLocal("12345");
-    const size_t before = Commands().size();
-    for (const std::string& command : row.commands) {
-      Step& step = server.Expect(command);
-      if (command == row.commands.back()) step.Delay(kOverASliceMs);
-      command == "PASV" ? step.ReplyPassive() : step.Reply("200 ok");
-    }
-    StopAfterCommands(before + row.commands.size());
-    EXPECT_EQ(Run(), LProcessResultStopped);
-    ASSERT_TRUE(server.WaitUntilDone());
-  }
+  WriteLocal("12345");
+  ExpectStopsOnTheWay(0, {{"TYPE I", "200 ok"}, {"PASV", ""}, {"STOR r.bin", "200 ok"}}, [this] { return Run(); });
 }
 
 }  // namespace

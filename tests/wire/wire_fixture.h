@@ -34,6 +34,12 @@ class WireTest : public testing::TestWithParam<bool> {
     }
   }
 
+  /// For the next row of a table: no connection, and nothing that stops.
+  void Restart() {
+    session.CloseSocket();
+    process.OnQuestion(nullptr);
+    process.StopAt(0);
+  }
   /// A plain connection on which the server has nothing to say yet.
   void Connect() {
     server.Accept();

@@ -38,7 +38,7 @@ class Gate {
 /// A port of this machine at which nobody answers: a listener whose queue is full.
 class SilentPort {
  public:
-  SilentPort() : listen_fd_(ListenOnLoopback(port_, 0)) {
+  SilentPort() : listen_fd_(OpenLoopbackSocket(port_, 0)) {
     for (int& fd : clients_) {
       fd = platform::NetOpen();
       (void)platform::NetConnect(fd, htonl(INADDR_LOOPBACK), htons(port_));
@@ -56,12 +56,6 @@ class SilentPort {
   int listen_fd_;
   int clients_[4];
 };
-
-uint16_t RefusedPort() {
-  uint16_t port = 0;
-  close(ListenOnLoopback(port));
-  return port;
-}
 
 /// The kinds of socket, so that what holds for each is tested for each.
 struct PlainKind {
@@ -142,7 +136,7 @@ TYPED_TEST(Sockets, ConnectIsNonBlockingAndCloseOnExec) {
 }
 
 TYPED_TEST(Sockets, RefusedConnectFailsAndCloses) {
-  EXPECT_EQ(TypeParam::Connect(this->process, this->socket, RefusedPort(), kEnough), LProcessResultFailed);
+  EXPECT_EQ(TypeParam::Connect(this->process, this->socket, FreeLoopbackPort(), kEnough), LProcessResultFailed);
   EXPECT_EQ(this->socket.fd, -1);
 }
 

@@ -253,8 +253,9 @@ TEST_F(Tls, CloseNoticeBehindDataEndsTheStreamThoughTheDescriptorStaysOpen) {
     peer.SendCloseNotice();
     // Neither closes nor sends anything until the client goes.
     char bytes[64];
-    while (recv(peer.Fd(), bytes, sizeof bytes, 0) > 0) {
-    }
+    do {
+      peer.WaitReadable(kEnough);
+    } while (recv(peer.Fd(), bytes, sizeof bytes, 0) > 0);
   });
   ConnectSecure();
   Pause(50);
