@@ -55,6 +55,7 @@ void MainDialog::CopySelected() {
   TimerReset(kTimerWatch);
   DragDownload(folder);
   TimerSet(kTimerWatch, kAfterCopyMs);
+  // What came before a cancel is copied as well.
   LStringListTemplate<char> paths;
   AddEntries(folder, paths);
   LClipboardCopyFilePaths(paths);

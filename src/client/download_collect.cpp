@@ -17,13 +17,6 @@ namespace {
 constexpr int kTries = 3;
 constexpr mode_t kNewFolderMode = 0777;
 
-/// False for a name that could lead out of the folder it stands in, or back into it.
-bool IsTrustworthy(const char* name, const char* shown) {
-  if (RemoteNameIsPlain(name)) return true;
-  LOGWARNF("疑わしい名前のファイル（%s）のダウンロードをスキップします", shown);
-  return false;
-}
-
 }  // namespace
 
 bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir, signed char& kind) {
@@ -38,7 +31,7 @@ bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, con
 bool LFtpList::_CmDownloadItemListInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
                                              LProcessInterface& process) {
   if (process.IsToStop()) return false;
-  if (!IsTrustworthy(name, name)) return false;
+  if (!RemoteNameIsTrusted(name, name)) return false;
   char remoteDir[kTextSize];
   RemotePathOfLocal(remoteDir, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // A listing that shows where a link leads calls it a folder under this whole text, which nothing can enter.
@@ -60,7 +53,7 @@ bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, cons
   TextCopy(link, before.Text());
   LStringTrim(link);
   // Of a name that begins with a minus sign nothing is left. It is skipped, and the run goes on.
-  if (!IsTrustworthy(link, name)) return link[0] == 0;
+  if (!RemoteNameIsTrusted(link, name)) return link[0] == 0;
   char level[kTextSize];
   RemotePathOfLocal(level, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // What can be entered is a folder; a link to a file is found out by the refusal.

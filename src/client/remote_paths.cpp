@@ -58,6 +58,12 @@ bool RemoteNameIsPlain(const char* name) {
   return name[0] != 0 && !LIsDotName(name) && strpbrk(name, "/\\") == nullptr;
 }
 
+bool RemoteNameIsTrusted(const char* name, const char* shown) {
+  if (RemoteNameIsPlain(name)) return true;
+  LOGWARNF("疑わしい名前のファイル（%s）のダウンロードをスキップします", shown);
+  return false;
+}
+
 bool RemoteIsDotEntry(const char* name) {
   return LIsDotName(name) || strcmp(name, "./") == 0 || strcmp(name, "../") == 0;
 }

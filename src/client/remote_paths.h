@@ -28,6 +28,8 @@ void RemoteCleanName(char (&out)[kTextSize], const char* name, bool noSpaces, bo
 /// True if `name` is a single component and names something in its folder, so that a server cannot lead a download out
 /// of that.
 bool RemoteNameIsPlain(const char* name);
+/// The same for a transfer: another one is told in the history as `shown`.
+bool RemoteNameIsTrusted(const char* name, const char* shown);
 
 /// `.` and `..`, also with a "/" behind them as some listings have them.
 bool RemoteIsDotEntry(const char* name);

@@ -51,7 +51,10 @@ class SynchroniseRun {
   FtpUploadFileList uploads = {};
 };
 
+/// A name that leads out of the folder names a file here that is none of this run's: sent, it would be the server's.
 bool SynchroniseRun::CompareEntry(const char* name) {
+  if (!RemoteNameIsTrusted(name, name)) return false;
+  if (!TransferPathFits(szLocalFolder, name)) return true;
   char local[kTextSize];
   LFile::_MakeFilePath(local, szLocalFolder, name, "");
   if (!LFile::TestFileExists(local)) {

@@ -35,6 +35,21 @@ class TwoFolders : public TransferTest {
   }
 };
 
+/// A server must not get a file that lies beside the folder by telling its name.
+TEST_F(TwoFolders, ANameThatLeadsOutOfTheFolderEndsARunBeforeAnythingMoves) {
+  WriteFile(root + "/secret.txt", "secret");
+  MakeRemote("..%2Fsecret.txt", "");
+  MakeRemote("secret.txt", "");
+  SetTime(Remote("secret.txt"), kOld);
+  StartConnected({"z.txt"}, {"a.txt"});
+  Synchronise();
+  EXPECT_THAT(Messages(), Contains("疑わしい名前のファイル（../secret.txt）のダウンロードをスキップします"));
+  EXPECT_EQ(ContentOf(Remote("secret.txt")), "");
+  EXPECT_EQ(history.Count("STOR "), 0u);
+  EXPECT_EQ(history.Count("RETR "), 0u);
+  ExpectUsable();
+}
+
 TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {
   MakeBoth("remote-newer.txt", kOld, kNew);
   MakeBoth("local-newer.txt", kNew, kOld);
