@@ -54,6 +54,22 @@ TEST_F(Keyboard, ReturnWithShiftOrAltOpensTheCurrentRow) {
   EXPECT_EQ(PathOf(kLocalPath), Local("写真"));
 }
 
+TEST_F(Keyboard, AFieldDeletesAWordAndNoFile) {
+  StartConnected({}, {"a.txt"});
+  for (const Qt::Key key : {Qt::Key_Backspace, Qt::Key_Delete}) {
+    Select(kLocalList, {"a.txt"});
+    platform::ControlSetText(Window(), kLocalPath, "two words");
+    Focus(kLocalPath);
+    Key(key == Qt::Key_Delete ? Qt::Key_Home : Qt::Key_End);
+    ui::Key(Window(), key, Qt::ControlModifier);
+    EXPECT_EQ(PathOf(kLocalPath), key == Qt::Key_Delete ? "words" : "two ");
+    EXPECT_TRUE(std::filesystem::exists(Local("a.txt")));
+  }
+  Focus(kLocalList);
+  alerts.Expect("削除", "キャンセル");
+  ui::Key(Window(), Qt::Key_Delete, Qt::ControlModifier);
+}
+
 TEST_F(Keyboard, ArrowsMoveAndSpaceOrShiftSelect) {
   StartConnected({}, {"a", "b", "c"});
   Focus(kLocalList);

@@ -45,6 +45,11 @@ bool TakesText(const QWidget* widget) {
          (qobject_cast<const QPlainTextEdit*>(widget) && !qobject_cast<const QPlainTextEdit*>(widget)->isReadOnly());
 }
 
+/// In a text field; anywhere else the same keys delete files.
+bool DeletesWord(QKeyEvent& event) {
+  return event.matches(QKeySequence::DeleteStartOfWord) || event.matches(QKeySequence::DeleteEndOfWord);
+}
+
 int CodeOf(const QKeyEvent& event) {
   switch (event.key()) {
     case Qt::Key_Return:
@@ -150,6 +155,7 @@ bool Window::eventFilter(QObject* watched, QEvent* event) {
   auto& key = static_cast<QKeyEvent&>(*event);
   const Qt::KeyboardModifiers modifiers = key.modifiers();
   if (TakesText(widget) && !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))) return false;
+  if (TakesText(widget) && DeletesWord(key)) return false;
   const KeyPress press = {CodeOf(key), bool(modifiers & Qt::ShiftModifier), bool(modifiers & Qt::ControlModifier),
                           bool(modifiers & Qt::AltModifier)};
   bool handled = false;
