@@ -114,16 +114,4 @@ TEST_F(LocalOperations, AFilterHidesFilesAndKeepsFolders) {
   EXPECT_THAT(Names(kLocalList), ElementsAre("写真", "Report.txt", "memo.txt"));
 }
 
-TEST_F(LocalOperations, AnUploadPastAFilterAsksOnce) {
-  MakeLocal("写真/x", "x");
-  Put("Settings/FiltersOn", "1");
-  StartConnected();
-  EXPECT_TRUE(ui::TypeAndReturn(Window(), kLocalFilter, "jpg"));
-  Select(kLocalList, {"写真"});
-  alerts.Expect("このまま続けますか？", "キャンセル", 1);
-  Press(kUploadButton);
-  EXPECT_FALSE(std::filesystem::exists(Remote("写真")));
-  EXPECT_EQ(Setting("FilterWarningOff"), "1") << "also when cancelled";
-}
-
 }  // namespace
