@@ -3,6 +3,7 @@
 #include <QTimer>
 
 #include "platform/event_loop.h"
+#include "support/file_trouble.h"
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -181,6 +182,78 @@ TEST_F(Stops, ACancelBeforeTheFirstFileOfAnUploadIsNotAskedAbout) {
   ExpectUsable();
 }
 
+// What the user has taken back
+
+class TakenBack : public Stops {
+ protected:
+  static constexpr const char* kDeleting = "ファイルとフォルダを削除中";
+  /// Two folders are sent into two of these names, which the server says are there; Cancel comes in the first file.
+  void SendIntoFoldersThatAreThere() {
+    for (const char* name : {"known1", "known2"}) WriteFile(Local(name) + "/stall.bin", "");
+    std::filesystem::resize_file(Local("known2/stall.bin"), 20ull << 30);  // Sparse.
+    PressTool(kLocalTools, kCommandLocalRefresh);
+    alerts.Expect(kCleanUpUpload, "削除");
+    CancelDuring(
+        kUploading,
+        [&] {
+          Upload({"known1", "known2"});
+        },
+        [&](platform::Window*) {
+          std::error_code none;
+          const auto size = std::filesystem::file_size(Remote("known2/stall.bin"), none);
+          return !none && size > 100000;
+        });
+  }
+};
+
+TEST_F(TakenBack, AFolderThatWasThereGoesWithAllThatIsInItAndOneThatStaysIsNamed) {
+  StartConnected({"known1/refuse.txt", "known2/mine.txt", "known2/below/mine.txt"});
+  SendIntoFoldersThatAreThere();
+  EXPECT_THAT(Found(Remote()), ElementsAreArray(Texts{"known1/refuse.txt=x"})) << "no file of it was begun";
+  EXPECT_THAT(Messages(), testing::IsSupersetOf({"以下のリモートフォルダを削除できません："
+                                                 "/known1既に削除されているか、転送が未完了なためと思われます。",
+                                                 "ファイルが削除されました "}));
+  EXPECT_FALSE(Exists(Remote("known2")));
+  ExpectUsable();
+}
+
+TEST_F(TakenBack, ACancelEndsTheCleanUpToo) {
+  StartConnected({"known1/mine.txt"});
+  for (int i = 0; i < 300; ++i) MakeRemote("known2/" + std::to_string(i), "");
+  const Meanwhile cancel([] { return Dialog(kDeleting) != nullptr; },
+                         [] { EXPECT_TRUE(ui::Press(Dialog(kDeleting), kCommandCancel)); });
+  SendIntoFoldersThatAreThere();
+  EXPECT_TRUE(cancel.Acted());
+  EXPECT_TRUE(Exists(Remote("known1/mine.txt")));
+  EXPECT_TRUE(Exists(Remote("known2")));
+  EXPECT_EQ(Count("ファイルが削除されました "), 0);
+  ExpectUsable();
+}
+
+TEST_F(TakenBack, WhatCannotBeRemovedLocallyIsNamedAndTheRestGoes) {
+  const RightsHold rights;
+  MakeRemote("c/stall.bin", RandomBytes(2 * 1024 * 1024));
+  StartConnected({"b/1.txt"});
+  alerts.Expect(kCleanUpDownload, "削除");
+  const auto write = std::filesystem::perms::owner_write;
+  CancelDuring(
+      kDownloading,
+      [&] {
+        Download({"b", "c"});
+      },
+      [&](platform::Window* dialog) {
+        if (!Exists(Local("c/stall.bin")) || Progress(dialog) < 0.1) return false;
+        std::filesystem::permissions(Local("c"), write, std::filesystem::perm_options::remove);
+        return true;
+      });
+  EXPECT_TRUE(Exists(Local("c/stall.bin")));
+  EXPECT_FALSE(Exists(Local("b")));
+  EXPECT_THAT(Messages(), testing::IsSupersetOf({"ローカルファイルを削除できません：" + Local("c/stall.bin"),
+                                                 "ローカルフォルダを削除できません：" + Local("c")}));
+  std::filesystem::permissions(Local("c"), write, std::filesystem::perm_options::add);
+  ExpectUsable();
+}
+
 // Sleep
 
 class Sleep : public Stops, public testing::WithParamInterface<bool> {
@@ -191,7 +264,8 @@ class Sleep : public Stops, public testing::WithParamInterface<bool> {
   std::string To() const { return IsDown() ? Local() : Remote(); }
   std::string Slow() const { return (IsDown() ? Remote() : Local()) + "c/stall.bin"; }
   /// Sleeps as soon as the stage has come.
-  std::unique_ptr<Meanwhile> SleepIn(Stage stage, std::function<void()> then = [] {}) {
+  std::unique_ptr<Meanwhile> SleepIn(
+      Stage stage, std::function<void()> then = [] {}) {
     return std::make_unique<Meanwhile>(
         [begins = Begins(IsDown(), stage)] {
           platform::Window* dialog = Dialog(IsDown() ? kDownloading : kUploading);
@@ -207,8 +281,8 @@ class Sleep : public Stops, public testing::WithParamInterface<bool> {
     return std::make_unique<Meanwhile>(
         [this] { return LFtpList::bPowerSuspendStandBy && !Main().remotePane.Ftp.IsValid(); },
         [this, before] {
-          before();
           WriteFile(Slow(), "short");
+          before();
           Main().Command(kCommandResume, 0);
         });
   }
@@ -236,11 +310,13 @@ TEST_P(Sleep, WhileTransferringCostsALogonAndNoFile) {
   MakeFiles(IsDown(), Stage::kTransferring);
   StartConnected();
   const auto sleep = SleepIn(Stage::kTransferring);
-  const auto wake = Wake();
+  long logons = 0;
+  const auto wake = Wake([&] { logons = Count("コマンド: USER "); });
   ExpectOverwriting(IsDown());
   Transfer(IsDown());
   EXPECT_TRUE(wake->Acted());
   EXPECT_EQ(ContentOf(To() + "c/stall.bin"), "short");
+  EXPECT_EQ(Count("コマンド: USER "), logons + 1);
   ExpectUsable();
 }
 
@@ -277,6 +353,33 @@ TEST_P(Sleep, ThatTheServerDoesNotForgiveEndsTheRun) {
               Contains(IsDown() ? "ファイル一覧をダウンロードできません" : "ファイル一覧をアップロードできません"));
   EXPECT_EQ(Count("ファイルのダウンロード完了。"), IsDown() ? kSmallFiles + 2 : 0);
   ExpectUsable();
+}
+
+TEST_P(Sleep, WhoseFolderIsGoneAtTheWakingEndsTheRun) {
+  const std::string from = IsDown() ? Remote("base/stall.bin") : Local("stall.bin");
+  const std::string to = IsDown() ? Local("stall.bin") : Remote("base/stall.bin");
+  WriteFile(from, IsDown() ? RandomBytes(2 * 1024 * 1024) : "");
+  if (!IsDown()) std::filesystem::resize_file(from, 20ull << 30);  // Sparse.
+  StartConnected({"base/x"});
+  Open(kRemoteList, "base");
+  const Meanwhile sleep(
+      [&] {
+        std::error_code none;
+        const auto size = std::filesystem::file_size(to, none);
+        return !none && size > 100000;
+      },
+      [&] { Main().Command(kCommandSuspend, 0); });
+  const Meanwhile wake([&] { return LFtpList::bPowerSuspendStandBy && !Main().remotePane.Ftp.IsValid(); },
+                       [&] {
+                         std::filesystem::rename(Remote("base"), Remote("elsewhere"));
+                         Main().Command(kCommandResume, 0);
+                       });
+  IsDown() ? Download({"stall.bin"}) : Upload({"stall.bin"});
+  EXPECT_TRUE(wake.Acted());
+  EXPECT_EQ(Count(IsDown() ? "コマンド: RETR " : "コマンド: STOR "), 1);
+  EXPECT_THAT(Messages(),
+              Contains(IsDown() ? "ファイル一覧をダウンロードできません" : "ファイル一覧をアップロードできません"));
+  std::filesystem::rename(Remote("elsewhere"), Remote("base"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Stops, Sleep, testing::Values(true, false),

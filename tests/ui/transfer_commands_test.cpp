@@ -37,7 +37,7 @@ TEST_F(TransferCommands, StartFromMenusAndKeysAndTheWatchGoesOnBehindThem) {
       SCOPED_TRACE(std::string(*(job.menu.begin() + 1)) + (byKey ? " by key" : ""));
       if (job.arrives) std::filesystem::remove(root + "/" + job.arrives);
       PressTool(kRemoteTools, kCommandRemoteRefresh);
-      Press(kLocalGo);
+      PressTool(kLocalTools, kCommandLocalRefresh);
       Select(kRemoteList, {"down.txt"});
       Select(kLocalList, {"up.txt"});
       Main().remotePane.bReconnectArmed = false;
