@@ -67,35 +67,70 @@ TEST_F(Desktop, EveryCallBringsTheWindowBack) {
   QDBusConnection::disconnectFromBus("another program");
 }
 
-TEST_F(Desktop, TheMachineStaysAwakeForATransferAndNoLonger) {
-  MakeRemote("a.bin", RandomBytes(5000));
-  StartConnected();
+TEST_F(Desktop, TheMachineStaysAwakeForAJobAndNoLonger) {
+  MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
+  StartConnected({"down.txt"}, {"up.txt", "refuse.txt"});
   EXPECT_EQ(said.find("lock"), std::string::npos);
-  TransferTest::Download({"a.bin"});
-  EXPECT_TRUE(Says("lock idle:sleep by Orvane FTP, block"));
-  EXPECT_TRUE(Says("released"));
+  const struct {
+    const char* name;
+    std::function<void()> run;
+  } jobs[] = {
+      {"a download", [&] { Download({"down.txt"}); }},
+      {"an upload", [&] { Upload({"up.txt"}); }},
+      {"an upload that fails", [&] { Upload({"refuse.txt"}); }},
+      {"a synchronise run",
+       [&] {
+         for (const char* path : {"local/refuse.txt", "server/stall.bin"}) std::filesystem::remove(root + "/" + path);
+         alerts.Expect("同期します。よろしいですか？", "同期する");
+         Press(kSynchroniseButton);
+       }},
+      {"a download that is cancelled",
+       [&] {
+         MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
+         PressTool(kRemoteTools, kCommandRemoteRefresh);
+         alerts.Expect("削除しますか？", "削除");
+         CancelDuring(
+             kDownloading, [&] { Download({"stall.bin"}); },
+             [](platform::Window* dialog) { return Progress(dialog) > 0.2; });
+       }},
+  };
+  for (const auto& job : jobs) {
+    SCOPED_TRACE(job.name);
+    said.clear();
+    job.run();
+    EXPECT_TRUE(Says("lock idle:sleep by Orvane FTP, block"));
+    EXPECT_TRUE(Says("released"));
+  }
 }
 
 /// Cancelled in its sleep, the job still has to hear of the waking.
 TEST_F(Desktop, ATransferThatIsCancelledInTheSleepEndsWithIt) {
   MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
+  MakeLocal("up.bin", "");
+  std::filesystem::resize_file(Local("up.bin"), 20ull << 30);  // Sparse.
   StartConnected();
-  const Meanwhile sleep(
-      [&] {
-        platform::Window* dialog = Dialog(kDownloading);
-        return dialog && Progress(dialog) > 0.2;
-      },
-      [&] { Order("sleep"); });
-  const Meanwhile wake([&] { return sleep.Acted() && !Main().remotePane.Ftp.IsValid(); },
-                       [&] {
-                         EXPECT_TRUE(ui::Press(Dialog(kDownloading), kCommandCancel));
-                         QTimer::singleShot(100, &service, [this] { Order("wake"); });
-                       });
-  TransferTest::Download({"stall.bin"});
-  EXPECT_TRUE(wake.Acted());
-  EXPECT_FALSE(LFtpList::bPowerSuspendStandBy);
-  EXPECT_THAT(Messages(), testing::Contains("ユーザーがダウンロードを中止しました"));
-  ExpectUsable();
+  for (const bool isDown : {true, false}) {
+    const char* title = isDown ? kDownloading : kUploading;
+    const std::string arriving = isDown ? Local("stall.bin") : Remote("up.bin");
+    const Meanwhile sleep(
+        [&] {
+          std::error_code none;
+          const auto there = std::filesystem::file_size(arriving, none);
+          return !none && there > 100000;
+        },
+        [&] { Order("sleep"); });
+    const Meanwhile wake([&] { return sleep.Acted() && !Main().remotePane.Ftp.IsValid(); },
+                         [&] {
+                           EXPECT_TRUE(ui::Press(Dialog(title), kCommandCancel));
+                           QTimer::singleShot(100, &service, [this] { Order("wake"); });
+                         });
+    isDown ? Download({"stall.bin"}) : Upload({"up.bin"});
+    EXPECT_TRUE(wake.Acted());
+    EXPECT_FALSE(LFtpList::bPowerSuspendStandBy);
+    EXPECT_THAT(Messages(), testing::Contains(isDown ? "ユーザーがダウンロードを中止しました"
+                                                     : "ユーザーがアップロードを中止しました"));
+    ExpectUsable();
+  }
 }
 
 }  // namespace
