@@ -52,3 +52,19 @@ def start_pyftpdlib(work, port):
     script = ROOT / "tests/servers/pyftpd_server.py"
     command = ["/usr/bin/python3", script, str(port), work / "files", "anonymous", PASSWORD, "plain"]
     return wait_for(subprocess.Popen(command, stderr=subprocess.DEVNULL), port)
+
+
+def start_inetutils(work, port):
+    """The same, as root only and for the user "anna": the ftpd that inetd starts for each connection."""
+    hashed = subprocess.check_output(["openssl", "passwd", "-6", PASSWORD], text=True).strip()
+    nobody = 65534
+    subprocess.check_call(["chown", "-R", str(nobody), work / "files"])
+    (work / "passwd").write_text("root:x:0:0::/:/bin/sh\n"
+                                 f"anna:{hashed}:{nobody}:{nobody}::{work / 'files'}:/bin/sh\n")
+    (work / "group").write_text(f"root:x:0:\nnogroup:x:{nobody}:\n")
+    # The users of the files above in place of the system's.
+    environment = dict(os.environ, LD_PRELOAD=str(SERVERS / "usr/lib/x86_64-linux-gnu/libnss_wrapper.so"),
+                       NSS_WRAPPER_PASSWD=str(work / "passwd"), NSS_WRAPPER_GROUP=str(work / "group"), LC_ALL="C")
+    command = [SERVERS / "usr/bin/busybox-ftpd", "tcpsvd", "-E", "127.0.0.1", str(port), SERVERS / "usr/sbin/ftpd",
+               "-q", "-u", "022", "-a", "default"]
+    return wait_for(subprocess.Popen(command, env=environment, stderr=subprocess.DEVNULL), port)

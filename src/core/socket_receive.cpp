@@ -37,13 +37,22 @@ bool HasTlsDataOrEnd(LSSLSocketTCP& socket) {
   return state == platform::TlsState::kClosed || state == platform::TlsState::kAborted;
 }
 
+/// Waits for one slice. Many servers send no further line while the one before is not acknowledged, and the kernel puts
+/// an acknowledgement off by 40 ms where nothing is sent: so that is asked for, once a near server would have answered.
+bool ComesInSlice(int fd) {
+  constexpr unsigned kNearMs = 2;
+  if (SocketWait(fd, POLLIN, kNearMs) != 0) return true;
+  platform::NetAcknowledge(fd);
+  return SocketWait(fd, POLLIN, kSocketSliceMs - kNearMs) != 0;
+}
+
 /// Waits on the descriptor alone, and takes the slices off `ms`. `fd` is read anew for each slice: an event
 /// inside IsToStop may close it.
 LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, unsigned int& ms) {
   if (process.IsToStop()) return LProcessResultStopped;
   for (;;) {
     if (!LIPSocketTCPRef{fd}.IsValid()) return LProcessResultFailed;
-    if (SocketWait(fd, POLLIN, kSocketSliceMs) != 0) return LProcessResultOk;
+    if (ComesInSlice(fd)) return LProcessResultOk;
     if (!SocketTakeSlice(ms)) return LProcessResultFailed;
     if (process.IsToStop()) return LProcessResultStopped;
   }

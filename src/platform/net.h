@@ -26,6 +26,8 @@ ssize_t NetReceive(int fd, void* data, size_t size);
 ssize_t NetPeek(int fd, void* data, size_t size);
 /// Bytes that can be read now; 0 also for an error or a closed peer.
 size_t NetBytesReady(int fd);
+/// Acknowledges at once what has come, where the kernel would put that off. No stream of the net: nothing happens.
+void NetAcknowledge(int fd);
 /// poll(2), but over interruptions. `ms` -1 waits without a limit.
 int NetPoll(pollfd* entries, size_t count, int ms);
 /// Ends the sending side only.

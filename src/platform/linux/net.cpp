@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -62,6 +63,11 @@ ssize_t NetPeek(int fd, void* data, size_t size) {
 size_t NetBytesReady(int fd) {
   int bytes = 0;
   return ioctl(fd, FIONREAD, &bytes) == 0 && bytes > 0 ? static_cast<size_t>(bytes) : 0;
+}
+
+void NetAcknowledge(int fd) {
+  const int on = 1;
+  (void)setsockopt(fd, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
 }
 
 int NetPoll(pollfd* entries, size_t count, int ms) {
