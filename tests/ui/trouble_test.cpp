@@ -171,6 +171,34 @@ TEST_F(Trouble, ARemoteFolderThatCannotBeEnteredAndAFileThatCannotBeRead) {
   ExpectWorks();
 }
 
+TEST_F(Trouble, ALaterFileThatNobodyMayReadCostsTwoReconnects) {
+  MakeRemote("a/hidden.txt", "new");
+  MakeRemote("z.txt", "z");
+  MakeLocal("a/hidden.txt", "old");
+  chmod(Remote("a/hidden.txt").c_str(), 0300);
+  StartConnected();
+  alerts.Expect("hidden.txt", "上書きする");
+  NewCommands();
+  TransferTest::Download({"a", "z.txt"});
+  EXPECT_THAT(NewCommands({"USER ", "RETR "}), testing::ElementsAre("RETR /z.txt", "USER anna", "USER anna"));
+  ExpectTold("このユーザーには「hidden.txt」を表示またはダウンロードする権限がありません。");
+  ExpectTold((std::string(kFileFailed) + "/a/hidden.txt").c_str());
+  EXPECT_FALSE(Exists(Local("a/hidden.txt"))) << "the older one goes although nothing came";
+  ExpectWorks();
+}
+
+TEST_F(Trouble, AFolderWhoseListingIsLostThreeTimesStaysEmpty) {
+  for (const char* name : {"d/a.txt", "d/lose always/x.txt", "d/z.txt"}) MakeRemote(name, name);
+  StartConnected();
+  NewCommands();
+  TransferTest::Download({"d"});
+  EXPECT_EQ(NewCommands({"USER "}).size(), 3u);
+  EXPECT_TRUE(std::filesystem::is_empty(Local("d/lose always")));
+  EXPECT_EQ(ContentOf(Local("d/a.txt")), "d/a.txt");
+  EXPECT_EQ(ContentOf(Local("d/z.txt")), "d/z.txt");
+  ExpectWorks();
+}
+
 TEST_F(Trouble, ALocalFolderThatCannotBeWrittenTo) {
   for (const char* name : {"d/a.txt", "z.txt"}) MakeRemote(name, name);
   std::filesystem::create_directory(Local("d"));
