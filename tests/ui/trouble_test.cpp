@@ -232,11 +232,13 @@ TEST_F(Trouble, AFileWithoutRoomIsNotBegun) {
   for (const char* name : {"a.txt", "c.txt"}) MakeRemote(name, name);
   MakeLarge(Remote("b.bin"));
   LiveOnASmallDisk();
+  MakeLocal("b.bin", "old");
   StartConnected();
+  alerts.Expect("b.bin", "上書きする");
   TransferTest::Download({"a.txt", "b.bin", "c.txt"});
   EXPECT_EQ(ContentOf(Local("a.txt")), "a.txt");
   EXPECT_EQ(ContentOf(Local("c.txt")), "c.txt");
-  EXPECT_FALSE(Exists(Local("b.bin")));
+  EXPECT_FALSE(Exists(Local("b.bin"))) << "the older one goes too";
   ExpectTold("空き容量不足のためダウンロードできません：/b.bin");
   ExpectWorks();
 }
@@ -245,8 +247,11 @@ TEST_F(Trouble, AFileThatFailedIsNotForgottenOverOneWithoutRoom) {
   MakeRemote("refuse.txt", "r");
   MakeLarge(Remote("a.bin"));  // Fetched last.
   LiveOnASmallDisk();
+  MakeLocal("refuse.txt", "old");
   StartConnected();
+  alerts.Expect("refuse.txt", "上書きする");
   TransferTest::Download({"a.bin", "refuse.txt"});
+  EXPECT_FALSE(Exists(Local("refuse.txt"))) << "the older one goes too";
   ExpectTold(kDownloadFailed);
 }
 
