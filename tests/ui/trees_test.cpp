@@ -156,13 +156,14 @@ TEST_F(Trees, AFileBehindAFolderIsAskedAboutToo) {
 struct Answer {
   const char* button;
   int check;
-  size_t replaced;  ///< Of three files, the second half not asked about when the box is set.
+  size_t replaced;  ///< Of three files, which are not asked about one by one when the box is set.
+  size_t queries;   ///< Of sizes on the server, before anything is sent.
 };
 
 class Answers : public Trees, public testing::WithParamInterface<Answer> {};
 
 TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
-  const auto& [button, check, replaced] = GetParam();
+  const auto& [button, check, replaced, queries] = GetParam();
   const std::vector<const char*> names = {"a.txt", "b.txt", "c.txt"};
   // The answer holds for one batch: the second download asks again.
   for (const bool down : {true, false, true}) {
@@ -178,7 +179,11 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
                                    "\" が既にローカルフォルダ内に存在します。上書きしますか？";
       alerts.Expect(down ? question : "上書きしますか？", button, check);
     }
+    NewCommands();
     down ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+    if (!down) {
+      EXPECT_EQ(NewCommands({"MLST "}).size(), queries);
+    }
     size_t count = 0;
     for (const char* name : names) count += ContentOf((down ? Local("d/") : Remote("d/")) + name) == "new";
     EXPECT_EQ(count, replaced) << (down ? "down" : "up");
@@ -186,8 +191,8 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Trees, Answers,
-                         testing::Values(Answer{"上書きする", 0, 3}, Answer{"上書きする", 1, 3},
-                                         Answer{"スキップ", 0, 0}, Answer{"スキップ", 1, 0}));
+                         testing::Values(Answer{"上書きする", 0, 3, 3}, Answer{"上書きする", 1, 3, 1},
+                                         Answer{"スキップ", 0, 0, 3}, Answer{"スキップ", 1, 0, 3}));
 
 TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
