@@ -36,6 +36,19 @@ TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   EXPECT_EQ(ContentOf(Remote("empty.txt")), "new");
 }
 
+/// A size that is not told is as good as none.
+TEST_F(Upload, AFileWhoseSizeQueryIsLostIsOverwrittenWithoutAQuestion) {
+  MakeLocal("a.txt", "new");
+  MakeRemote("a.txt", "old");
+  StartConnected();
+  NewCommands();
+  WriteFile(root + "/server.cut", "4");
+  TransferTest::Upload({"a.txt"});
+  EXPECT_EQ(NewCommands().at(3), "MLST a.txt") << "another command was cut";
+  EXPECT_EQ(ContentOf(Remote("a.txt")), "new");
+  ExpectUsable();
+}
+
 struct Failure {
   const char* name;
   const char* file;
