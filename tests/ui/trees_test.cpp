@@ -194,6 +194,41 @@ INSTANTIATE_TEST_SUITE_P(Trees, Answers,
                          testing::Values(Answer{"上書きする", 0, 3, 3}, Answer{"上書きする", 1, 3, 1},
                                          Answer{"スキップ", 0, 0, 3}, Answer{"スキップ", 1, 0, 3}));
 
+struct Naming {
+  const char* name;
+  const char* noSpaces;
+  const char* lowerCase;
+  std::string inFolder, beside;  ///< As the two files are called on the server.
+};
+void PrintTo(const Naming& row, std::ostream* out) { *out << row.name; }
+
+class Namings : public Trees, public testing::WithParamInterface<Naming> {};
+
+TEST_P(Namings, OfFilesAndNotOfFolders) {
+  const auto& [name, noSpaces, lowerCase, inFolder, beside] = GetParam();
+  Put("Settings/FtpNoSpaces", noSpaces);
+  Put("Settings/FtpLowerCase", lowerCase);
+  MakeLocal("My Folder/A File.TXT", "new");
+  MakeLocal("B File.TXT", "new");
+  for (const std::string& old : {"My Folder/" + inFolder, beside}) MakeRemote(old, "old");
+  StartConnected({"Comes Down.TXT"});
+  alerts.Expect("このファイルのコピー \"" + inFolder + "\" 既に", "上書きする");
+  alerts.Expect("このファイルのコピー \"" + beside + "\" 既に", "スキップ");
+  TransferTest::Upload({"My Folder", "B File.TXT"});
+  TransferTest::Download({"Comes Down.TXT"});
+  const std::map<std::string, std::string> arrived = {
+      {"My Folder/", ""}, {"My Folder/" + inFolder, "new"}, {beside, "old"}, {"Comes Down.TXT", "x"}};
+  EXPECT_EQ(TreeOf(Remote()), arrived);
+  EXPECT_TRUE(Exists(Local("Comes Down.TXT")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Trees, Namings,
+                         testing::Values(Naming{"AsTheyAre", "0", "0", "A File.TXT", "B File.TXT"},
+                                         Naming{"NoSpaces", "1", "0", "A_File.TXT", "B_File.TXT"},
+                                         Naming{"LowerCase", "0", "1", "a file.txt", "b file.txt"},
+                                         Naming{"Both", "1", "1", "a_file.txt", "b_file.txt"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("d/a.txt", "a");
