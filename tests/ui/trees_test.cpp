@@ -229,6 +229,23 @@ INSTANTIATE_TEST_SUITE_P(Trees, Namings,
                                          Naming{"Both", "1", "1", "a_file.txt", "b_file.txt"}),
                          [](const auto& row) { return std::string(row.param.name); });
 
+/// A link goes up as what it leads to; one that leads nowhere is a file that cannot be read.
+TEST_F(Trees, LinksOnTheirWayUp) {
+  MakeLocal("folder/x.txt", "x");
+  MakeLocal("file.txt", "f");
+  std::filesystem::create_symlink("file.txt", Local("to file"));
+  std::filesystem::create_directory_symlink("folder", Local("to folder"));
+  std::filesystem::create_symlink("nowhere", Local("to nowhere"));
+  StartConnected();
+  TransferTest::Upload({"to file", "to folder"});
+  const std::map<std::string, std::string> arrived = {{"to file", "f"}, {"to folder/", ""}, {"to folder/x.txt", "x"}};
+  EXPECT_EQ(TreeOf(Remote()), arrived);
+  TransferTest::Upload({"file.txt", "to nowhere"});
+  EXPECT_EQ(TreeOf(Remote()), arrived);
+  EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
+  ExpectUsable();
+}
+
 TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("d/a.txt", "a");
