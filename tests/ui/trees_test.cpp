@@ -246,6 +246,46 @@ TEST_F(Trees, LinksOnTheirWayUp) {
   ExpectUsable();
 }
 
+struct Cycle {
+  const char* name;
+  bool isDown;
+  size_t length;  ///< Of the link's name.
+  long depth;     ///< How often it is followed; -1 for as often as the local path has room for it.
+  const char* told;
+};
+void PrintTo(const Cycle& row, std::ostream* out) { *out << row.name; }
+
+class Cycles : public Trees, public testing::WithParamInterface<Cycle> {};
+
+/// A folder in itself. No path is cut on the way, neither that of a folder nor that of a file.
+TEST_P(Cycles, EndWhereAPathDoes) {
+  const auto& [name, isDown, length, depth, told] = GetParam();
+  const std::string link(length, 'l'), tooLong(240, 'n');
+  const std::string from = isDown ? Remote("d/") : Local("d/"), to = isDown ? Local("d") : Remote("d");
+  for (const std::string& file : {std::string("a.txt"), tooLong}) WriteFile(from + file, "a");
+  std::filesystem::create_directory_symlink(".", from + link);
+  StartConnected();
+  isDown ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+  long deepest = 0;
+  for (const auto& [path, content] : TreeOf(to)) {
+    EXPECT_THAT(path, testing::MatchesRegex("(l+/)*(a.txt)?"));
+    deepest = std::max<long>(deepest, std::count(path.begin(), path.end(), '/'));
+  }
+  EXPECT_EQ(deepest, depth >= 0 ? depth : (kTextSize - 1 - Local("d").size()) / (length + 1));
+  EXPECT_THAT(Messages(), Contains(HasSubstr(told)));
+  ExpectUsable();
+}
+
+constexpr const char* kTooLong = "パスが長すぎるためスキップします：l";
+/// So many links the system follows in one path.
+constexpr long kLinks = 40;
+INSTANTIATE_TEST_SUITE_P(Trees, Cycles,
+                         testing::Values(Cycle{"DownTooLong", true, 60, -1, kTooLong},
+                                         Cycle{"UpTooLong", false, 60, -1, kTooLong},
+                                         Cycle{"DownTooDeep", true, 1, kLinks, "ディレクトリを変更できません： l"},
+                                         Cycle{"UpTooDeep", false, 1, kLinks, "ファイル一覧をアップロードできません"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("d/a.txt", "a");
