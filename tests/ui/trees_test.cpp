@@ -66,12 +66,95 @@ TEST_F(Trees, AFolderGoesUpWhole) {
   ExpectUsable();
 }
 
-TEST_F(Trees, FilesAreFetchedFromTheLastCollectedToTheFirst) {
-  for (const char* name : {"1.txt", "2.txt", "3.txt"}) MakeRemote(name, name);
+/// All that a job shows, in order: each text behind its level, and after it what the bar does until the next one.
+struct Shown : LProcessInterfaceVoid {
+  void SetStatus(const char* text, int level) override { all.push_back(std::to_string(level) + " " + text); }
+  void SetProgress(double fraction) override {
+    char text[kTextSize];
+    TextFormat(text, " [%.3f]", fraction);
+    all.back() += text;
+  }
+  void SetProgressIndeterminateOn() override { all.back() += " [on]"; }
+  void SetProgressIndeterminateOff() override { all.back() += " [off]"; }
+  Texts all;
+};
+
+/// Of two blocks, one and none. The list owns the upper line, so that the query for the right to a file shows less when
+/// it is made for one of the list. What was collected last is moved first.
+TEST_F(Trees, WhatARunOfThreeFilesShows) {
+  const std::string local = root + "/local";
   StartConnected();
-  NewCommands();
-  TransferTest::Download({"1.txt", "2.txt", "3.txt"});
-  EXPECT_THAT(NewCommands({"RETR "}), ElementsAre("RETR /3.txt", "RETR /2.txt", "RETR /1.txt"));
+  LFtpList& pane = Main().remotePane;
+  TextCopy(pane.szBaseRemoteDirectory, "/");
+  TextCopy(pane.szBaseLocalDirectory, local.c_str());
+  FtpDownloadFileList down = {};
+  FtpUploadFileList up = {};
+  LVector<LStringLongTemplate<char>> paths;
+  up.source = &paths;
+  down.owner = up.owner = &pane;
+  down.protocol = up.protocol = &pane.Ftp;
+  down.localFolder = up.localFolder = local.c_str();
+  for (const auto& [name, size] : {std::pair("1.txt", 0), std::pair("2.txt", 1024), std::pair("3.txt", 2048)}) {
+    MakeRemote(name, std::string(static_cast<size_t>(size), 'x'));
+    down.names.Add(LStringLongTemplate<char>(name));
+    paths.Add(LStringLongTemplate<char>(Local(name).c_str()));
+  }
+  Shown ofDownload, ofUpload;
+  EXPECT_EQ(Process(ofDownload, down), LProcessResultOk);
+  for (const char* name : {"1.txt", "2.txt", "3.txt"}) std::filesystem::remove(Remote(name));
+  EXPECT_EQ(Process(ofUpload, up), LProcessResultOk);
+  const Texts downwards = {"0 ファイルをダウンロード中...",
+                           "0 1個（全3個中）のファイル/フォルダを追加中 [0.000]",
+                           "0 2個（全3個中）のファイル/フォルダを追加中 [0.333]",
+                           "0 3個（全3個中）のファイル/フォルダを追加中 [0.667]",
+                           "0 アクセス許可の取得中 ",
+                           "1 データを設定中",
+                           "1 コマンドを送信中 [on] [off]",
+                           "0 1個（全3個中）のファイルをダウンロード中",
+                           "1 リモートファイルをダウンロード中： /3.txt [0.000]",
+                           "1 データを設定中",
+                           "1 コマンドを送信中",
+                           "1 /3.txt",
+                           "1 /3.txt:  0% [0.000]",
+                           "1 /3.txt: 50% [0.167]",
+                           "1 /3.txt: 100% [0.333]",
+                           "0 2個（全3個中）のファイルをダウンロード中",
+                           "1 リモートファイルをダウンロード中： /2.txt [0.444]",
+                           "1 データを設定中",
+                           "1 コマンドを送信中",
+                           "1 /2.txt",
+                           "1 /2.txt:  0% [0.333]",
+                           "1 /2.txt: 100% [0.667]",
+                           "0 3個（全3個中）のファイルをダウンロード中",
+                           "1 リモートファイルをダウンロード中： /1.txt [0.889]",
+                           "1 データを設定中",
+                           "1 コマンドを送信中",
+                           "1 /1.txt",
+                           "1 /1.txt:  0% [0.667]"};
+  EXPECT_THAT(ofDownload.all, testing::ElementsAreArray(downwards));
+  const Texts upwards = {"0 ファイルをアップロード中... [off]",
+                         "0 フォルダ/ファイルを追加中 [0.000]",
+                         "1 " + Local("1.txt"),
+                         "0 フォルダ/ファイルを追加中 [0.333]",
+                         "1 " + Local("2.txt"),
+                         "0 フォルダ/ファイルを追加中 [0.667]",
+                         "1 " + Local("3.txt") + " [off] [0.000]",
+                         "0 1個（全3個中）のファイルをアップロード中",
+                         "1 " + Local("3.txt") + " [0.000]",
+                         "1 3.txt",
+                         "1 3.txt [0.000]",
+                         "1 3.txt: 50% [0.167]",
+                         "1 3.txt: 100% [0.333]",
+                         "0 2個（全3個中）のファイルをアップロード中",
+                         "1 " + Local("2.txt") + " [0.333]",
+                         "1 2.txt",
+                         "1 2.txt [0.333]",
+                         "1 2.txt: 100% [0.667]",
+                         "0 3個（全3個中）のファイルをアップロード中",
+                         "1 " + Local("1.txt") + " [0.667]",
+                         "1 1.txt",
+                         "1 1.txt [0.667]"};
+  EXPECT_THAT(ofUpload.all, testing::ElementsAreArray(upwards));
 }
 
 struct Entry {
