@@ -86,7 +86,7 @@ TEST_P(Fails, ThreeTimesAndEndsTheRun) {
 INSTANTIATE_TEST_SUITE_P(
     Upload, Fails,
     testing::Values(Failure{"Refused", "refuse.txt", {"STOR refuse.txt", "STOR refuse.txt"}, 3, "Not this one."},
-                    Failure{"SessionLost", "lose always.txt", {"STOR lose always.txt"}, 4, nullptr}),
+                    Failure{"SessionLost", "lose.txt", {"STOR lose.txt"}, 4, nullptr}),
     [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
