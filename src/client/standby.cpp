@@ -15,7 +15,8 @@ constexpr unsigned kEventSliceMs = 10;
 
 void WaitForWake(LProcessInterface& process) {
   while (LFtpList::bPowerSuspendStandBy) {
-    // A stop takes effect when the machine is awake. Behind it the question pumps no more, and the waking would not come.
+    // A stop takes effect when the machine is awake. Behind it the question pumps no more, and the waking would not
+    // come.
     if (process.IsToStop()) platform::EventLoopPump();
     platform::ClockSleepMs(kEventSliceMs);
   }

@@ -66,7 +66,11 @@ TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {
   StartConnected();
   Press(kLocalGo);  // What the run itself changes in the store is there now.
   const Texts before = StoreWithoutCounts();
+  NewCommands();
   TransferTest::Download({"cut.bin", "b.txt"});
+  // The loss in the last attempt is found by the next file.
+  EXPECT_THAT(NewCommands({"USER ", "RETR "}), ElementsAre("RETR /cut.bin", "USER anna", "RETR /cut.bin", "USER anna",
+                                                           "RETR /cut.bin", "USER anna", "RETR /b.txt"));
   EXPECT_FALSE(Exists(Local("cut.bin")));
   EXPECT_THAT(Messages(), Contains("以下のリモートファイルのダウンロードを失敗中：/cut.bin"));
   EXPECT_EQ(ContentOf(Local("b.txt")), "b") << "one file that fails does not end the run";

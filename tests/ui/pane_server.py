@@ -4,12 +4,12 @@
 Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
 "cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
-name that holds "refuse" is refused; a folder that is there and holds "known" is no failure of MKD; an upload whose
-name holds "lose" loses the session when it begins, the first time only. With a certificate (the file holds the key
-too) the logon must be under TLS. It does not know the commands that ORVANE_LACKING_COMMANDS names; where MDTM is one
-of them its listings tell the dates of its own zone, as most servers do. With ORVANE_SERVE_AS_NOBODY set the rights of
-files hold also where root runs it. Names are bytes: what is not UTF-8 comes and goes as it is; a listing shows "%2F"
-as "/". It ends with its parent.
+name that holds "refuse" is refused; a folder that is there and holds "known" is no failure of MKD; an upload to a name
+that holds "lose", or the listing of such a folder, loses the session when it begins. With a certificate (the file holds
+the key too) the logon must be under TLS. It does not know the commands that ORVANE_LACKING_COMMANDS names; where MDTM
+is one of them its listings tell the dates of its own zone, as most servers do. With ORVANE_SERVE_AS_NOBODY set the
+rights of files hold also where root runs it. Names are bytes: what is not UTF-8 comes and goes as it is; a listing
+shows "%2F" as "/". It ends with its parent.
 
 While it runs it looks at two files beside the folder: FOLDER.cut holds the number of the command, from now on, at which
 the session is cut in place of an answer, once; while FOLDER.closed is there nobody can log on.
@@ -110,13 +110,19 @@ class MoodyHandler(FTPHandler):
         self.respond(reply)
         return True
 
+    def loses(self, name):
+        if "lose" not in name:
+            return False
+        self.close()
+        return True
+
     def ftp_STOR(self, file, mode="w"):
         if self.refuses(file):
             return None
-        if "lose" in file and first_time(file):
-            self.close()
-            return None
-        return super().ftp_STOR(file, mode)
+        return None if self.loses(file) else super().ftp_STOR(file, mode)
+
+    def ftp_LIST(self, path):
+        return None if self.loses(path) else super().ftp_LIST(path)
 
     def ftp_RETR(self, file):
         return None if self.refuses(file) else super().ftp_RETR(file)

@@ -30,6 +30,17 @@ qint64 TransferTest::CancelDuring(const char* dialogTitle, const std::function<v
   return took >= 0 || !sinceCancel.isValid() ? took : sinceCancel.elapsed();
 }
 
+Texts TransferTest::NewCommands(std::initializer_list<const char*> verbs) {
+  Texts commands = history.Commands();
+  commands.erase(commands.begin(), commands.begin() + static_cast<std::ptrdiff_t>(seenCommands));
+  seenCommands += commands.size();
+  const auto isWanted = [verbs](const std::string& command) {
+    return std::any_of(verbs.begin(), verbs.end(), [&](const char* verb) { return command.starts_with(verb); });
+  };
+  if (verbs.size() != 0) std::erase_if(commands, [&](const std::string& command) { return !isWanted(command); });
+  return commands;
+}
+
 Texts TransferTest::StoreWithoutCounts() {
   Texts all = All();
   std::erase_if(all, [](const std::string& one) { return one.find("Count") != std::string::npos; });

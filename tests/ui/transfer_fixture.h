@@ -35,8 +35,14 @@ class TransferTest : public WindowTest {
   qint64 CancelDuring(const char* dialogTitle, const std::function<void()>& transfer,
                       const std::function<bool(platform::Window*)>& when);
 
+  /// The commands since the last call, in order; with verbs, only those that begin with one of them.
+  Texts NewCommands(std::initializer_list<const char*> verbs = {});
+
   /// All that is kept, but for how often something was done.
   static Texts StoreWithoutCounts();
   static std::string ContentOf(const std::string& path) { return ReadFile(path); }
   static bool Exists(const std::string& path) { return std::filesystem::exists(path); }
+
+ private:
+  size_t seenCommands = 0;
 };

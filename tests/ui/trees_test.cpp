@@ -43,16 +43,6 @@ class Trees : public TransferTest {
       std::filesystem::create_directories(level + "/empty");
     }
   }
-  /// The commands since the last call, without those that only look after the connection and the pane.
-  std::vector<std::string> NewCommands() {
-    const std::vector<std::string> all = history.Commands();
-    std::vector<std::string> fresh(all.begin() + static_cast<std::ptrdiff_t>(seen), all.end());
-    seen = all.size();
-    return fresh;
-  }
-
- private:
-  size_t seen = 0;
 };
 
 TEST_F(Trees, AFolderComesDownWhole) {
@@ -76,45 +66,101 @@ TEST_F(Trees, AFolderGoesUpWhole) {
   ExpectUsable();
 }
 
-/// What each step of a download of a folder asks of a server that has no MLSD, once the pane is quiet.
-TEST_F(Trees, TheCommandsOfADownloadInTheirOrder) {
-  MakeRemote("d/a.txt", "aa");
-  StartConnected();
-  NewCommands();
-  TransferTest::Download({"d"});
-  std::vector<std::string> commands = NewCommands();
-  const auto list = std::vector<std::string>{"OPTS UTF8 ON", "TYPE A", "PASV", "LIST"};
-  std::vector<std::string> expected = {"CWD /", "PWD",  // The base directory, before the button's job begins.
-                                       "PWD",   "CWD /", "MLST d", "PWD", "CWD /d"};
-  const auto add = [&](const std::vector<std::string>& more) {
-    expected.insert(expected.end(), more.begin(), more.end());
-  };
-  add(list);
-  add({"MLST a.txt", "CWD /"});
-  // The right to read is looked at for the first file before the transfers and for each file in its turn.
-  add({"CWD /d"});
-  add(list);
-  add({"MLST /d/a.txt", "CWD /d"});
-  add(list);
-  add({"TYPE I", "PASV", "MLST /d/a.txt", "RETR /d/a.txt", "MDTM /d/a.txt"});
-  commands.resize(std::min(commands.size(), expected.size()));
-  EXPECT_EQ(commands, expected);
-}
+/// All that a job shows, in order: each text behind its level, and after it what the bar does until the next one.
+struct Shown : LProcessInterfaceVoid {
+  void SetStatus(const char* text, int level) override { all.push_back(std::to_string(level) + " " + text); }
+  void SetProgress(double fraction) override {
+    char text[kTextSize];
+    TextFormat(text, " [%.3f]", fraction);
+    all.back() += text;
+  }
+  void SetProgressIndeterminateOn() override { all.back() += " [on]"; }
+  void SetProgressIndeterminateOff() override { all.back() += " [off]"; }
+  Texts all;
+};
 
-TEST_F(Trees, FilesAreFetchedFromTheLastCollectedToTheFirst) {
-  for (const char* name : {"1.txt", "2.txt", "3.txt"}) MakeRemote(name, name);
+/// Of two blocks, one and none. The list owns the upper line, so that the query for the right to a file shows less when
+/// it is made for one of the list. What was collected last is moved first.
+TEST_F(Trees, WhatARunOfThreeFilesShows) {
+  const std::string local = root + "/local";
   StartConnected();
-  NewCommands();
-  TransferTest::Download({"1.txt", "2.txt", "3.txt"});
-  std::vector<std::string> fetched = NewCommands();
-  std::erase_if(fetched, [](const std::string& one) { return one.rfind("RETR ", 0) != 0; });
-  EXPECT_THAT(fetched, ElementsAre("RETR /3.txt", "RETR /2.txt", "RETR /1.txt"));
+  LFtpList& pane = Main().remotePane;
+  TextCopy(pane.szBaseRemoteDirectory, "/");
+  TextCopy(pane.szBaseLocalDirectory, local.c_str());
+  FtpDownloadFileList down = {};
+  FtpUploadFileList up = {};
+  LVector<LStringLongTemplate<char>> paths;
+  up.source = &paths;
+  down.owner = up.owner = &pane;
+  down.protocol = up.protocol = &pane.Ftp;
+  down.localFolder = up.localFolder = local.c_str();
+  for (const auto& [name, size] : {std::pair("1.txt", 0), std::pair("2.txt", 1024), std::pair("3.txt", 2048)}) {
+    MakeRemote(name, std::string(static_cast<size_t>(size), 'x'));
+    down.names.Add(LStringLongTemplate<char>(name));
+    paths.Add(LStringLongTemplate<char>(Local(name).c_str()));
+  }
+  Shown ofDownload, ofUpload;
+  EXPECT_EQ(Process(ofDownload, down), LProcessResultOk);
+  for (const char* name : {"1.txt", "2.txt", "3.txt"}) std::filesystem::remove(Remote(name));
+  EXPECT_EQ(Process(ofUpload, up), LProcessResultOk);
+  const Texts downwards = {"0 ファイルをダウンロード中...",
+                           "0 1個（全3個中）のファイル/フォルダを追加中 [0.000]",
+                           "0 2個（全3個中）のファイル/フォルダを追加中 [0.333]",
+                           "0 3個（全3個中）のファイル/フォルダを追加中 [0.667]",
+                           "0 アクセス許可の取得中 ",
+                           "1 データを設定中",
+                           "1 コマンドを送信中 [on] [off]",
+                           "0 1個（全3個中）のファイルをダウンロード中",
+                           "1 リモートファイルをダウンロード中： /3.txt [0.000]",
+                           "1 データを設定中",
+                           "1 コマンドを送信中",
+                           "1 /3.txt",
+                           "1 /3.txt:  0% [0.000]",
+                           "1 /3.txt: 50% [0.167]",
+                           "1 /3.txt: 100% [0.333]",
+                           "0 2個（全3個中）のファイルをダウンロード中",
+                           "1 リモートファイルをダウンロード中： /2.txt [0.444]",
+                           "1 データを設定中",
+                           "1 コマンドを送信中",
+                           "1 /2.txt",
+                           "1 /2.txt:  0% [0.333]",
+                           "1 /2.txt: 100% [0.667]",
+                           "0 3個（全3個中）のファイルをダウンロード中",
+                           "1 リモートファイルをダウンロード中： /1.txt [0.889]",
+                           "1 データを設定中",
+                           "1 コマンドを送信中",
+                           "1 /1.txt",
+                           "1 /1.txt:  0% [0.667]"};
+  EXPECT_THAT(ofDownload.all, testing::ElementsAreArray(downwards));
+  const Texts upwards = {"0 ファイルをアップロード中... [off]",
+                         "0 フォルダ/ファイルを追加中 [0.000]",
+                         "1 " + Local("1.txt"),
+                         "0 フォルダ/ファイルを追加中 [0.333]",
+                         "1 " + Local("2.txt"),
+                         "0 フォルダ/ファイルを追加中 [0.667]",
+                         "1 " + Local("3.txt") + " [off] [0.000]",
+                         "0 1個（全3個中）のファイルをアップロード中",
+                         "1 " + Local("3.txt") + " [0.000]",
+                         "1 3.txt",
+                         "1 3.txt [0.000]",
+                         "1 3.txt: 50% [0.167]",
+                         "1 3.txt: 100% [0.333]",
+                         "0 2個（全3個中）のファイルをアップロード中",
+                         "1 " + Local("2.txt") + " [0.333]",
+                         "1 2.txt",
+                         "1 2.txt [0.333]",
+                         "1 2.txt: 100% [0.667]",
+                         "0 3個（全3個中）のファイルをアップロード中",
+                         "1 " + Local("1.txt") + " [0.667]",
+                         "1 1.txt",
+                         "1 1.txt [0.667]"};
+  EXPECT_THAT(ofUpload.all, testing::ElementsAreArray(upwards));
 }
 
 struct Entry {
   const char* name;
-  const char* file;    ///< Before "real" in the listing; the server shows "%2F" as "/".
-  const char* target;  ///< Of a link; null for a file.
+  const char* file;                            ///< Before "real" in the listing; the server shows "%2F" as "/".
+  const char* target;                          ///< Of a link; null for a file.
   std::map<std::string, std::string> arrives;  ///< Of the folder.
   const char* told;
 };
@@ -168,25 +214,13 @@ INSTANTIATE_TEST_SUITE_P(
                           "real",
                           {},
                           "疑わしい名前のファイル（..-x -> real）のダウンロードをスキップします"},
-                    Entry{"LinkToAnAbsolutePath",
-                          "link",
-                          "/etc/hosts",
-                          kBefore,
+                    Entry{"LinkToAnAbsolutePath", "link", "/etc/hosts", kBefore,
                           "疑わしい名前のファイル（link -> /etc/hosts）のダウンロードをスキップします"},
-                    Entry{"NameOfTheFolderAbove",
-                          "b%2F..%2F..%2Fx.txt",
-                          nullptr,
-                          kBefore,
+                    Entry{"NameOfTheFolderAbove", "b%2F..%2F..%2Fx.txt", nullptr, kBefore,
                           "疑わしい名前のファイル（b/../../x.txt）のダウンロードをスキップします"},
-                    Entry{"NameInAFolder",
-                          "b%2Fx.txt",
-                          nullptr,
-                          kBefore,
+                    Entry{"NameInAFolder", "b%2Fx.txt", nullptr, kBefore,
                           "疑わしい名前のファイル（b/x.txt）のダウンロードをスキップします"},
-                    Entry{"NameWithTheOtherSeparator",
-                          "b\\..\\x.txt",
-                          nullptr,
-                          kBefore,
+                    Entry{"NameWithTheOtherSeparator", "b\\..\\x.txt", nullptr, kBefore,
                           "疑わしい名前のファイル（b\\..\\x.txt）のダウンロードをスキップします"}),
     [](const auto& row) { return std::string(row.param.name); });
 
@@ -205,13 +239,14 @@ TEST_F(Trees, AFileBehindAFolderIsAskedAboutToo) {
 struct Answer {
   const char* button;
   int check;
-  size_t replaced;  ///< Of three files, the second half not asked about when the box is set.
+  size_t replaced;  ///< Of three files, which are not asked about one by one when the box is set.
+  size_t queries;   ///< Of sizes on the server, before anything is sent.
 };
 
 class Answers : public Trees, public testing::WithParamInterface<Answer> {};
 
 TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
-  const auto& [button, check, replaced] = GetParam();
+  const auto& [button, check, replaced, queries] = GetParam();
   const std::vector<const char*> names = {"a.txt", "b.txt", "c.txt"};
   // The answer holds for one batch: the second download asks again.
   for (const bool down : {true, false, true}) {
@@ -227,7 +262,11 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
                                    "\" が既にローカルフォルダ内に存在します。上書きしますか？";
       alerts.Expect(down ? question : "上書きしますか？", button, check);
     }
+    NewCommands();
     down ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+    if (!down) {
+      EXPECT_EQ(NewCommands({"MLST "}).size(), queries);
+    }
     size_t count = 0;
     for (const char* name : names) count += ContentOf((down ? Local("d/") : Remote("d/")) + name) == "new";
     EXPECT_EQ(count, replaced) << (down ? "down" : "up");
@@ -235,20 +274,107 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Trees, Answers,
-                         testing::Values(Answer{"上書きする", 0, 3}, Answer{"上書きする", 1, 3},
-                                         Answer{"スキップ", 0, 0}, Answer{"スキップ", 1, 0}));
+                         testing::Values(Answer{"上書きする", 0, 3, 3}, Answer{"上書きする", 1, 3, 1},
+                                         Answer{"スキップ", 0, 0, 3}, Answer{"スキップ", 1, 0, 3}));
 
-TEST_F(Trees, ALostConnectionCostsAReconnectAndNoFile) {
+struct Naming {
+  const char* name;
+  const char* noSpaces;
+  const char* lowerCase;
+  std::string inFolder, beside;  ///< As the two files are called on the server.
+};
+void PrintTo(const Naming& row, std::ostream* out) { *out << row.name; }
+
+class Namings : public Trees, public testing::WithParamInterface<Naming> {};
+
+TEST_P(Namings, OfFilesAndNotOfFolders) {
+  const auto& [name, noSpaces, lowerCase, inFolder, beside] = GetParam();
+  Put("Settings/FtpNoSpaces", noSpaces);
+  Put("Settings/FtpLowerCase", lowerCase);
+  MakeLocal("My Folder/A File.TXT", "new");
+  MakeLocal("B File.TXT", "new");
+  for (const std::string& old : {"My Folder/" + inFolder, beside}) MakeRemote(old, "old");
+  StartConnected({"Comes Down.TXT"});
+  alerts.Expect("このファイルのコピー \"" + inFolder + "\" 既に", "上書きする");
+  alerts.Expect("このファイルのコピー \"" + beside + "\" 既に", "スキップ");
+  TransferTest::Upload({"My Folder", "B File.TXT"});
+  TransferTest::Download({"Comes Down.TXT"});
+  const std::map<std::string, std::string> arrived = {
+      {"My Folder/", ""}, {"My Folder/" + inFolder, "new"}, {beside, "old"}, {"Comes Down.TXT", "x"}};
+  EXPECT_EQ(TreeOf(Remote()), arrived);
+  EXPECT_TRUE(Exists(Local("Comes Down.TXT")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Trees, Namings,
+                         testing::Values(Naming{"AsTheyAre", "0", "0", "A File.TXT", "B File.TXT"},
+                                         Naming{"NoSpaces", "1", "0", "A_File.TXT", "B_File.TXT"},
+                                         Naming{"LowerCase", "0", "1", "a file.txt", "b file.txt"},
+                                         Naming{"Both", "1", "1", "a_file.txt", "b_file.txt"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+/// A link goes up as what it leads to; one that leads nowhere is a file that cannot be read.
+TEST_F(Trees, LinksOnTheirWayUp) {
+  MakeLocal("folder/x.txt", "x");
+  MakeLocal("file.txt", "f");
+  std::filesystem::create_symlink("file.txt", Local("to file"));
+  std::filesystem::create_directory_symlink("folder", Local("to folder"));
+  std::filesystem::create_symlink("nowhere", Local("to nowhere"));
+  StartConnected();
+  TransferTest::Upload({"to file", "to folder"});
+  const std::map<std::string, std::string> arrived = {{"to file", "f"}, {"to folder/", ""}, {"to folder/x.txt", "x"}};
+  EXPECT_EQ(TreeOf(Remote()), arrived);
+  TransferTest::Upload({"file.txt", "to nowhere"});
+  EXPECT_EQ(TreeOf(Remote()), arrived);
+  EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
+  ExpectUsable();
+}
+
+struct Cycle {
+  const char* name;
+  bool isDown;
+  size_t length;  ///< Of the link's name.
+  long depth;     ///< How often it is followed; -1 for as often as the local path has room for it.
+  const char* told;
+};
+void PrintTo(const Cycle& row, std::ostream* out) { *out << row.name; }
+
+class Cycles : public Trees, public testing::WithParamInterface<Cycle> {};
+
+/// A folder in itself. No path is cut on the way, neither that of a folder nor that of a file.
+TEST_P(Cycles, EndWhereAPathDoes) {
+  const auto& [name, isDown, length, depth, told] = GetParam();
+  const std::string link(length, 'l'), tooLong(240, 'n');
+  const std::string from = isDown ? Remote("d/") : Local("d/"), to = isDown ? Local("d") : Remote("d");
+  for (const std::string& file : {std::string("a.txt"), tooLong}) WriteFile(from + file, "a");
+  std::filesystem::create_directory_symlink(".", from + link);
+  StartConnected();
+  isDown ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+  long deepest = 0;
+  for (const auto& [path, content] : TreeOf(to)) {
+    EXPECT_THAT(path, testing::MatchesRegex("(l+/)*(a.txt)?"));
+    deepest = std::max<long>(deepest, std::count(path.begin(), path.end(), '/'));
+  }
+  EXPECT_EQ(deepest, depth >= 0 ? depth : (kTextSize - 1 - Local("d").size()) / (length + 1));
+  EXPECT_THAT(Messages(), Contains(HasSubstr(told)));
+  ExpectUsable();
+}
+
+constexpr const char* kTooLong = "パスが長すぎるためスキップします：l";
+/// So many links the system follows in one path.
+constexpr long kLinks = 40;
+INSTANTIATE_TEST_SUITE_P(Trees, Cycles,
+                         testing::Values(Cycle{"DownTooLong", true, 60, -1, kTooLong},
+                                         Cycle{"UpTooLong", false, 60, -1, kTooLong},
+                                         Cycle{"DownTooDeep", true, 1, kLinks, "ディレクトリを変更できません： l"},
+                                         Cycle{"UpTooDeep", false, 1, kLinks, "ファイル一覧をアップロードできません"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Trees, AConnectionLostInAFileCostsNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("d/a.txt", "a");
-  MakeLocal("u/lose.txt", "u");
-  MakeLocal("u/b.txt", "b");
   StartConnected();
   TransferTest::Download({"d"});
   EXPECT_EQ(TreeOf(Local("d")), TreeOf(Remote("d")));
-  TransferTest::Upload({"u"});
-  EXPECT_EQ(TreeOf(Remote("u")), TreeOf(Local("u")));
-  EXPECT_THAT(Messages(), Contains("アップロード完了"));
   ExpectUsable();
 }
 

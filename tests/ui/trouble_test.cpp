@@ -171,6 +171,34 @@ TEST_F(Trouble, ARemoteFolderThatCannotBeEnteredAndAFileThatCannotBeRead) {
   ExpectWorks();
 }
 
+TEST_F(Trouble, ALaterFileThatNobodyMayReadCostsTwoReconnects) {
+  MakeRemote("a/hidden.txt", "new");
+  MakeRemote("z.txt", "z");
+  MakeLocal("a/hidden.txt", "old");
+  chmod(Remote("a/hidden.txt").c_str(), 0300);
+  StartConnected();
+  alerts.Expect("hidden.txt", "上書きする");
+  NewCommands();
+  TransferTest::Download({"a", "z.txt"});
+  EXPECT_THAT(NewCommands({"USER ", "RETR "}), testing::ElementsAre("RETR /z.txt", "USER anna", "USER anna"));
+  ExpectTold("このユーザーには「hidden.txt」を表示またはダウンロードする権限がありません。");
+  ExpectTold((std::string(kFileFailed) + "/a/hidden.txt").c_str());
+  EXPECT_FALSE(Exists(Local("a/hidden.txt"))) << "the older one goes although nothing came";
+  ExpectWorks();
+}
+
+TEST_F(Trouble, AFolderWhoseListingIsLostThreeTimesStaysEmpty) {
+  for (const char* name : {"d/a.txt", "d/lose/x.txt", "d/z.txt"}) MakeRemote(name, name);
+  StartConnected();
+  NewCommands();
+  TransferTest::Download({"d"});
+  EXPECT_EQ(NewCommands({"USER "}).size(), 3u);
+  EXPECT_TRUE(std::filesystem::is_empty(Local("d/lose")));
+  EXPECT_EQ(ContentOf(Local("d/a.txt")), "d/a.txt");
+  EXPECT_EQ(ContentOf(Local("d/z.txt")), "d/z.txt");
+  ExpectWorks();
+}
+
 TEST_F(Trouble, ALocalFolderThatCannotBeWrittenTo) {
   for (const char* name : {"d/a.txt", "z.txt"}) MakeRemote(name, name);
   std::filesystem::create_directory(Local("d"));
@@ -204,11 +232,13 @@ TEST_F(Trouble, AFileWithoutRoomIsNotBegun) {
   for (const char* name : {"a.txt", "c.txt"}) MakeRemote(name, name);
   MakeLarge(Remote("b.bin"));
   LiveOnASmallDisk();
+  MakeLocal("b.bin", "old");
   StartConnected();
+  alerts.Expect("b.bin", "上書きする");
   TransferTest::Download({"a.txt", "b.bin", "c.txt"});
   EXPECT_EQ(ContentOf(Local("a.txt")), "a.txt");
   EXPECT_EQ(ContentOf(Local("c.txt")), "c.txt");
-  EXPECT_FALSE(Exists(Local("b.bin")));
+  EXPECT_FALSE(Exists(Local("b.bin"))) << "the older one goes too";
   ExpectTold("空き容量不足のためダウンロードできません：/b.bin");
   ExpectWorks();
 }
@@ -217,8 +247,11 @@ TEST_F(Trouble, AFileThatFailedIsNotForgottenOverOneWithoutRoom) {
   MakeRemote("refuse.txt", "r");
   MakeLarge(Remote("a.bin"));  // Fetched last.
   LiveOnASmallDisk();
+  MakeLocal("refuse.txt", "old");
   StartConnected();
+  alerts.Expect("refuse.txt", "上書きする");
   TransferTest::Download({"a.bin", "refuse.txt"});
+  EXPECT_FALSE(Exists(Local("refuse.txt"))) << "the older one goes too";
   ExpectTold(kDownloadFailed);
 }
 

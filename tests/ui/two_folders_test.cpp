@@ -100,18 +100,10 @@ void PrintTo(const Zone& zone, std::ostream* out) { *out << zone.name; }
 
 class Zones : public TwoFolders, public testing::WithParamInterface<Zone> {
  protected:
-  std::vector<std::string> Moved() {
-    std::vector<std::string> commands = history.Commands();
-    commands.erase(commands.begin(), commands.begin() + seen);
-    seen += static_cast<std::ptrdiff_t>(commands.size());
-    std::erase_if(commands,
-                  [](const std::string& one) { return one.rfind("RETR ", 0) != 0 && one.rfind("STOR ", 0) != 0; });
-    return commands;
-  }
+  Texts Moved() { return NewCommands({"RETR ", "STOR "}); }
 
  private:
   const TimeZone zone{GetParam().zone};
-  std::ptrdiff_t seen = 0;
 };
 
 TEST_P(Zones, ASecondRunMovesNothingWhereTheDatesAreToldAsTheyAre) {

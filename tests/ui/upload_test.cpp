@@ -36,15 +36,57 @@ TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   EXPECT_EQ(ContentOf(Remote("empty.txt")), "new");
 }
 
-TEST_F(Upload, AFileThatTheServerRefusesIsNamed) {
-  MakeLocal("refuse.txt", "a");
+/// A size that is not told is as good as none.
+TEST_F(Upload, AFileWhoseSizeQueryIsLostIsOverwrittenWithoutAQuestion) {
+  MakeLocal("a.txt", "new");
+  MakeRemote("a.txt", "old");
   StartConnected();
-  TransferTest::Upload({"refuse.txt"});
-  EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
-  EXPECT_THAT(Messages(), Contains("Not this one.")) << "the server's words";
-  EXPECT_FALSE(Exists(Remote("refuse.txt")));
-  EXPECT_TRUE(Main().remotePane.bConnected) << "the program connects again";
+  NewCommands();
+  WriteFile(root + "/server.cut", "4");
+  TransferTest::Upload({"a.txt"});
+  EXPECT_EQ(NewCommands().at(3), "MLST a.txt") << "another command was cut";
+  EXPECT_EQ(ContentOf(Remote("a.txt")), "new");
   ExpectUsable();
 }
+
+struct Failure {
+  const char* name;
+  const char* file;
+  Texts attempt;     ///< Commands of one of the three.
+  int logons;        ///< Two between the attempts, one at the end, and one by whoever finds a session lost.
+  const char* told;  ///< The server's words; null where it has none.
+};
+void PrintTo(const Failure& row, std::ostream* out) { *out << row.name; }
+
+class Fails : public Upload, public testing::WithParamInterface<Failure> {};
+
+TEST_P(Fails, ThreeTimesAndEndsTheRun) {
+  const Failure& failure = GetParam();
+  StartConnected({}, {"a.txt", failure.file, "z.txt"});
+  NewCommands();
+  TransferTest::Upload({"a.txt", failure.file, "z.txt"});
+  Texts commands = {"STOR z.txt"};
+  for (int i = 0; i < failure.logons; ++i) {
+    if (i < 3) commands.insert(commands.end(), failure.attempt.begin(), failure.attempt.end());
+    commands.insert(commands.end(), {"QUIT", "USER anna"});
+  }
+  EXPECT_THAT(NewCommands({"STOR ", "QUIT", "USER "}), testing::ElementsAreArray(commands));
+  EXPECT_TRUE(Exists(Remote("z.txt")));
+  EXPECT_FALSE(Exists(Remote(failure.file)));
+  EXPECT_FALSE(Exists(Remote("a.txt"))) << "the rest of the list is not sent";
+  EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
+  if (failure.told) {
+    EXPECT_THAT(Messages(), Contains(failure.told));
+  }
+  EXPECT_TRUE(Main().remotePane.bConnected);
+  ExpectUsable();
+}
+
+// To a name that is refused the file is sent once more in the same attempt.
+INSTANTIATE_TEST_SUITE_P(
+    Upload, Fails,
+    testing::Values(Failure{"Refused", "refuse.txt", {"STOR refuse.txt", "STOR refuse.txt"}, 3, "Not this one."},
+                    Failure{"SessionLost", "lose.txt", {"STOR lose.txt"}, 4, nullptr}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
