@@ -146,7 +146,6 @@ TEST_P(EachCommand, CostsAReconnectAndNoFile) {
     if (!Main().remotePane.bConnected) Main().CmConnect(false);
     ASSERT_FALSE(HasFailure());
   }
-  ExpectUsable();
 }
 
 INSTANTIATE_TEST_SUITE_P(Cuts, EachCommand,

@@ -106,29 +106,20 @@ TEST_F(Desktop, TheMachineStaysAwakeForAJobAndNoLonger) {
 /// Cancelled in its sleep, the job still has to hear of the waking.
 TEST_F(Desktop, ATransferThatIsCancelledInTheSleepEndsWithIt) {
   MakeRemote("stall.bin", RandomBytes(2 * 1024 * 1024));
-  MakeLocal("up.bin", "");
-  std::filesystem::resize_file(Local("up.bin"), 20ull << 30);  // Sparse.
+  MakeEndless(Local("up.bin"));
   StartConnected();
   for (const bool isDown : {true, false}) {
-    const char* title = isDown ? kDownloading : kUploading;
     const std::string arriving = isDown ? Local("stall.bin") : Remote("up.bin");
-    const Meanwhile sleep(
-        [&] {
-          std::error_code none;
-          const auto there = std::filesystem::file_size(arriving, none);
-          return !none && there > 100000;
-        },
-        [&] { Order("sleep"); });
+    const Meanwhile sleep([&] { return SizeOf(arriving) > 100000; }, [&] { Order("sleep"); });
     const Meanwhile wake([&] { return sleep.Acted() && !Main().remotePane.Ftp.IsValid(); },
                          [&] {
-                           EXPECT_TRUE(ui::Press(Dialog(title), kCommandCancel));
+                           EXPECT_TRUE(ui::Press(Dialog(TitleOf(isDown)), kCommandCancel));
                            QTimer::singleShot(100, &service, [this] { Order("wake"); });
                          });
-    isDown ? Download({"stall.bin"}) : Upload({"up.bin"});
+    Transfer(isDown, {isDown ? "stall.bin" : "up.bin"});
     EXPECT_TRUE(wake.Acted());
     EXPECT_FALSE(LFtpList::bPowerSuspendStandBy);
-    EXPECT_THAT(Messages(), testing::Contains(isDown ? "ユーザーがダウンロードを中止しました"
-                                                     : "ユーザーがアップロードを中止しました"));
+    ExpectCancelled(isDown);
     ExpectUsable();
   }
 }

@@ -25,7 +25,6 @@ TEST_F(Download, BringsTheSelectedFilesAndLeavesTheOthers) {
                                                  std::string("順番待ち中のファイル： 空.txt"),
                                                  std::string("ファイルのダウンロード完了。")}));
   EXPECT_EQ(platform::WindowTopModal(), nullptr);
-  ExpectUsable();
 }
 
 TEST_F(Download, TheDialogTellsWhatHappensAndHoldsTheWindow) {
@@ -75,7 +74,6 @@ TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {
   EXPECT_THAT(Messages(), Contains("以下のリモートファイルのダウンロードを失敗中：/cut.bin"));
   EXPECT_EQ(ContentOf(Local("b.txt")), "b") << "one file that fails does not end the run";
   EXPECT_EQ(StoreWithoutCounts(), before);
-  ExpectUsable();
 }
 
 }  // namespace

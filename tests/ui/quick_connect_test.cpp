@@ -149,7 +149,6 @@ TEST_F(QuickConnect, AnOpenConnectionIsLeftOnlyWhenTheUserAgrees) {
   });
   EXPECT_EQ(Setting("Current"), "クイック接続");
   EXPECT_TRUE(Main().remotePane.bConnected);
-  ExpectUsable();
 }
 
 TEST_F(QuickConnect, AnonymousStartsInTheFolderOfThePathBox) {

@@ -12,7 +12,7 @@ using testing::Contains;
 using testing::ElementsAreArray;
 
 constexpr int kSmallFiles = 30;
-constexpr long kLogonsAfterSleep = 11;
+constexpr size_t kLogonsAfterSleep = 11;
 constexpr const char* kCleanUpDownload = "ダウンロードされたローカルファイルまたはフォルダを削除しますか？";
 constexpr const char* kCleanUpUpload = "アップロード済みのファイルおよびフォルダを削除しますか？";
 
@@ -34,11 +34,7 @@ class Stops : public TransferTest {
     }
     WriteFile(from + "c/stall.bin", "whole");
     if (stage != Stage::kTransferring) return;
-    if (isDown) {
-      WriteFile(from + "c/stall.bin", RandomBytes(2 * 1024 * 1024));
-    } else {
-      std::filesystem::resize_file(from + "c/stall.bin", 20ull << 30);  // Sparse.
-    }
+    isDown ? MakeRemote("c/stall.bin", RandomBytes(2 * 1024 * 1024)) : MakeEndless(from + "c/stall.bin");
   }
   /// Collecting has come into the folder of the small files; the last file is under way; all is there.
   std::function<bool(platform::Window*)> Begins(bool isDown, Stage stage) {
@@ -49,15 +45,13 @@ class Stops : public TransferTest {
         return Exists(to + "d/s") && history.LastCommand().rfind("MKD ", 0) != 0 &&
                ui::Text(dialog, kActionLine).find("追加中") != std::string::npos;
       }
-      std::error_code none;
-      const auto size = std::filesystem::file_size(to + "c/stall.bin", none);
-      return !none && (stage == Stage::kTransferring ? size > 100000 : size == strlen("whole"));
+      const uintmax_t size = SizeOf(to + "c/stall.bin");
+      return stage == Stage::kTransferring ? size > 100000 : size == strlen("whole");
     };
   }
   void ExpectOverwriting(bool isDown) {
     if (isDown) alerts.Expect("old.txt\" が既にローカルフォルダ内に存在します。", "上書きする");
   }
-  void Transfer(bool isDown) { isDown ? Download({"c", "d"}) : Upload({"c", "d"}); }
   /// What is there now, with the content of short files; of the small ones their number.
   static Texts Found(const std::string& folder) {
     Texts found;
@@ -76,10 +70,9 @@ class Stops : public TransferTest {
     std::sort(found.begin(), found.end());
     return found;
   }
-  long Count(const char* part) const {
-    const Texts lines = history.Lines();
-    return std::count_if(lines.begin(), lines.end(),
-                         [&](const std::string& line) { return line.find(part) != std::string::npos; });
+  void ExpectFailed(bool isDown) {
+    EXPECT_THAT(Messages(),
+                Contains(isDown ? "ファイル一覧をダウンロードできません" : "ファイル一覧をアップロードできません"));
   }
 };
 
@@ -106,16 +99,18 @@ TEST_P(Cancel, LeavesWhatTheUserWants) {
                                                             : isDown    ? "削除しない"
                                                                         : "キャンセル");
   const qint64 took = CancelDuring(
-      isDown ? kDownloading : kUploading, [&] { Transfer(GetParam().isDown); }, Begins(isDown, stage));
+      TitleOf(isDown),
+      [&] {
+        Transfer(GetParam().isDown, {"c", "d"});
+      },
+      Begins(isDown, stage));
   if (stage == Stage::kTransferring && !isTakenBack) {
     EXPECT_LT(took, kCancelLimitMs) << "it stalls";
   }
   EXPECT_THAT(Found(isDown ? Local() : Remote()), ElementsAreArray(left));
-  EXPECT_THAT(Messages(),
-              Contains(isDown ? "ユーザーがダウンロードを中止しました" : "ユーザーがアップロードを中止しました"));
-  EXPECT_EQ(Count(("ローカルファイルを削除中：" + Local("d/old.txt")).c_str()), isDown && isTakenBack ? 1 : 0);
-  EXPECT_EQ(Count("ファイルが削除されました "), !isDown && isTakenBack ? 1 : 0);
-  ExpectUsable();
+  ExpectCancelled(isDown);
+  EXPECT_EQ(history.Count("ローカルファイルを削除中：" + Local("d/old.txt")), isDown && isTakenBack ? 1u : 0u);
+  EXPECT_EQ(history.Count("ファイルが削除されました "), !isDown && isTakenBack ? 1u : 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -145,25 +140,16 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(Stops, ACancelEndsAFlowingTransferAtOnce) {
-  MakeRemote("down.bin", "x");
-  MakeLocal("up.bin", "x");
-  for (const std::string& file : {Remote("down.bin"), Local("up.bin")}) {
-    std::filesystem::resize_file(file, 20ull << 30);  // Sparse.
-  }
+  for (const std::string& file : {Remote("down.bin"), Local("up.bin")}) MakeEndless(file);
   StartConnected();
   for (const bool isDown : {true, false}) {
     if (isDown) alerts.Expect(kCleanUpDownload, "削除しない");
     const std::string arriving = isDown ? Local("down.bin") : Remote("up.bin");
     const qint64 took = CancelDuring(
-        isDown ? kDownloading : kUploading, [&] { isDown ? Download({"down.bin"}) : Upload({"up.bin"}); },
-        [&](platform::Window*) {
-          std::error_code none;
-          const auto there = std::filesystem::file_size(arriving, none);
-          return !none && there > 4 * 1024 * 1024;
-        });
+        TitleOf(isDown), [&] { Transfer(isDown, {isDown ? "down.bin" : "up.bin"}); },
+        [&](platform::Window*) { return SizeOf(arriving) > 4 * 1024 * 1024; });
     EXPECT_LT(took, kCancelLimitMs) << arriving;
-    EXPECT_THAT(Messages(),
-                Contains(isDown ? "ユーザーがダウンロードを中止しました" : "ユーザーがアップロードを中止しました"));
+    ExpectCancelled(isDown);
     ExpectUsable();
   }
 }
@@ -179,7 +165,6 @@ TEST_F(Stops, ACancelBeforeTheFirstFileOfAnUploadIsNotAskedAbout) {
       });
   EXPECT_TRUE(Exists(Remote("e")));
   EXPECT_THAT(Messages(), Contains("アップロード完了"));
-  ExpectUsable();
 }
 
 // What the user has taken back
@@ -189,8 +174,8 @@ class TakenBack : public Stops {
   static constexpr const char* kDeleting = "ファイルとフォルダを削除中";
   /// Two folders are sent into two of these names, which the server says are there; Cancel comes in the first file.
   void SendIntoFoldersThatAreThere() {
-    for (const char* name : {"known1", "known2"}) WriteFile(Local(name) + "/stall.bin", "");
-    std::filesystem::resize_file(Local("known2/stall.bin"), 20ull << 30);  // Sparse.
+    MakeLocal("known1/stall.bin", "");
+    MakeEndless(Local("known2/stall.bin"));
     PressTool(kLocalTools, kCommandLocalRefresh);
     alerts.Expect(kCleanUpUpload, "削除");
     CancelDuring(
@@ -198,11 +183,7 @@ class TakenBack : public Stops {
         [&] {
           Upload({"known1", "known2"});
         },
-        [&](platform::Window*) {
-          std::error_code none;
-          const auto size = std::filesystem::file_size(Remote("known2/stall.bin"), none);
-          return !none && size > 100000;
-        });
+        [&](platform::Window*) { return SizeOf(Remote("known2/stall.bin")) > 100000; });
   }
 };
 
@@ -214,7 +195,6 @@ TEST_F(TakenBack, AFolderThatWasThereGoesWithAllThatIsInItAndOneThatStaysIsNamed
                                                  "/known1既に削除されているか、転送が未完了なためと思われます。",
                                                  "ファイルが削除されました "}));
   EXPECT_FALSE(Exists(Remote("known2")));
-  ExpectUsable();
 }
 
 TEST_F(TakenBack, ACancelEndsTheCleanUpToo) {
@@ -226,8 +206,7 @@ TEST_F(TakenBack, ACancelEndsTheCleanUpToo) {
   EXPECT_TRUE(cancel.Acted());
   EXPECT_TRUE(Exists(Remote("known1/mine.txt")));
   EXPECT_TRUE(Exists(Remote("known2")));
-  EXPECT_EQ(Count("ファイルが削除されました "), 0);
-  ExpectUsable();
+  EXPECT_EQ(history.Count("ファイルが削除されました "), 0u);
 }
 
 TEST_F(TakenBack, WhatCannotBeRemovedLocallyIsNamedAndTheRestGoes) {
@@ -251,7 +230,6 @@ TEST_F(TakenBack, WhatCannotBeRemovedLocallyIsNamedAndTheRestGoes) {
   EXPECT_THAT(Messages(), testing::IsSupersetOf({"ローカルファイルを削除できません：" + Local("c/stall.bin"),
                                                  "ローカルフォルダを削除できません：" + Local("c")}));
   std::filesystem::permissions(Local("c"), write, std::filesystem::perm_options::add);
-  ExpectUsable();
 }
 
 // Sleep
@@ -268,7 +246,7 @@ class Sleep : public Stops, public testing::WithParamInterface<bool> {
       Stage stage, std::function<void()> then = [] {}) {
     return std::make_unique<Meanwhile>(
         [begins = Begins(IsDown(), stage)] {
-          platform::Window* dialog = Dialog(IsDown() ? kDownloading : kUploading);
+          platform::Window* dialog = Dialog(TitleOf(IsDown()));
           return dialog && begins(dialog);
         },
         [this, then] {
@@ -303,21 +281,19 @@ TEST_P(Sleep, WhileCollectingEndsTheRun) {
   Main().Command(kCommandResume, 0);
   EXPECT_FALSE(Exists(To() + "c/stall.bin"));
   EXPECT_FALSE(Exists(To() + "d/s/1"));
-  ExpectUsable();
 }
 
 TEST_P(Sleep, WhileTransferringCostsALogonAndNoFile) {
   MakeFiles(IsDown(), Stage::kTransferring);
   StartConnected();
   const auto sleep = SleepIn(Stage::kTransferring);
-  long logons = 0;
-  const auto wake = Wake([&] { logons = Count("コマンド: USER "); });
+  size_t logons = 0;
+  const auto wake = Wake([&] { logons = history.Count("コマンド: USER "); });
   ExpectOverwriting(IsDown());
-  Transfer(IsDown());
+  Transfer(IsDown(), {"c", "d"});
   EXPECT_TRUE(wake->Acted());
   EXPECT_EQ(ContentOf(To() + "c/stall.bin"), "short");
-  EXPECT_EQ(Count("コマンド: USER "), logons + 1);
-  ExpectUsable();
+  EXPECT_EQ(history.Count("コマンド: USER "), logons + 1);
 }
 
 /// A lid that is opened again at once: nothing tells of the sleep any more when the transfer has been taken back.
@@ -331,10 +307,9 @@ TEST_P(Sleep, ThatIsOverSoonCostsALogonAndNoFile) {
     });
   });
   ExpectOverwriting(IsDown());
-  Transfer(IsDown());
+  Transfer(IsDown(), {"c", "d"});
   EXPECT_TRUE(sleep->Acted());
   EXPECT_EQ(ContentOf(To() + "c/stall.bin"), "short");
-  ExpectUsable();
 }
 
 TEST_P(Sleep, ThatTheServerDoesNotForgiveEndsTheRun) {
@@ -343,42 +318,32 @@ TEST_P(Sleep, ThatTheServerDoesNotForgiveEndsTheRun) {
   const std::string closed = root + "/server.closed";
   const auto sleep = SleepIn(Stage::kTransferring);
   const auto wake = Wake([&] { WriteFile(closed, ""); });
-  const Meanwhile open([&] { return Count("530 Not now.") == kLogonsAfterSleep; },
+  const Meanwhile open([&] { return history.Count("530 Not now.") == kLogonsAfterSleep; },
                        [&] { std::filesystem::remove(closed); });
   ExpectOverwriting(IsDown());
-  Transfer(IsDown());
+  Transfer(IsDown(), {"c", "d"});
   EXPECT_TRUE(open.Acted());
-  EXPECT_EQ(Count("530 Not now."), kLogonsAfterSleep);
-  EXPECT_THAT(Messages(),
-              Contains(IsDown() ? "ファイル一覧をダウンロードできません" : "ファイル一覧をアップロードできません"));
-  EXPECT_EQ(Count("ファイルのダウンロード完了。"), IsDown() ? kSmallFiles + 2 : 0);
-  ExpectUsable();
+  EXPECT_EQ(history.Count("530 Not now."), kLogonsAfterSleep);
+  ExpectFailed(IsDown());
+  EXPECT_EQ(history.Count("ファイルのダウンロード完了。"), IsDown() ? kSmallFiles + 2u : 0u);
 }
 
 TEST_P(Sleep, WhoseFolderIsGoneAtTheWakingEndsTheRun) {
   const std::string from = IsDown() ? Remote("base/stall.bin") : Local("stall.bin");
   const std::string to = IsDown() ? Local("stall.bin") : Remote("base/stall.bin");
-  WriteFile(from, IsDown() ? RandomBytes(2 * 1024 * 1024) : "");
-  if (!IsDown()) std::filesystem::resize_file(from, 20ull << 30);  // Sparse.
+  IsDown() ? WriteFile(from, RandomBytes(2 * 1024 * 1024)) : MakeEndless(from);
   StartConnected({"base/x"});
   Open(kRemoteList, "base");
-  const Meanwhile sleep(
-      [&] {
-        std::error_code none;
-        const auto size = std::filesystem::file_size(to, none);
-        return !none && size > 100000;
-      },
-      [&] { Main().Command(kCommandSuspend, 0); });
+  const Meanwhile sleep([&] { return SizeOf(to) > 100000; }, [&] { Main().Command(kCommandSuspend, 0); });
   const Meanwhile wake([&] { return LFtpList::bPowerSuspendStandBy && !Main().remotePane.Ftp.IsValid(); },
                        [&] {
                          std::filesystem::rename(Remote("base"), Remote("elsewhere"));
                          Main().Command(kCommandResume, 0);
                        });
-  IsDown() ? Download({"stall.bin"}) : Upload({"stall.bin"});
+  Transfer(IsDown(), {"stall.bin"});
   EXPECT_TRUE(wake.Acted());
-  EXPECT_EQ(Count(IsDown() ? "コマンド: RETR " : "コマンド: STOR "), 1);
-  EXPECT_THAT(Messages(),
-              Contains(IsDown() ? "ファイル一覧をダウンロードできません" : "ファイル一覧をアップロードできません"));
+  EXPECT_EQ(history.Count(IsDown() ? "コマンド: RETR " : "コマンド: STOR "), 1u);
+  ExpectFailed(IsDown());
   std::filesystem::rename(Remote("elsewhere"), Remote("base"));
 }
 

@@ -30,6 +30,11 @@ qint64 TransferTest::CancelDuring(const char* dialogTitle, const std::function<v
   return took >= 0 || !sinceCancel.isValid() ? took : sinceCancel.elapsed();
 }
 
+void TransferTest::ExpectCancelled(bool isDown) const {
+  EXPECT_EQ(history.Count(isDown ? "ユーザーがダウンロードを中止しました" : "ユーザーがアップロードを中止しました"),
+            1u);
+}
+
 Texts TransferTest::NewCommands(std::initializer_list<const char*> verbs) {
   Texts commands = history.Commands();
   commands.erase(commands.begin(), commands.begin() + static_cast<std::ptrdiff_t>(seenCommands));
@@ -39,6 +44,17 @@ Texts TransferTest::NewCommands(std::initializer_list<const char*> verbs) {
   };
   if (verbs.size() != 0) std::erase_if(commands, [&](const std::string& command) { return !isWanted(command); });
   return commands;
+}
+
+uintmax_t TransferTest::SizeOf(const std::string& path) {
+  std::error_code none;
+  const uintmax_t size = std::filesystem::file_size(path, none);
+  return none ? 0 : size;
+}
+
+void TransferTest::MakeSparse(const std::string& path, uintmax_t size) {
+  WriteFile(path, "");
+  std::filesystem::resize_file(path, size);
 }
 
 Texts TransferTest::StoreWithoutCounts() {

@@ -52,7 +52,6 @@ TEST_F(Trees, AFolderComesDownWhole) {
   EXPECT_EQ(TreeOf(Local("樹")), TreeOf(Remote("樹")));
   EXPECT_FALSE(Exists(Local("beside.txt")));
   EXPECT_THAT(Names(kLocalList), ElementsAre("樹"));
-  ExpectUsable();
 }
 
 TEST_F(Trees, AFolderGoesUpWhole) {
@@ -63,7 +62,6 @@ TEST_F(Trees, AFolderGoesUpWhole) {
   EXPECT_FALSE(Exists(Remote("beside.txt")));
   EXPECT_THAT(Messages(), Contains("アップロード完了"));
   EXPECT_THAT(Names(kRemoteList), ElementsAre("樹"));
-  ExpectUsable();
 }
 
 /// All that a job shows, in order: each text behind its level, and after it what the bar does until the next one.
@@ -184,7 +182,6 @@ TEST_P(Entries, ThatAreNoPlainFiles) {
   arrives["d/"];
   EXPECT_EQ(TreeOf(Local()), arrives);
   EXPECT_THAT(Messages(), Contains(HasSubstr(entry.told)));
-  ExpectUsable();
 }
 
 const std::map<std::string, std::string> kBefore = {{"d/a.txt", "a"}};
@@ -326,7 +323,6 @@ TEST_F(Trees, LinksOnTheirWayUp) {
   TransferTest::Upload({"file.txt", "to nowhere"});
   EXPECT_EQ(TreeOf(Remote()), arrived);
   EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
-  ExpectUsable();
 }
 
 struct Cycle {
@@ -356,7 +352,6 @@ TEST_P(Cycles, EndWhereAPathDoes) {
   }
   EXPECT_EQ(deepest, depth >= 0 ? depth : (kTextSize - 1 - Local("d").size()) / (length + 1));
   EXPECT_THAT(Messages(), Contains(HasSubstr(told)));
-  ExpectUsable();
 }
 
 constexpr const char* kTooLong = "パスが長すぎるためスキップします：l";
@@ -375,7 +370,6 @@ TEST_F(Trees, AConnectionLostInAFileCostsNoFile) {
   StartConnected();
   TransferTest::Download({"d"});
   EXPECT_EQ(TreeOf(Local("d")), TreeOf(Remote("d")));
-  ExpectUsable();
 }
 
 }  // namespace

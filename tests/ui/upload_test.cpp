@@ -20,7 +20,6 @@ TEST_F(Upload, SendsTheSelectedFiles) {
   EXPECT_THAT(Names(kRemoteList), testing::UnorderedElementsAre("大きい.bin", "空.txt"));
   EXPECT_THAT(Messages(), Contains("アップロード完了"));
   EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "the watch goes on after a transfer";
-  ExpectUsable();
 }
 
 TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
@@ -46,7 +45,6 @@ TEST_F(Upload, AFileWhoseSizeQueryIsLostIsOverwrittenWithoutAQuestion) {
   TransferTest::Upload({"a.txt"});
   EXPECT_EQ(NewCommands().at(3), "MLST a.txt") << "another command was cut";
   EXPECT_EQ(ContentOf(Remote("a.txt")), "new");
-  ExpectUsable();
 }
 
 struct Failure {
@@ -79,7 +77,6 @@ TEST_P(Fails, ThreeTimesAndEndsTheRun) {
     EXPECT_THAT(Messages(), Contains(failure.told));
   }
   EXPECT_TRUE(Main().remotePane.bConnected);
-  ExpectUsable();
 }
 
 // To a name that is refused the file is sent once more in the same attempt.

@@ -52,21 +52,32 @@ WindowTest::~WindowTest() {
   for (const std::string& line : history.Lines()) std::printf("  %s\n", line.c_str());
 }
 
+void WindowTest::TearDown() {
+  if (delegate && delegate->Dialog() && Main().remotePane.bConnected) ExpectUsable();
+}
+
 // The profile
 
-void WindowTest::KeepSite(const std::string& address, const char* password, bool tls) {
-  LFTPAccountSettings site(kSite, PaneServer::User());
+void WindowTest::KeepSite(const std::string& address, const char* password, bool tls, const char* user,
+                          const char* directory) {
+  LFTPAccountSettings site(kSite, user);
   TextCopy(site.szLabel, site.szKey);
   TextCopy(site.szServer, address.c_str());
   TextCopy(site.szPassword, password);
-  TextCopy(site.szDirectory, "/");
+  TextCopy(site.szDirectory, directory);
   TextCopy(site.szLocalDirectory, Local().c_str());
   site.bRemember = true;
   site.bUseSSL = tls;
   site.Save();
   Put("Settings/Current", kSite);
   Put("Settings/CurrentServer", address);
-  Put("Settings/CurrentUser", PaneServer::User());
+  Put("Settings/CurrentUser", user);
+}
+
+void WindowTest::Serve(const char* password, const std::string& certificate) {
+  server = std::make_unique<PaneServer>(Remote(), certificate);
+  ASSERT_TRUE(server->IsRunning());
+  KeepSite(server->Address(), password, !certificate.empty());
 }
 
 void WindowTest::MakeRemote(const std::string& name, const std::string& content) { WriteFile(Remote(name), content); }
@@ -93,16 +104,18 @@ void WindowTest::StartProgram() {
   const Meanwhile decline([] { return Dialog("新規サイトを追加する") != nullptr; },
                           [] { ui::Press(Dialog("新規サイトを追加する"), kCommandCancel); });
   OpenProgram();
-  // The last thing that the start does.
-  EXPECT_TRUE(ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }));
+  EXPECT_TRUE(WaitForTheStart());
+}
+
+bool WindowTest::WaitForTheStart(int ms) {
+  // The last thing that it does.
+  return ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }, ms);
 }
 
 void WindowTest::StartConnected(FileNames remote, FileNames local) {
   for (const char* name : remote) MakeRemote(name, "x");
   for (const char* name : local) MakeLocal(name, "x");
-  server = std::make_unique<PaneServer>(Remote());
-  ASSERT_TRUE(server->IsRunning());
-  KeepSite(server->Address());
+  Serve();
   StartProgram();
   ASSERT_TRUE(Main().remotePane.bConnected);
 }
@@ -119,6 +132,16 @@ int WindowTest::CloseProgram() {
 
 // The user
 
+bool WindowTest::Choose(int list, const char* item) {
+  return ui::ChooseFromMenuBar(Window(), {list == kLocalList ? "ローカル" : "リモート", item});
+}
+
+void WindowTest::RenameTo(int list, const char* from, const char* to) {
+  Select(list, {from});
+  EXPECT_TRUE(Choose(list, "名前を変更"));
+  FinishRename(list, to);
+}
+
 void WindowTest::FinishRename(int list, const char* to) {
   EXPECT_TRUE(ui::EditRow(Window(), list, to));
   ui::Pump(20);
@@ -130,6 +153,18 @@ std::unique_ptr<Meanwhile> WindowTest::NameOfNewFolder(const char* name) {
                                        platform::ControlSetText(Dialog("新規フォルダ"), 101, name);
                                        ui::Press(Dialog("新規フォルダ"), kCommandOk);
                                      });
+}
+
+void WindowTest::NewFolder(int list, const char* name) {
+  const auto type = NameOfNewFolder(name);
+  EXPECT_TRUE(Choose(list, "新規フォルダ"));
+  EXPECT_TRUE(type->Acted());
+}
+
+std::unique_ptr<Meanwhile> WindowTest::InLogin(std::function<void(platform::Window*)> action) {
+  constexpr const char* kTitle = "ユーザーログイン";
+  return std::make_unique<Meanwhile>([] { return Dialog(kTitle) != nullptr; },
+                                     [action = std::move(action)] { action(Dialog(kTitle)); });
 }
 
 void WindowTest::ClickHeading(int list, int column) {
@@ -189,7 +224,8 @@ platform::Window* WindowTest::Dialog(const std::string& title) {
 }
 
 void WindowTest::ExpectUsable() {
-  MakeRemote("まだ動く.txt", "1");
+  if (platform::ControlIsShown(Window(), kRemoteFilterRemove)) Press(kRemoteFilterRemove);
+  MakeRemote(Main().remotePane.szCurrentDirectory + std::string("/まだ動く.txt"), "1");
   PressTool(kRemoteTools, kCommandRemoteRefresh);
   EXPECT_THAT(Names(kRemoteList), testing::Contains("まだ動く.txt"));
   EXPECT_EQ(ui::ModalWindow(), nullptr);

@@ -41,10 +41,19 @@ class WindowTest : public SettingsFixture {
 
   WindowTest();
   ~WindowTest() override;
+  /// A program that is still connected at the end of a test is usable.
+  void TearDown() override;
 
   // The profile
   /// Keeps a site and makes it the current one.
-  void KeepSite(const std::string& server, const char* password = PaneServer::Password(), bool tls = false);
+  void KeepSite(const std::string& server, const char* password = PaneServer::Password(), bool tls = false,
+                const char* user = PaneServer::User(), const char* directory = "/");
+  /// Starts the server on the remote folder and keeps its site. With a certificate the logon is under TLS.
+  void Serve(const char* password = PaneServer::Password(), const std::string& certificate = {});
+  /// A field of that site.
+  std::string SiteField(const char* field) const {
+    return Field(OpenSite(kSite, server->Address().c_str(), "0"), field);
+  }
   /// A file on the server or in the local folder.
   void MakeRemote(const std::string& name, const std::string& content);
   void MakeLocal(const std::string& name, const std::string& content);
@@ -58,6 +67,8 @@ class WindowTest : public SettingsFixture {
   void OpenProgram();
   /// Opens the window and waits until the start is over.
   void StartProgram();
+  /// Waits until it is over, which takes as long as the first connection and its questions.
+  static bool WaitForTheStart(int ms = 10000);
   using FileNames = std::initializer_list<const char*>;
   /// Starts the server, keeps its site and starts the program, which connects to it. The files have no content to speak
   /// of.
@@ -74,10 +85,17 @@ class WindowTest : public SettingsFixture {
     EXPECT_TRUE(ui::SelectRows(Window(), list, names));
   }
   void Open(int list, const char* name) { EXPECT_TRUE(ui::DoubleClickRow(Window(), list, name)) << name; }
-  /// Types into the field that is open in a row; null leaves it with Escape.
+  /// Chooses from the menu of that pane.
+  bool Choose(int list, const char* item);
+  /// Renames a row as its menu does.
+  void RenameTo(int list, const char* from, const char* to);
+  /// Types into the field that is open in a row.
   void FinishRename(int list, const char* to);
   /// Answers the question for the name of a new folder, as soon as it comes.
   static std::unique_ptr<Meanwhile> NameOfNewFolder(const char* name);
+  void NewFolder(int list, const char* name);
+  /// Acts in the question for a password, as soon as it comes.
+  static std::unique_ptr<Meanwhile> InLogin(std::function<void(platform::Window*)> action);
   void ClickHeading(int list, int column);
   void DragDivider(int down);
 
@@ -95,7 +113,7 @@ class WindowTest : public SettingsFixture {
   std::vector<std::string> Messages() { return history.Messages(); }
   /// The window's own modal window whose title is this, or null.
   static platform::Window* Dialog(const std::string& title);
-  /// A refresh brings the listing: the session and the window are alive.
+  /// A refresh brings the listing of a folder that is there: the session and the window are alive.
   void ExpectUsable();
 
   HistoryFile history;
