@@ -11,7 +11,6 @@
 namespace {
 
 using testing::Each;
-using testing::IsEmpty;
 using testing::MatchesRegex;
 
 constexpr const char* kVictim = "victim.txt";
@@ -121,7 +120,6 @@ class BadInput : public SiteTest {
     EXPECT_THAT(history.Commands(), Each(MatchesRegex("\\*+|[A-Z]{3,4}( .*)?")));
     for (const std::string& line : history.Commands())
       EXPECT_TRUE(QByteArray::fromStdString(line).isValidUtf8()) << line;
-    ExpectUsable();
   }
 };
 
@@ -189,34 +187,6 @@ TEST_F(BadInput, IntoTheFieldsOfTheMainWindow) {
     }
   }
   ExpectSoundSession();
-}
-
-TEST_F(BadInput, ALocalFolderThatVanishesWhileItIsShown) {
-  StartConnected({"a.txt"}, {"下/b.txt", "下/c/d.txt"});
-  Open(kLocalList, "下");
-  std::filesystem::remove_all(Local("下"));
-  Select(kLocalList, {"c"});
-  Open(kLocalList, "c");
-  EXPECT_THAT(Names(kLocalList), IsEmpty());
-  PressTool(kLocalTools, kCommandLocalBack);
-  EXPECT_THAT(Names(kLocalList), IsEmpty());
-  const auto named = NameOfNewFolder("neu");
-  PressTool(kLocalTools, kCommandLocalNewFolder);
-  EXPECT_FALSE(std::filesystem::exists(Local("下")));
-  Select(kRemoteList, {"a.txt"});
-  WindowTest::Press(kDownloadButton);
-  PressTool(kLocalTools, kCommandLocalUp);
-  EXPECT_EQ(PathOf(kLocalPath) + "/", Local());
-  ExpectUsable();
-}
-
-TEST_F(BadInput, ARemoteFolderThatCannotBeEntered) {
-  StartConnected({"refuse/x", "a.txt"});
-  const Texts before = Names(kRemoteList);
-  Open(kRemoteList, "refuse");
-  EXPECT_EQ(PathOf(kRemotePath), "/");
-  EXPECT_EQ(Names(kRemoteList), before);
-  ExpectUsable();
 }
 
 }  // namespace

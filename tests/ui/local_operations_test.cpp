@@ -14,17 +14,6 @@ class LocalOperations : public WindowTest {
  protected:
   std::string File(const std::string& name) { return Documents() + "/" + name; }
   void Make(const std::string& name, const std::string& content = "x") { WriteFile(File(name), content); }
-  bool Choose(const char* item) { return ui::ChooseFromMenuBar(Window(), {"ローカル", item}); }
-  void RenameTo(const char* from, const char* to) {
-    Select(kLocalList, {from});
-    EXPECT_TRUE(Choose("名前を変更"));
-    FinishRename(kLocalList, to);
-  }
-  void NewFolder(const char* name) {
-    const auto type = NameOfNewFolder(name);
-    EXPECT_TRUE(Choose("新規フォルダ"));
-    EXPECT_TRUE(type->Acted());
-  }
   void ExpectDeleteQuestion(const char* button) {
     alerts.Expect("選択したファイルまたはディレクトリを削除します。よろしいですか？", button);
   }
@@ -34,9 +23,9 @@ TEST_F(LocalOperations, RenameMovesTheFileAndNeverOntoAnother) {
   Make("a.txt", "a");
   Make("b.txt", "b");
   StartProgram();
-  RenameTo("a.txt", "c.txt");
+  RenameTo(kLocalList, "a.txt", "c.txt");
   EXPECT_THAT(Names(kLocalList), ElementsAre("b.txt", "c.txt"));
-  RenameTo("c.txt", "b.txt");
+  RenameTo(kLocalList, "c.txt", "b.txt");
   EXPECT_THAT(Names(kLocalList), ElementsAre("b.txt", "c.txt"));
   EXPECT_EQ(ReadFile(File("b.txt")), "b");
   EXPECT_EQ(ReadFile(File("c.txt")), "a");
@@ -48,11 +37,11 @@ TEST_F(LocalOperations, RenameMovesTheFileAndNeverOntoAnother) {
 TEST_F(LocalOperations, ANewFolderIsMadeUnlessTheNameIsTaken) {
   Make("a.txt");
   StartProgram();
-  NewFolder("写真");
+  NewFolder(kLocalList, "写真");
   EXPECT_TRUE(std::filesystem::is_directory(File("写真")));
   EXPECT_THAT(Names(kLocalList), ElementsAre("写真", "a.txt"));
   alerts.Expect("フォルダの作成ができませんでした、名前を変えて再度作成してください", "OK");
-  NewFolder("a.txt");
+  NewFolder(kLocalList, "a.txt");
 }
 
 TEST_F(LocalOperations, DeleteTakesFilesAndTreesAndLeavesWhatALinkLeadsTo) {
@@ -64,11 +53,11 @@ TEST_F(LocalOperations, DeleteTakesFilesAndTreesAndLeavesWhatALinkLeadsTo) {
   StartProgram();
   Select(kLocalList, {"古い", "link", "a.txt"});
   ExpectDeleteQuestion("キャンセル");
-  EXPECT_TRUE(Choose("削除"));
+  EXPECT_TRUE(Choose(kLocalList, "削除"));
   EXPECT_TRUE(std::filesystem::exists(File("a.txt")));
   Select(kLocalList, {"古い", "link", "a.txt"});
   ExpectDeleteQuestion("削除");
-  EXPECT_TRUE(Choose("削除"));
+  EXPECT_TRUE(Choose(kLocalList, "削除"));
   EXPECT_THAT(Names(kLocalList), ElementsAre("残す.txt"));
   EXPECT_EQ(Main().LVGetSelCount(kLocalList), 0);
   EXPECT_TRUE(std::filesystem::exists(Local("elsewhere.txt")));
@@ -88,18 +77,28 @@ TEST_F(LocalOperations, TheDeleteKeyGoesToThePaneInUse) {
   EXPECT_EQ(alerts.Complaints(), "");
 }
 
-TEST_F(LocalOperations, AFolderThatVanishesWhileItIsShownIsEmptyOnTheNextReload) {
-  Make("下/1.txt");
-  StartProgram();
+TEST_F(LocalOperations, AFolderThatVanishesWhileItIsShownIsEmptyAndStaysAway) {
+  StartConnected({"a.txt"}, {"下/1.txt", "下/c/d.txt"});
   Open(kLocalList, "下");
-  EXPECT_THAT(Names(kLocalList), ElementsAre("1.txt"));
-  std::filesystem::remove_all(File("下"));
-  RenameTo("1.txt", "2.txt");
+  std::filesystem::remove_all(Local("下"));
+  RenameTo(kLocalList, "1.txt", "2.txt");
   EXPECT_THAT(Names(kLocalList), IsEmpty());
-  EXPECT_EQ(Main().localPane.Folder(), File("下"));
-  EXPECT_TRUE(Choose("更新"));
+  EXPECT_EQ(Main().localPane.Folder(), Local("下"));
+  NewFolder(kLocalList, "neu");
+  Select(kRemoteList, {"a.txt"});
+  Press(kDownloadButton);
+  EXPECT_FALSE(std::filesystem::exists(Local("下")));
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"ローカル", "移動", "1つ上のレベルへ移動"}));
-  EXPECT_EQ(PathOf(kLocalPath), Documents());
+  EXPECT_EQ(PathOf(kLocalPath) + "/", Local());
+}
+
+TEST_F(LocalOperations, AFolderThatIsNotThereOpensEmpty) {
+  StartConnected({}, {"下/x"});
+  std::filesystem::remove_all(Local("下"));
+  Open(kLocalList, "下");
+  EXPECT_THAT(Names(kLocalList), IsEmpty());
+  PressTool(kLocalTools, kCommandLocalBack);
+  EXPECT_EQ(PathOf(kLocalPath), Local());
 }
 
 TEST_F(LocalOperations, AFilterHidesFilesAndKeepsFolders) {

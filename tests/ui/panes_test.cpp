@@ -35,12 +35,9 @@ TEST_F(Panes, AListMarksTheGapWhereADropWouldGo) {
   };
   EXPECT_EQ(Main().LVHitTest(kLocalList, 5, height + 3), 1);
   EXPECT_EQ(Main().LVHitTest(kLocalList, 5, 3 * height + 3), -1);
-  const struct {
-    int y, gap;
-  } rows[] = {{2, 0}, {height - 2, 1}, {height + 2, 1}, {2 * height - 2, 2}, {9 * height, 3}};
-  for (const auto& row : rows) {
-    Main().LVDrawInsertBar(kLocalList, row.y);
-    for (int gap = 0; gap <= 3; ++gap) EXPECT_EQ(isMarked(gap), gap == row.gap) << row.y << " " << gap;
+  for (const auto& [y, marked] : {std::pair(2, 0), {height - 2, 1}, {height + 2, 1}, {9 * height, 3}}) {
+    Main().LVDrawInsertBar(kLocalList, y);
+    for (int gap = 0; gap <= 3; ++gap) EXPECT_EQ(isMarked(gap), gap == marked) << y << " " << gap;
   }
   Main().LVClearInsertBar(kLocalList);
   EXPECT_FALSE(isMarked(3));
@@ -66,47 +63,49 @@ TEST_F(Panes, ADoubleClickEntersARemoteFolderAndBackLeavesIt) {
   Tool(kCommandRemoteForward);
   EXPECT_EQ(PathOf(kRemotePath), "/資料");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("過去"));
-  EXPECT_EQ(Field(OpenSite(kSite, server->Address().c_str(), "0"), "RecentRemoteDirectory"), "/資料");
+  EXPECT_EQ(SiteField("RecentRemoteDirectory"), "/資料");
 }
 
-TEST_F(Panes, UpSelectsTheFolderItLeaves) {
-  for (const char* folder : {"a", "b", "c"}) MakeRemote(std::string(folder) + "/x.txt", "x");
-  StartConnected();
+TEST_F(Panes, UpSelectsTheFolderItLeavesAndANewWayDropsTheForwardPart) {
+  StartConnected({"a/x.txt", "b/x.txt", "c/x.txt"});
   EXPECT_FALSE(IsOn(kCommandRemoteUp)) << "at the root";
   Open(kRemoteList, "b");
   EXPECT_TRUE(IsOn(kCommandRemoteUp));
   Tool(kCommandRemoteUp);
   EXPECT_EQ(PathOf(kRemotePath), "/");
   EXPECT_EQ(CurrentRow(kRemoteList), "b");
-  EXPECT_TRUE(IsOn(kCommandRemoteBack)) << "going up is a step of its own";
-}
-
-TEST_F(Panes, ANewWayDropsTheForwardPart) {
-  for (const char* folder : {"a", "b"}) MakeRemote(std::string(folder) + "/x.txt", "x");
-  StartConnected();
-  Open(kRemoteList, "a");
   Tool(kCommandRemoteBack);
-  Open(kRemoteList, "b");
+  EXPECT_EQ(PathOf(kRemotePath), "/b") << "going up is a step of its own";
+  Tool(kCommandRemoteBack);
+  EXPECT_TRUE(IsOn(kCommandRemoteForward));
+  Open(kRemoteList, "a");
   EXPECT_FALSE(IsOn(kCommandRemoteForward));
   Tool(kCommandRemoteBack);
   EXPECT_EQ(PathOf(kRemotePath), "/");
 }
 
-TEST_F(Panes, TheRemoteHistoryHoldsTenDirectories) {
-  for (int i = 0; i < 11; ++i) MakeRemote("d" + std::to_string(i) + "/x.txt", "x");
+TEST_F(Panes, EachHistoryHoldsTenFolders) {
+  for (int i = 0; i < 11; ++i) {
+    for (const std::string& side : {Remote(), Local()}) WriteFile(side + "d" + std::to_string(i) + "/x", "x");
+  }
   StartConnected();
-  for (int i = 0; i < 11; ++i) TypePath(kRemotePath, "/d" + std::to_string(i));
-  int steps = 0;
-  for (; IsOn(kCommandRemoteBack); ++steps) Tool(kCommandRemoteBack);
-  EXPECT_EQ(steps, 9);
-  EXPECT_EQ(PathOf(kRemotePath), "/d1");
+  const struct {
+    int path, back;
+    std::string top, shown;
+  } panes[] = {{kLocalPath, kCommandLocalBack, Local(), Local("d1/")}, {kRemotePath, kCommandRemoteBack, "/", "/d1"}};
+  for (const auto& pane : panes) {
+    for (int i = 0; i < 11; ++i) TypePath(pane.path, pane.top + "d" + std::to_string(i));
+    int steps = 0;
+    for (; IsOn(pane.back); ++steps) Tool(pane.back);
+    EXPECT_EQ(steps, 9);
+    EXPECT_EQ(PathOf(pane.path), pane.shown);
+  }
+  EXPECT_EQ(platform::ComboCount(Window(), kLocalPath), 10);
 }
 
 /// The server shows "%2F" as "/". A transfer of such a row would leave the folder.
 TEST_F(Panes, TheFolderAboveIsNoRow) {
-  MakeRemote("..%2F/x.txt", "x");
-  MakeRemote("a.txt", "a");
-  StartConnected();
+  StartConnected({"..%2F/x.txt", "a.txt"});
   EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt"));
 }
 
@@ -120,58 +119,45 @@ TEST_F(Panes, RefreshShowsWhatIsNewAndKeepsTheCurrentRow) {
   EXPECT_THAT(Messages(), testing::IsSupersetOf({std::string("更新中..."), std::string("更新終了。")}));
 }
 
-TEST_F(Panes, ATypedRemotePathIsEnteredWithReturn) {
-  StartConnected({"資料/会議.txt"});
+TEST_F(Panes, ATypedRemotePathIsEnteredAndOneThatCannotBeLeavesThePane) {
+  std::filesystem::create_directory(Remote("空"));
+  StartConnected({"資料/会議.txt", "資料/refuse/x"});
+  TypePath(kRemotePath, "/空");
+  EXPECT_THAT(Names(kRemoteList), IsEmpty());
   TypePath(kRemotePath, "/資料");
-  EXPECT_THAT(Names(kRemoteList), ElementsAre("会議.txt"));
-  EXPECT_EQ(PathOf(kRemotePath), "/資料");
   EXPECT_THAT(Messages(), testing::Contains("ディレクトリの変更が完了しました： /資料"));
-}
-
-TEST_F(Panes, ARemotePathThatIsNotThereLeavesThePane) {
-  StartConnected({"a.txt"});
+  const auto expectRefused = [&](const std::string& path) {
+    EXPECT_THAT(Names(kRemoteList), ElementsAre("refuse", "会議.txt"));
+    EXPECT_EQ(PathOf(kRemotePath), "/資料");
+    EXPECT_THAT(Messages(), testing::Contains("ディレクトリを「" + path +
+                                              "」に変更できません。ディレクトリ上で許可があるか確認してください。"));
+    EXPECT_TRUE(Main().remotePane.bConnected);
+  };
   TypePath(kRemotePath, "/ない");
-  EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt"));
-  EXPECT_EQ(PathOf(kRemotePath), "/");
-  EXPECT_TRUE(Main().remotePane.bConnected);
-  EXPECT_THAT(
-      Messages(),
-      testing::Contains("ディレクトリを「/ない」に変更できません。ディレクトリ上で許可があるか確認してください。"));
+  expectRefused("/ない");
+  Open(kRemoteList, "refuse");
+  expectRefused("/資料/refuse");
 }
 
-TEST_F(Panes, RemoteFoldersStayOnTopInBothDirections) {
-  StartConnected({"b/x", "d/x", "a.txt", "c.txt", "10.txt", "9.txt"});
+TEST_F(Panes, RemoteFoldersStayOnTopAndSizesGoByTheLengthOfTheirText) {
+  for (const auto& [name, kilobytes] : {std::pair("a.txt", 10u), {"c.txt", 9u}, {"10.txt", 1000u}, {"9.txt", 999u}}) {
+    MakeRemote(name, std::string(kilobytes * 1024, 'x'));
+  }
+  StartConnected({"b/x", "d/x"});
   EXPECT_THAT(Names(kRemoteList), ElementsAre("b", "d", "9.txt", "10.txt", "a.txt", "c.txt"));
   ClickHeading(kRemoteList, 0);
   EXPECT_THAT(Names(kRemoteList), ElementsAre("d", "b", "c.txt", "a.txt", "10.txt", "9.txt"));
   Tool(kCommandRemoteRefresh);
   EXPECT_THAT(Names(kRemoteList), ElementsAre("d", "b", "c.txt", "a.txt", "10.txt", "9.txt"));
-}
-
-TEST_F(Panes, RemoteSizesAreOrderedByTheLengthOfTheirText) {
-  MakeRemote("ten", std::string(10 * 1024, 'x'));
-  MakeRemote("nine", std::string(9 * 1024, 'x'));
-  MakeRemote("thousand", std::string(1000 * 1024, 'x'));
-  MakeRemote("less", std::string(999 * 1024, 'x'));
-  StartConnected({"folder/x"});
   ClickHeading(kRemoteList, 1);
-  EXPECT_EQ(ui::Column(Window(), kRemoteList, 1), (Texts{"", "9 KB", "10 KB", "999 KB", "1,000 KB"}));
+  EXPECT_EQ(ui::Column(Window(), kRemoteList, 1), (Texts{"", "", "9 KB", "10 KB", "999 KB", "1,000 KB"}));
   ClickHeading(kRemoteList, 1);
-  EXPECT_EQ(ui::Column(Window(), kRemoteList, 1), (Texts{"", "1,000 KB", "999 KB", "10 KB", "9 KB"}));
-}
-
-TEST_F(Panes, AnEmptyRemoteFolderSaysSo) {
-  std::filesystem::create_directory(Remote("空"));
-  StartConnected();
-  Open(kRemoteList, "空");
-  EXPECT_EQ(PathOf(kRemotePath), "/空");
-  EXPECT_THAT(Names(kRemoteList), IsEmpty());
+  EXPECT_EQ(ui::Column(Window(), kRemoteList, 1), (Texts{"", "", "1,000 KB", "999 KB", "10 KB", "9 KB"}));
 }
 
 TEST_F(Panes, AStartDirectoryThatIsNotThereShowsTheRoot) {
   MakeRemote("a.txt", "x");
-  server = std::make_unique<PaneServer>(Remote());
-  KeepSite(server->Address());
+  Serve();
   Put("FTPAccounts/" + std::string(kSite) + "/" + server->Address() + "/0/Directory", "/ない");
   StartProgram();
   EXPECT_TRUE(Main().remotePane.bConnected);
@@ -192,70 +178,47 @@ TEST_F(Panes, TheLocalPaneShowsFoldersFirstAndNothingHidden) {
   EXPECT_EQ(CurrentRow(kLocalList), "z");
 }
 
-TEST_F(Panes, TheLocalPaneGoesDownUpBackAndForward) {
-  WriteFile(Documents() + "/写真/海辺/1.txt", "x");
-  StartProgram();
-  EXPECT_FALSE(IsOn(kCommandLocalBack));
+TEST_F(Panes, TheLocalPaneGoesDownUpBackAndForwardAndIsKeptForTheSite) {
+  StartConnected({}, {"写真/海辺/1.txt"});
   Open(kLocalList, "写真");
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真");
+  EXPECT_EQ(PathOf(kLocalPath), Local("写真"));
   Open(kLocalList, "海辺");
   EXPECT_THAT(Names(kLocalList), ElementsAre("1.txt"));
   Tool(kCommandLocalBack);
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真");
+  EXPECT_EQ(PathOf(kLocalPath), Local("写真"));
   EXPECT_TRUE(IsOn(kCommandLocalForward));
   Tool(kCommandLocalForward);
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真/海辺");
+  EXPECT_EQ(PathOf(kLocalPath), Local("写真/海辺"));
   EXPECT_FALSE(IsOn(kCommandLocalForward));
   Tool(kCommandLocalUp);
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真");
+  EXPECT_EQ(PathOf(kLocalPath), Local("写真"));
+  EXPECT_EQ(SiteField("RecentLocalDirectory"), Local("写真"));
 }
 
-TEST_F(Panes, GoingUpFromTheLocalRootStaysThere) {
+TEST_F(Panes, ATypedLocalPathIsEnteredABadOneIgnoredAndTheRootIsTheTop) {
+  WriteFile(Documents() + "/写真/1.txt", "x");
   StartProgram();
+  EXPECT_FALSE(IsOn(kCommandLocalBack));
+  TypePath(kLocalPath, Documents() + "/写真");
+  TypePath(kLocalPath, "/ない/フォルダ");
+  EXPECT_THAT(Names(kLocalList), ElementsAre("1.txt"));
+  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真/");
   TypePath(kLocalPath, "/");
   Tool(kCommandLocalUp);
   EXPECT_EQ(PathOf(kLocalPath), "/");
   EXPECT_THAT(Names(kLocalList), testing::Contains("tmp"));
 }
 
-TEST_F(Panes, ATypedLocalPathIsEnteredAndABadOneIgnored) {
-  WriteFile(Documents() + "/写真/1.txt", "x");
-  StartProgram();
-  TypePath(kLocalPath, Documents() + "/写真");
-  EXPECT_THAT(Names(kLocalList), ElementsAre("1.txt"));
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真/");
-  TypePath(kLocalPath, "/ない/フォルダ");
-  EXPECT_THAT(Names(kLocalList), ElementsAre("1.txt"));
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/写真/");
-}
-
-TEST_F(Panes, TheLocalHistoryHoldsTenFolders) {
-  for (int i = 0; i < 11; ++i) WriteFile(Documents() + "/d" + std::to_string(i) + "/x", "x");
-  StartProgram();
-  for (int i = 0; i < 11; ++i) TypePath(kLocalPath, Documents() + "/d" + std::to_string(i));
-  EXPECT_EQ(platform::ComboCount(Window(), kLocalPath), 10);
-  int steps = 0;
-  for (; IsOn(kCommandLocalBack); ++steps) Tool(kCommandLocalBack);
-  EXPECT_EQ(steps, 9);
-  EXPECT_EQ(PathOf(kLocalPath), Documents() + "/d1/");
-}
-
 TEST_F(Panes, LocalSizesAreOrderedByTheirTextAndFoldersAmongThem) {
-  WriteFile(Documents() + "/ten", std::string(10 * 1024, 'x'));
-  WriteFile(Documents() + "/nine", std::string(9 * 1024, 'x'));
-  WriteFile(Documents() + "/big", std::string(1000 * 1024, 'x'));
+  for (const size_t kilobytes : {10, 9, 1000}) {
+    WriteFile(Documents() + "/" + std::to_string(kilobytes), std::string(kilobytes * 1024, 'x'));
+  }
   WriteFile(Documents() + "/folder/x", "x");
   StartProgram();
   ClickHeading(kLocalList, 1);
   EXPECT_EQ(ui::Column(Window(), kLocalList, 1), (Texts{"9 KB", "10 KB", "1,000 KB", "フォルダ"}));
   ClickHeading(kLocalList, 1);
   EXPECT_EQ(ui::Column(Window(), kLocalList, 1), (Texts{"フォルダ", "1,000 KB", "10 KB", "9 KB"}));
-}
-
-TEST_F(Panes, TheLocalFolderIsKeptForTheSite) {
-  StartConnected({}, {"写真/1.txt"});
-  Open(kLocalList, "写真");
-  EXPECT_EQ(Field(OpenSite(kSite, server->Address().c_str(), "0"), "RecentLocalDirectory"), Local("写真"));
 }
 
 }  // namespace
