@@ -1,6 +1,5 @@
 // Names that are not UTF-8: the window shows what they say, the server and the disk get the bytes they have.
 #include <QAbstractItemModel>
-#include <QApplication>
 #include <QFileDialog>
 
 #include "platform/qt/combo_control.h"
@@ -36,13 +35,6 @@ class LegacyNames : public TransferTest {
   std::string ShownPath(int control) {
     return Window()->ControlAs<platform::ComboControl>(control)->currentText().toStdString();
   }
-  bool Choose(const char* menu, const char* item) { return ui::ChooseFromMenuBar(Window(), {menu, item}); }
-  void RenameTo(const char* menu, int list, const char* from, const char* to) {
-    Select(list, {from});
-    EXPECT_TRUE(Choose(menu, "名前を変更"));
-    EXPECT_TRUE(ui::EditRow(Window(), list, to));
-    ui::Pump(20);
-  }
   /// The commands of this kind that went out.
   Texts Sent(const std::string& word) {
     Texts sent = history.Commands();
@@ -75,15 +67,15 @@ TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
     EXPECT_GE(Shown(list).size(), 2u);
   }
 
-  RenameTo("リモート", kRemoteList, kTest, "テスト.txt");
+  RenameTo(kRemoteList, kTest, "テスト.txt");
   EXPECT_THAT(Sent("RNFR"), IsEmpty()) << "what is shown was left as it is";
-  RenameTo("リモート", kRemoteList, kTest, "試験.txt");
+  RenameTo(kRemoteList, kTest, "試験.txt");
   EXPECT_THAT(Sent("RN"), ElementsAre(std::string("RNFR ") + kTest, "RNTO 試験.txt"));
   EXPECT_TRUE(Exists(Remote(FOLDER "/試験.txt")));
 
   Select(kRemoteList, {kTable});
   alerts.Expect("選択したファイル：\n\"表 1.txt\"を削除してよろしいですか？", "削除");
-  EXPECT_TRUE(Choose("リモート", "削除"));
+  EXPECT_TRUE(Choose(kRemoteList, "削除"));
   EXPECT_THAT(Sent("DELE"), ElementsAre(std::string("DELE ") + kTable));
   EXPECT_FALSE(Exists(Remote(std::string(FOLDER "/") + kTable)));
 }
@@ -98,7 +90,7 @@ TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
   EXPECT_EQ(PathOf(kRemotePath), "/" FOLDER "/下");
   EXPECT_THAT(Sent("CWD"), Contains("CWD /" FOLDER "/下"));
   EXPECT_TRUE(ui::TypeAndReturn(Window(), kRemotePath, "/資料"));
-  EXPECT_EQ(Field(OpenSite(kSite, server->Address().c_str(), "0"), "RecentRemoteDirectory"), "/" FOLDER);
+  EXPECT_EQ(SiteField("RecentRemoteDirectory"), "/" FOLDER);
   PressTool(kRemoteTools, kCommandRemoteUp);
   EXPECT_EQ(CurrentRow(kRemoteList), kFolder);
   ASSERT_TRUE(ui::ChooseRow(Window(), kRemotePath, 1));
@@ -110,7 +102,7 @@ TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
   PressTool(kRemoteTools, kCommandRemoteUp);
   Select(kRemoteList, {kFolder});
   alerts.Expect("選択したフォルダ：\n\"資料\"を削除してよろしいですか？", "削除");
-  EXPECT_TRUE(Choose("リモート", "削除"));
+  EXPECT_TRUE(Choose(kRemoteList, "削除"));
   EXPECT_FALSE(Exists(Remote(kFolder)));
 
   Open(kLocalList, kFolder);
@@ -121,7 +113,7 @@ TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
   Upload({kTable});
   EXPECT_THAT(Sent("STOR"), ElementsAre(std::string("STOR ") + kTable));
   EXPECT_THAT(Shown(kRemoteList), Contains("表 1.txt"));
-  RenameTo("ローカル", kLocalList, kTable, "表.txt");
+  RenameTo(kLocalList, kTable, "表.txt");
   EXPECT_TRUE(Exists(Local(FOLDER "/表.txt")));
 }
 
@@ -130,14 +122,12 @@ TEST_F(LegacyNames, ThePanelForAFolderBeginsInTheLastOneThatItCanShow) {
   MakeLocal(std::string("下/") + kFolder + "/x", "x");
   char path[kTextSize];
   TextCopy(path, Local(std::string("下/") + kFolder).c_str());
-  const Meanwhile look([] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr; },
-                       [&] {
-                         auto* panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-                         EXPECT_EQ(panel->directory().path().toStdString(), Local("下"));
-                         panel->reject();
-                       });
+  const auto look = InFilePanel([&](QFileDialog* panel) {
+    EXPECT_EQ(panel->directory().path().toStdString(), Local("下"));
+    panel->reject();
+  });
   EXPECT_FALSE(LFile::BrowseFolder(&Main(), "選択", path));
-  EXPECT_TRUE(look.Acted());
+  EXPECT_TRUE(look->Acted());
 }
 
 }  // namespace

@@ -25,6 +25,19 @@ class SiteTest : public WindowTest {
     EXPECT_TRUE(ui::PressTab(sheet, 1));
     return ui::Page(sheet, 1);
   }
+  /// Opens the list of sites, which the action closes.
+  void OpenManager(Steps::Action action) {
+    Steps steps;
+    steps.In(kManager, std::move(action));
+    PressTool(platform::kMainToolBar, kCommandSites);
+  }
+  /// The sheet of a site or, without a label, of a new one. Gives the label that was stored, or null.
+  const char* OpenSheet(Steps::Action action, const char* label = "", const char* address = kNowhere,
+                        const char* user = "anna") {
+    Steps steps;
+    steps.In(label[0] ? kSheet : kNewSheet, std::move(action));
+    return SitePropertiesDlg(&Main(), label, address, user);
+  }
   /// Fills the first page.
   static void FillSite(platform::Window* sheet, const std::string& host, const std::string& port,
                        const std::string& user, const std::string& password) {

@@ -16,11 +16,6 @@ using Dlg = SiteManagerDlg;
 
 class SiteManager : public SiteTest {
  protected:
-  void OpenManager(Steps::Action action) {
-    Steps steps;
-    steps.In(kManager, std::move(action));
-    PressTool(platform::kMainToolBar, kCommandSites);
-  }
   static void SelectRow(platform::Window* dialog, int row) { platform::ListSetCurrent(dialog, Dlg::kList, row); }
   static Texts Cells(platform::Window* dialog, int column) { return ui::Column(dialog, Dlg::kList, column); }
   static std::vector<int> Enabled(platform::Window* dialog) {
@@ -67,9 +62,8 @@ TEST_F(SiteManager, ButtonsFollowTheSelection) {
 
 TEST_F(SiteManager, ReturnConnectsTheRow) {
   MakeRemote("a.txt", "x");
-  server = std::make_unique<PaneServer>(Remote());
-  KeepSite(server->Address());
-  ::LUserSettingDeleteItem("Settings", "Current");
+  Serve();
+  Put("Settings/Current", "");
   StartProgram();
   OpenManager([&](platform::Window* dialog) {
     ui::Key(dialog, Qt::Key_Down);
@@ -80,7 +74,7 @@ TEST_F(SiteManager, ReturnConnectsTheRow) {
   EXPECT_EQ(Setting("Current"), kSite);
 }
 
-TEST_F(SiteManager, ReconnectAsksFirst) {
+TEST_F(SiteManager, ReconnectAsksFirstAndDisconnectLeavesTheDialogOpen) {
   StartConnected();
   alerts.Expect(std::string("現在") + kSite + "に接続されています。再接続しますか？", "再接続する");
   OpenManager([&](platform::Window* dialog) {
@@ -88,10 +82,7 @@ TEST_F(SiteManager, ReconnectAsksFirst) {
     Press(dialog, kCommandOk);
   });
   EXPECT_TRUE(Main().remotePane.bConnected);
-}
-
-TEST_F(SiteManager, DisconnectLeavesTheServerAndTheDialogOpen) {
-  StartConnected();
+  ExpectUsable();
   OpenManager([&](platform::Window* dialog) {
     SelectRow(dialog, 0);
     Press(dialog, Dlg::kDisconnect);
@@ -177,6 +168,7 @@ TEST_F(SiteManager, DeletesTheSelectionButNotTheConnectedSite) {
   KeepRecord("会社", "b.example.jp", "ben");
   KeepRecord("会社", "b.example.jp", "cleo", "1");
   KeepRecord("学校", "c.example.jp", "dora");
+  OpenSite("学校", "c.example.jp", "0").SetString("Domain", "TOKYO");  // No part of the user that is deleted.
   const Texts before = Sites();
   OpenManager([&](platform::Window* dialog) {
     SelectRow(dialog, 1);
@@ -201,19 +193,6 @@ TEST_F(SiteManager, DeletesTheSelectionButNotTheConnectedSite) {
   });
   EXPECT_EQ(AccountsNumSites(), 1);
   for (const std::string& key : Sites()) EXPECT_THAT(key, testing::StartsWith(std::string("FTPAccounts/") + kSite));
-}
-
-TEST_F(SiteManager, ADomainIsNoPartOfTheUserThatIsDeleted) {
-  KeepRecord("会社", "b.example.jp", "ben");
-  OpenSite("会社", "b.example.jp", "0").SetString("Domain", "TOKYO");
-  StartProgram();
-  OpenManager([&](platform::Window* dialog) {
-    SelectRow(dialog, 0);
-    alerts.Expect("選択したサイトを削除します。", "削除");
-    Press(dialog, Dlg::kDelete);
-    Press(dialog, kCommandCancel);
-  });
-  EXPECT_THAT(Sites(), IsEmpty());
 }
 
 TEST_F(SiteManager, TheContextMenuDoesWhatTheButtonsDo) {
@@ -266,12 +245,8 @@ TEST_F(SiteManager, TheProgramEndsWithTheSheetOpen) {
 
 // The menus of sites
 
-TEST_F(SiteManager, TheMenusOfSitesConnectAndEdit) {
-  MakeRemote("a.txt", "x");
-  server = std::make_unique<PaneServer>(Remote());
-  KeepSite(server->Address());
-  ::LUserSettingDeleteItem("Settings", "Current");
-  StartProgram();
+TEST_F(SiteManager, TheMenusOfSitesOpenTheSheet) {
+  StartConnected();
   Steps steps;
   steps.In(kSheet, [&](platform::Window* sheet) {
     EXPECT_EQ(ui::Text(General(sheet), LSPGeneralPage::kUser), "anna");
@@ -279,9 +254,6 @@ TEST_F(SiteManager, TheMenusOfSitesConnectAndEdit) {
   });
   Main().Command(kCommandSitePropertiesBase + 1, 0);
   EXPECT_TRUE(steps.AreDone());
-  ui::ChooseFromNextMenu((std::string(kSite) + " / anna").c_str());
-  Main().Command(kCommandConnectMenu, 0);
-  EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bConnected && !ui::ModalWindow(); }));
   steps.In(kNewSheet, [&](platform::Window* sheet) { Press(sheet, kCommandCancel); });
   ui::ChooseFromNextMenu("新規サイト ...");
   Main().Command(kCommandConnectMenu, 0);
@@ -320,7 +292,7 @@ TEST_F(SiteManager, TheFirstStartAsksForASiteAndConnectsToIt) {
     Press(sheet, kCommandOk);
   });
   OpenProgram();
-  ASSERT_TRUE(ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }));
+  ASSERT_TRUE(WaitForTheStart());
   EXPECT_TRUE(Main().remotePane.bConnected);
   EXPECT_EQ(Setting("Current"), "サイト1");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("a.txt"));
@@ -330,13 +302,6 @@ TEST_F(SiteManager, TheFirstStartAsksForASiteAndConnectsToIt) {
   EXPECT_EQ(Field(site, "RemP"), "1");
   EXPECT_EQ(Field(site, "LocalDirectory"), Documents());
   EXPECT_THAT(Messages(), Contains("接続ボタンをクリックしてサイトに接続する"));
-}
-
-TEST_F(SiteManager, ACancelledFirstStartLeavesTheProgramUsable) {
-  StartProgram();
-  EXPECT_FALSE(Main().remotePane.bConnected);
-  EXPECT_THAT(Sites(), IsEmpty());
-  EXPECT_EQ(Setting("Current"), kAbsent);
 }
 
 }  // namespace

@@ -1,21 +1,16 @@
 // How the dialogs of sites look, at each scale factor: nothing is cut or overlaps, each control has its name and its
 // place in the order of the Tab key. Each leaves a picture of itself in build/screens.
-#include <QAbstractButton>
 #include <QApplication>
-#include <QFileDialog>
 #include <QLabel>
 #include <QPainter>
-#include <QRegularExpression>
 
 #include "platform/qt/list_control.h"
-#include "support/files.h"
 #include "ui/layout_checks.h"
 #include "ui/screens.h"
 #include "ui/site_fixture.h"
 
 namespace {
 
-using G = LSPGeneralPage;
 using A = LSPAdvancedPage;
 
 class SiteScreens : public SiteTest {
@@ -53,36 +48,11 @@ TEST_F(SiteScreens, TheSiteManager) {
   KeepRecord("会社", "ftp.example.jp:990", "ben");
   KeepRecord("会社", "ftp.example.jp:990", "クレオ", "1");
   KeepRecord("とても長い名前のサイトですからここでは全部見えません", "archive.download.example.com", "anonymous");
-  Steps steps;
-  steps.In(kManager, [&](platform::Window* dialog) {
+  OpenManager([&](platform::Window* dialog) {
     platform::ListSetCurrent(dialog, SiteManagerDlg::kList, 1);
     ExpectReady(dialog);
     Save(dialog, "site-manager");
     ExpectTabOrder(dialog);
-    platform::ListSetCurrent(dialog, SiteManagerDlg::kList, 0);
-    dialog->resize(dialog->minimumSize());
-    ExpectReady(dialog);
-    Save(dialog, "site-manager-small");
-    Press(dialog, kCommandCancel);
-  });
-  PressTool(platform::kMainToolBar, kCommandSites);
-}
-
-TEST_F(SiteScreens, TheSiteManagerWithoutASite) {
-  StartProgram();
-  Steps steps;
-  steps.In(kManager, [&](platform::Window* dialog) {
-    ExpectReady(dialog);
-    Save(dialog, "site-manager-empty");
-    Press(dialog, kCommandCancel);
-  });
-  PressTool(platform::kMainToolBar, kCommandSites);
-}
-
-TEST_F(SiteScreens, TheContextMenuOfTheSiteManager) {
-  StartConnected();
-  Steps steps;
-  steps.In(kManager, [&](platform::Window* dialog) {
     platform::ListSetCurrent(dialog, SiteManagerDlg::kList, 0);
     const Meanwhile look([] { return QApplication::activePopupWidget() != nullptr; },
                          [&] {
@@ -91,67 +61,48 @@ TEST_F(SiteScreens, TheContextMenuOfTheSiteManager) {
                          });
     dialog->Send(10001);
     EXPECT_TRUE(look.Acted());
+    dialog->resize(dialog->minimumSize());
+    ExpectReady(dialog);
+    Save(dialog, "site-manager-small");
     Press(dialog, kCommandCancel);
   });
-  PressTool(platform::kMainToolBar, kCommandSites);
+}
+
+TEST_F(SiteScreens, TheSiteManagerWithoutASite) {
+  StartProgram();
+  OpenManager([&](platform::Window* dialog) {
+    ExpectReady(dialog);
+    Save(dialog, "site-manager-empty");
+    Press(dialog, kCommandCancel);
+  });
 }
 
 TEST_F(SiteScreens, TheSheet) {
   KeepRecord("会社", "ftp.example.jp:990", "ben");
   StartProgram();
-  Steps steps;
-  steps.In(kNewSheet, [&](platform::Window* sheet) {
+  OpenSheet([&](platform::Window* sheet) {
     ExpectReady(General(sheet));
     Save(sheet, "site-sheet-new");
     ExpectTabOrder(sheet);
+    Press(sheet, kCommandOk);
+    SaveWithTips(sheet, "site-sheet-refused");
     ExpectReady(Advanced(sheet));
     Save(sheet, "site-sheet-new-advanced");
     Press(sheet, kCommandCancel);
   });
-  EXPECT_EQ(SitePropertiesDlg(&Main(), "", "", ""), nullptr);
-  steps.In(kSheet, [&](platform::Window* sheet) {
-    ExpectTextsWhole(sheet);
-    Save(sheet, "site-sheet");
-    platform::Window* page = Advanced(sheet);
-    Press(page, A::kRemoteFixed);
-    Press(page, A::kLocalFixed);
-    page->Control(A::kLabel)->setFocus();
-    Save(sheet, "site-sheet-advanced");
-    ExpectTabOrder(sheet);
-    Press(sheet, kCommandCancel);
-  });
-  EXPECT_EQ(SitePropertiesDlg(&Main(), "会社", "ftp.example.jp:990", "ben"), nullptr);
-}
-
-TEST_F(SiteScreens, ARefusedField) {
-  StartProgram();
-  Steps steps;
-  steps.In(kNewSheet, [&](platform::Window* sheet) {
-    Press(sheet, kCommandOk);
-    SaveWithTips(sheet, "site-sheet-refused");
-    Press(sheet, kCommandCancel);
-  });
-  SitePropertiesDlg(&Main(), "", "", "");
-}
-
-TEST_F(SiteScreens, ThePanelForAFolderSpeaksJapanese) {
-  StartProgram();
-  char folder[kTextSize];
-  TextCopy(folder, Local().c_str());
-  std::filesystem::create_directory(Local("写真"));
-  const Meanwhile look([] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr; },
-                       [&] {
-                         QWidget* panel = QApplication::activeModalWidget();
-                         ui::Pump(200);
-                         SavePicture(panel, "folder-panel");
-                         for (const QAbstractButton* button : panel->findChildren<QAbstractButton*>()) {
-                           EXPECT_FALSE(button->text().contains(QRegularExpression("[A-Za-z]{3}")))
-                               << button->text().toStdString();
-                         }
-                         panel->close();
-                       });
-  EXPECT_FALSE(LFile::BrowseFolder(&Main(), "ローカルフォルダを選択する", folder));
-  EXPECT_TRUE(look.Acted());
+  OpenSheet(
+      [&](platform::Window* sheet) {
+        ExpectTextsWhole(sheet);
+        Save(sheet, "site-sheet");
+        platform::Window* page = Advanced(sheet);
+        Press(page, A::kRemoteFixed);
+        Press(page, A::kLocalFixed);
+        page->Control(A::kLabel)->setFocus();
+        Save(sheet, "site-sheet-advanced");
+        ExpectTabOrder(sheet);
+        Press(sheet, kCommandCancel);
+      },
+      "会社", "ftp.example.jp:990", "ben");
 }
 
 TEST_F(SiteScreens, QuickConnect) {
@@ -176,6 +127,9 @@ TEST_F(SiteScreens, TheLoginDialog) {
   Steps steps;
   steps.In("ユーザーログイン", [&](platform::Window* dialog) {
     ExpectReady(dialog);
+    for (const int field : {104, 107, 109}) {
+      EXPECT_GE(dialog->Control(field)->height(), dialog->Control(field)->sizeHint().height() - 2);
+    }
     Save(dialog, "login");
     ExpectTabOrder(dialog);
     Press(dialog, kCommandCancel);

@@ -24,6 +24,8 @@ TEST_F(Start, WithoutASiteSaysWhatToDo) {
   EXPECT_THAT(StatusBar(), HasSubstr("FTPサイトに接続されていません"));
   EXPECT_THAT(Names(kRemoteList), IsEmpty());
   EXPECT_EQ(PathOf(kLocalPath), Documents());
+  EXPECT_EQ(AccountsNumSites(), 0);
+  EXPECT_EQ(Setting("Current"), kAbsent);
   EXPECT_EQ(Setting("FirstRun"), "1");
   EXPECT_EQ(Setting("DragSource"), "local");
 }
@@ -43,15 +45,14 @@ TEST_F(Start, WithoutAConnectionOnlyTheLocalPaneIsOn) {
 TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
   MakeRemote("資料/会議.txt", "x");
   MakeRemote("お知らせ.txt", "こんにちは");
-  server = std::make_unique<PaneServer>(Remote());
-  KeepSite(server->Address());
+  Serve();
   OpenProgram();
   EXPECT_FALSE(Main().remotePane.bConnected);
   EXPECT_TRUE(platform::WindowIsVisible(Window()));
   const auto opened = std::chrono::steady_clock::now();
   ASSERT_TRUE(ui::WaitUntil([&] { return history.Lines().size() > 1; }));
   EXPECT_GE(std::chrono::steady_clock::now() - opened, std::chrono::milliseconds(60));
-  ASSERT_TRUE(ui::WaitUntil([&] { return Setting("CurrentRunHadUpload") == "0"; }));
+  ASSERT_TRUE(WaitForTheStart());
 
   EXPECT_THAT(Names(kRemoteList), ElementsAre("資料", "お知らせ.txt"));
   EXPECT_EQ(ui::Column(Window(), kRemoteList, 2), (Texts{"フォルダ", "ファイル"}));

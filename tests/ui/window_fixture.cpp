@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -165,6 +166,12 @@ std::unique_ptr<Meanwhile> WindowTest::InLogin(std::function<void(platform::Wind
   constexpr const char* kTitle = "ユーザーログイン";
   return std::make_unique<Meanwhile>([] { return Dialog(kTitle) != nullptr; },
                                      [action = std::move(action)] { action(Dialog(kTitle)); });
+}
+
+std::unique_ptr<Meanwhile> WindowTest::InFilePanel(std::function<void(QFileDialog*)> action) {
+  const auto panel = [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()); };
+  return std::make_unique<Meanwhile>([panel] { return panel() != nullptr; },
+                                     [panel, action = std::move(action)] { action(panel()); });
 }
 
 void WindowTest::ClickHeading(int list, int column) {

@@ -18,6 +18,8 @@
 #include "ui/pane_server.h"
 #include "ui_driver.h"
 
+class QFileDialog;
+
 /// Acts once, as soon as a condition holds, while the code under test runs its own event loop.
 class Meanwhile {
  public:
@@ -96,6 +98,8 @@ class WindowTest : public SettingsFixture {
   void NewFolder(int list, const char* name);
   /// Acts in the question for a password, as soon as it comes.
   static std::unique_ptr<Meanwhile> InLogin(std::function<void(platform::Window*)> action);
+  /// Acts in the panel for a folder, which the action closes.
+  static std::unique_ptr<Meanwhile> InFilePanel(std::function<void(QFileDialog*)> action);
   void ClickHeading(int list, int column);
   void DragDivider(int down);
 
