@@ -20,10 +20,9 @@ class ConnectFailures : public TransferTest {
     KeepSite(address, PaneServer::Password(), tls);
     const Texts kept = Sites();
     OpenProgram();
-    const Meanwhile cancel([] { return Dialog("ユーザーログイン") != nullptr; },
-                           [] { ui::Press(Dialog("ユーザーログイン"), kCommandCancel); });
-    ASSERT_TRUE(ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }, 30000));
-    EXPECT_TRUE(cancel.Acted());
+    const auto cancel = InLogin([](platform::Window* dialog) { ui::Press(dialog, kCommandCancel); });
+    ASSERT_TRUE(WaitForTheStart(30000));
+    EXPECT_TRUE(cancel->Acted());
     EXPECT_FALSE(Main().remotePane.bConnected);
     EXPECT_EQ(Sites(), kept);
     for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
@@ -77,8 +76,7 @@ TEST_F(ConnectFailures, TheCertificateDoesNotVerify) {
 
 TEST_F(ConnectFailures, ATrustedCertificateConnects) {
   MakeRemote("a.txt", "x");
-  server = std::make_unique<PaneServer>(Remote(), TrustedCertificate().both);
-  KeepSite(server->Address(), PaneServer::Password(), true);
+  Serve(PaneServer::Password(), TrustedCertificate().both);
   StartProgram();
   EXPECT_TRUE(Main().remotePane.bConnected);
   EXPECT_THAT(Names(kRemoteList), Contains("a.txt"));
@@ -93,8 +91,7 @@ TEST_F(ConnectFailures, CancelWhileTheServerKeepsSilence) {
   QElapsedTimer asked;
   asked.start();
   const qint64 took = CancelDuring(
-      "FTP接続", [] { ui::WaitUntil([] { return Setting("CurrentRunHadUpload") == "0"; }, 60000); },
-      [&](platform::Window*) { return asked.elapsed() > 300; });
+      "FTP接続", [] { WaitForTheStart(60000); }, [&](platform::Window*) { return asked.elapsed() > 300; });
   printf("a silent logon ended %lld ms after Cancel\n", static_cast<long long>(took));
   EXPECT_LT(took, kCancelLimitMs);
   EXPECT_FALSE(Main().remotePane.bConnected);

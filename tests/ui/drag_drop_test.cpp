@@ -63,22 +63,9 @@ class DragDrop : public TransferTest {
     return picture.pixel(picture.width() - 3, row.bottom()) == List()->palette().color(QPalette::Highlight).rgb();
   }
   /// Of those that change something or go somewhere, what was sent since the last call.
-  std::vector<std::string> NewCommands() {
-    const std::vector<std::string> all = history.Commands();
-    std::vector<std::string> fresh;
-    for (; seen < all.size(); ++seen) {
-      const std::string verb = all[seen].substr(0, all[seen].find(' '));
-      if (testing::Value(verb, testing::AnyOf("CWD", "MKD", "MLST", "STOR", "RNFR", "RNTO", "LIST"))) {
-        fresh.push_back(all[seen]);
-      }
-    }
-    return fresh;
-  }
+  Texts NewSteps() { return NewCommands({"CWD ", "MKD ", "MLST ", "STOR ", "RNFR ", "RNTO ", "LIST"}); }
 
   QMimeData mime;
-
- private:
-  size_t seen = 0;
 };
 
 TEST_F(DragDrop, OnTheWindowMakesTheFoldersAsksAndSendsNothing) {
@@ -86,12 +73,12 @@ TEST_F(DragDrop, OnTheWindowMakesTheFoldersAsksAndSendsNothing) {
   MakeLocal("top.txt", "new");
   MakeRemote("top.txt", "old");
   StartConnected();
-  NewCommands();
+  NewSteps();
   alerts.Expect("このファイルのコピー \"top.txt\" 既にリモートフォルダに存在します。", "上書きする", 1);
   EXPECT_EQ(DropOnWindow({Local("top.txt"), Local("no such file"), Local("d")}), Qt::CopyAction);
   // With the answer for all the file in the folder is not even looked for.
-  EXPECT_THAT(NewCommands(), ElementsAre("MLST top.txt", "MKD //d", "CWD //d", "MKD //d/sub", "CWD //d/sub", "CWD /",
-                                         "CWD /", "LIST", "CWD /", "CWD /", "LIST"));
+  EXPECT_THAT(NewSteps(), ElementsAre("MLST top.txt", "MKD //d", "CWD //d", "MKD //d/sub", "CWD //d/sub", "CWD /",
+                                      "CWD /", "LIST", "CWD /", "CWD /", "LIST"));
   EXPECT_EQ(ContentOf(Remote("top.txt")), "old");
   EXPECT_THAT(Names(kRemoteList), ElementsAre("d", "top.txt"));
   EXPECT_THAT(Messages(), Contains("順番待ち中のファイル： " + Local("d/sub/b.txt")));
@@ -100,7 +87,7 @@ TEST_F(DragDrop, OnTheWindowMakesTheFoldersAsksAndSendsNothing) {
 
   MakeRemote("later.txt", "x");
   EXPECT_EQ(DropOnWindow({Local("no such file")}), Qt::CopyAction);
-  EXPECT_THAT(NewCommands(), ElementsAre("CWD /", "CWD /", "LIST", "CWD /", "CWD /", "LIST"));
+  EXPECT_THAT(NewSteps(), ElementsAre("CWD /", "CWD /", "LIST", "CWD /", "CWD /", "LIST"));
   EXPECT_THAT(Names(kRemoteList), Contains("later.txt")) << "nothing to drop still refreshes";
 }
 
@@ -132,9 +119,7 @@ TEST_F(DragDrop, OverRowsChoosesFoldersAndMarksGaps) {
 TEST_F(DragDrop, OnAFolderRowSendsIntoItAndOnAFileRowBesideIt) {
   MakeLocal("50% 写真.txt", "one");
   MakeLocal("t/two.txt", "two");
-  MakeRemote("into/x", "x");
-  MakeRemote("z.txt", "z");
-  StartConnected();
+  StartConnected({"into/x", "z.txt"});
   ASSERT_TRUE(Enter(Rows(), {}));
   Move(PlaceOf("into"));
   mime.setData("text/uri-list",
@@ -142,8 +127,7 @@ TEST_F(DragDrop, OnAFolderRowSendsIntoItAndOnAFileRowBesideIt) {
   EXPECT_EQ(Drop(Rows(), PlaceOf("into")), Qt::CopyAction);
   EXPECT_EQ(ContentOf(Remote("into/50% 写真.txt")), "one");
   EXPECT_EQ(ContentOf(Remote("into/t/two.txt")), "two");
-  const LSharedSettingsRecord site = OpenSite(kSite, server->Address().c_str(), "0");
-  EXPECT_EQ(Field(site, "UploadCount"), "1") << "a drop counts once";
+  EXPECT_EQ(SiteField("UploadCount"), "1") << "a drop counts once";
   EXPECT_EQ(Setting("DragSource"), "local");
 
   ASSERT_TRUE(Enter(Rows(), {Local("t/two.txt")}));
@@ -157,7 +141,7 @@ TEST_F(DragDrop, RowsOfTheListMoveIntoAFolderOfIt) {
   StartConnected({"a/x", "into/x", "1.txt", "refuse.txt", "2.txt"});
   const auto dropSelectedOn = [&](const char* folder) {
     LUserSettingSetString("Settings", "DragSource", "remote");
-    NewCommands();
+    NewSteps();
     ASSERT_TRUE(Enter(Rows(), {Local("x")}));
     Move(PlaceOf(folder));
     EXPECT_EQ(Drop(Rows(), PlaceOf(folder)), Qt::IgnoreAction);
@@ -165,25 +149,24 @@ TEST_F(DragDrop, RowsOfTheListMoveIntoAFolderOfIt) {
   };
   Select(kRemoteList, {"a", "1.txt"});
   dropSelectedOn("a");
-  EXPECT_THAT(NewCommands(), IsEmpty()) << "on the dragged rows themselves";
+  EXPECT_THAT(NewSteps(), IsEmpty()) << "on the dragged rows themselves";
 
   Select(kRemoteList, {"a", "1.txt", "refuse.txt", "2.txt"});
   dropSelectedOn("into");
-  EXPECT_THAT(NewCommands(), ElementsAre("RNFR a", "RNTO into/a", "RNFR 1.txt", "RNTO into/1.txt", "RNFR 2.txt",
-                                         "RNTO into/2.txt", "RNFR refuse.txt", "CWD /", "LIST"));
+  EXPECT_THAT(NewSteps(), ElementsAre("RNFR a", "RNTO into/a", "RNFR 1.txt", "RNTO into/1.txt", "RNFR 2.txt",
+                                      "RNTO into/2.txt", "RNFR refuse.txt", "CWD /", "LIST"));
   EXPECT_THAT(Names(kRemoteList), ElementsAre("into", "refuse.txt"));
   EXPECT_TRUE(Exists(Remote("into/a/x")));
 
   LUserSettingSetString("Settings", "DragSource", "remote");
-  NewCommands();
+  NewSteps();
   DropOnWindow({Local()});
-  EXPECT_THAT(NewCommands(), IsEmpty()) << "a row is no file for the window";
+  EXPECT_THAT(NewSteps(), IsEmpty()) << "a row is no file for the window";
 }
 
 TEST_F(DragDrop, IsRefusedWithoutAConnectionAndWhileSomethingRuns) {
-  MakeLocal("a.txt", "x");
   for (int i = 0; i < 20; ++i) MakeRemote("d/" + std::to_string(i), "x");
-  StartConnected();
+  StartConnected({}, {"a.txt"});
   size_t refused = 0;
   QTimer tries;
   QObject::connect(&tries, &QTimer::timeout, &tries, [&] {
@@ -191,7 +174,7 @@ TEST_F(DragDrop, IsRefusedWithoutAConnectionAndWhileSomethingRuns) {
     EXPECT_EQ(refused % 2, 0u) << "a drop is taken during a download";
   });
   tries.start(0);
-  TransferTest::Download({"d"});
+  Download({"d"});
   tries.stop();
   EXPECT_GT(refused, 0u);
   Main().CmDisconnect(true);
@@ -223,9 +206,8 @@ TEST_F(DragDrop, RowsDraggedOutAreFilesWhenTheyLeaveTheList) {
   if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "nothing is dragged here: run it by ctest";
   MakeRemote("100% 資料.txt", "inside");
   MakeRemote("tree/deep/x.bin", RandomBytes(300000));
-  MakeRemote("stays.txt", "x");
   MakeRemote("half/stall.bin", RandomBytes(1 << 20));
-  StartConnected();
+  StartConnected({"stays.txt"});
   Target target;
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&target));
   const auto at = [](QWidget* widget, const QPoint& place) { return widget->mapTo(widget->window(), place); };
@@ -234,10 +216,10 @@ TEST_F(DragDrop, RowsDraggedOutAreFilesWhenTheyLeaveTheList) {
     ui::Pump(20);
   };
   const auto press = [&](const char* grabbed) {
-    NewCommands();
+    NewSteps();
     QTest::mousePress(Window()->windowHandle(), Qt::LeftButton, {}, at(Rows(), PlaceOf(grabbed)));
     for (const char* row : {"stays.txt", "100% 資料.txt", "stays.txt"}) moveTo(Rows(), PlaceOf(row));
-    EXPECT_THAT(NewCommands(), Not(Contains(testing::HasSubstr("MLST")))) << "fetched inside the list";
+    EXPECT_THAT(NewSteps(), Not(Contains(testing::HasSubstr("MLST")))) << "fetched inside the list";
   };
   const auto release = [&](QWidget* widget, const QPoint& place) {
     QTest::mouseRelease(widget->window()->windowHandle(), Qt::LeftButton, {}, at(widget, place));
@@ -280,7 +262,7 @@ TEST_F(DragDrop, RowsDraggedOutAreFilesWhenTheyLeaveTheList) {
   ASSERT_TRUE(ui::WaitUntil([&] { return !target.dropped.isEmpty(); }));
   EXPECT_EQ(selectedOver, (std::vector<std::string>{"tree", "100% 資料.txt"})) << "no target of its own rows";
   EXPECT_EQ(target.dropped, UriList({folder + "/tree", folder + "/100% 資料.txt"}));
-  EXPECT_THAT(NewCommands(), Not(Contains("MLST tree"))) << "fetched twice";
+  EXPECT_THAT(NewSteps(), Not(Contains("MLST tree"))) << "fetched twice";
   EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch));
 }
 

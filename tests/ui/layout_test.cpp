@@ -18,47 +18,27 @@ class Layout : public WindowTest {
     platform::WindowSetFrame(Window(), {0, 0, width, height});
     ui::Pump(30);
   }
-  /// The smallest that the user can make it.
-  void ResizeToMinimum() { Resize(Window()->minimumWidth(), Window()->minimumHeight()); }
 };
 
-TEST_F(Layout, TheMainWindowAtItsUsualSize) {
-  StartProgram();
-  Resize(1200, 800);
-  ExpectGood(Window());
-}
-
-TEST_F(Layout, TheMainWindowAtItsSmallest) {
-  StartProgram();
-  ResizeToMinimum();
-  ExpectGood(Window());
-}
-
-TEST_F(Layout, TheMainWindowWithFilters) {
-  Put("Settings/FiltersOn", "1");
-  StartProgram();
-  for (const int id :
-       {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply, kRemoteFilterRemove}) {
-    EXPECT_TRUE(platform::ControlIsShown(Window(), id)) << id;
-  }
-  Resize(1200, 800);
-  ExpectGood(Window());
-  SaveScreen(Window(), "main-window-filters");
-  ResizeToMinimum();
-  ExpectGood(Window());
-  SaveScreen(Window(), "main-window-filters-smallest");
-}
-
-TEST_F(Layout, TheDividerAtBothEnds) {
-  StartProgram();
-  Resize(1200, 800);
-  for (const int way : {-3000, 3000}) {
-    DragDivider(way);
-    ExpectApart(Window());
+TEST_F(Layout, TheMainWindow) {
+  for (const bool hasFilters : {false, true}) {
+    Put("Settings/FiltersOn", hasFilters ? "1" : "0");
+    StartProgram();
+    for (const int id : {kLocalFilter, kLocalFilterApply, kLocalFilterRemove, kRemoteFilter, kRemoteFilterApply,
+                         kRemoteFilterRemove}) {
+      EXPECT_EQ(platform::ControlIsShown(Window(), id), hasFilters) << id;
+    }
+    Resize(1200, 800);
+    ExpectGood(Window());
+    if (hasFilters) SaveScreen(Window(), "main-window-filters");
+    Resize(Window()->minimumWidth(), Window()->minimumHeight());
+    ExpectGood(Window());
+    if (hasFilters) SaveScreen(Window(), "main-window-filters-smallest");
+    CloseProgram();
   }
 }
 
-TEST_F(Layout, BothPanesAreOfOneWidthAndBottom) {
+TEST_F(Layout, BothPanesAreOfOneWidthAndBottomAndTheDividerKeepsThemApart) {
   StartProgram();
   Resize(1200, 800);
   const platform::Rect local = platform::ControlGetPlace(Window(), kLocalList);
@@ -67,48 +47,26 @@ TEST_F(Layout, BothPanesAreOfOneWidthAndBottom) {
   EXPECT_NEAR(local.width, remote.width, 5);
   EXPECT_EQ(local.y + local.height, log.y + log.height);
   EXPECT_EQ(local.y, remote.y);
+  for (const int way : {-3000, 3000}) {
+    DragDivider(way);
+    ExpectApart(Window());
+  }
 }
 
-TEST_F(Layout, TheProgressDialog) {
+TEST_F(Layout, TheProgressDialogs) {
   StartProgram();
-  LProcessDialogRunInterface dialog("ファイル一覧をダウンロード中");
-  ASSERT_TRUE(dialog._Open(&Main(), false));
-  dialog.OpenModalWindow();
-  dialog.SetStatus("12個（全345個中）のファイルをダウンロード中", 0);
-  dialog.SetStatus("/資料/会議メモ 4月.txt: 100%", 1);
-  ui::Pump(30);
-  ExpectGood(dialog.Native());
-  SaveScreen(dialog.Native(), "progress");
-  ExpectTabOrder(dialog.Native());
-  dialog.CloseModalWindow();
-}
-
-TEST_F(Layout, TheExtendedProgressDialog) {
-  StartProgram();
-  LProcessDialogRunInterface dialog("作業中");
-  ASSERT_TRUE(dialog._Open(&Main(), true));
-  dialog.OpenModalWindow();
-  ui::Pump(30);
-  ExpectGood(dialog.Native());
-  SaveScreen(dialog.Native(), "progress-extended");
-  dialog.CloseModalWindow();
-}
-
-TEST_F(Layout, TheLoginDialog) {
-  StartProgram();
-  const Meanwhile look([] { return Dialog("ユーザーログイン") != nullptr; },
-                       [&] {
-                         ui::Pump(30);
-                         platform::Window* dialog = Dialog("ユーザーログイン");
-                         ExpectGood(dialog);
-                         for (const int field : {104, 107, 109}) {
-                           EXPECT_GE(dialog->Control(field)->height(), dialog->Control(field)->sizeHint().height() - 2);
-                         }
-                         ui::Press(dialog, kCommandCancel);
-                       });
-  char password[kTextSize];
-  EXPECT_FALSE(OpenUserLoginDlg(&Main(), "ftp.example.jp", "anna", password));
-  EXPECT_TRUE(look.Acted());
+  for (const bool isExtended : {false, true}) {
+    LProcessDialogRunInterface dialog("ファイル一覧をダウンロード中");
+    ASSERT_TRUE(dialog._Open(&Main(), isExtended));
+    dialog.OpenModalWindow();
+    dialog.SetStatus("12個（全345個中）のファイルをダウンロード中", 0);
+    dialog.SetStatus("/資料/会議メモ 4月.txt: 100%", 1);
+    ui::Pump(30);
+    ExpectGood(dialog.Native());
+    SaveScreen(dialog.Native(), isExtended ? "progress-extended" : "progress");
+    ExpectTabOrder(dialog.Native());
+    dialog.CloseModalWindow();
+  }
 }
 
 TEST_F(Layout, AlertsAreWholeOnTheScreen) {

@@ -134,11 +134,9 @@ TEST_F(Menus, HoldTheRowsOfTheirTables) {
 }
 
 TEST_F(Menus, FollowTheConnectionAndTheSelections) {
-  MakeRemote("a.txt", "x");
-  MakeRemote("b.txt", "x");
+  for (const char* name : {"a.txt", "b.txt"}) MakeRemote(name, "x");
   for (const char* name : {"1.txt", "2.txt"}) MakeLocal(name, "x");
-  server = std::make_unique<PaneServer>(Remote());
-  KeepSite(server->Address());
+  Serve();
   Put("Settings/Current", "");
   StartProgram();
   platform::ListSelectAll(Window(), kLocalList, false);

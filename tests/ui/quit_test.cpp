@@ -36,8 +36,7 @@ TEST_F(Quit, EndsAStalledDownload) {
             0);
   alerts.Hold(false);
   EXPECT_EQ(Setting("Current"), kSite);
-  const std::vector<std::string> commands = history.Commands();
-  EXPECT_EQ(std::count(commands.begin(), commands.end(), "USER anna"), 1) << "the rest of the command logged on again";
+  EXPECT_EQ(history.Count("コマンド: USER "), 1u) << "the rest of the command logged on again";
 }
 
 TEST_F(Quit, EndsAnOpenQuestion) {
@@ -52,8 +51,7 @@ TEST_F(Quit, EndsAnOpenQuestion) {
 }
 
 TEST_F(Quit, EndsTheQuestionForAPassword) {
-  server = std::make_unique<PaneServer>(Remote());
-  KeepSite(server->Address(), "wrong");
+  Serve("wrong");
   alerts.Expect("サーバーにログインできません。", "続行");
   OpenProgram();
   EXPECT_EQ(QuitDuring([] {}, [] { return Dialog("ユーザーログイン") != nullptr; }), 0);
@@ -68,7 +66,7 @@ TEST_F(Quit, EndsAnOpenMenu) {
             0);
 }
 
-TEST_F(Quit, IsRefusedWhileADialogOrAnAlertIsUp) {
+TEST_F(Quit, IsRefusedWhileAnAlertIsUpOrItIsForbidden) {
   StartProgram();
   alerts.Hold(true);
   bool refused = false;
@@ -80,20 +78,9 @@ TEST_F(Quit, IsRefusedWhileADialogOrAnAlertIsUp) {
   LAlertWithButtonText::DisplayOkInfo(&Main(), "お知らせ", "題", "OK");
   alerts.Hold(false);
   EXPECT_TRUE(refused);
-}
-
-TEST_F(Quit, IsRefusedWhileItIsForbidden) {
-  StartProgram();
   ++LMainWindow::iDontQuitCounter;
   EXPECT_FALSE(Main().CmExit());
   --LMainWindow::iDontQuitCounter;
-  EXPECT_EQ(CloseProgram(), 0);
-}
-
-TEST_F(Quit, EndsAHiddenWindow) {
-  StartProgram();
-  Main().Command(kCommandHideWindow, 0);
-  EXPECT_FALSE(platform::WindowIsVisible(Window()));
   EXPECT_EQ(CloseProgram(), 0);
 }
 

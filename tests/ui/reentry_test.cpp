@@ -53,9 +53,7 @@ class Reentry : public TransferTest {
   /// Runs the job in a fresh window and calls `atPump` at each turn of the events inside it; then ends the program.
   void Run(const Job& job, const std::function<void()>& atPump) {
     MakeFiles();
-    server = std::make_unique<PaneServer>(Remote());
-    KeepSite(server->Address());
-    Put("Settings/CurrentRunHadUpload", "");  // What tells the end of the start.
+    Serve();
     alerts.AgreeToAll(true);
     StartProgram();
     ASSERT_TRUE(Main().remotePane.bConnected);

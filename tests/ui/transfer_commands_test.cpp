@@ -8,10 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class TransferCommands : public TransferTest {
- protected:
-  LSharedSettingsRecord Site() const { return OpenSite(kSite, server->Address().c_str(), "0"); }
-};
+class TransferCommands : public TransferTest {};
 
 /// Soon after a job that fetched something, half a minute after one that sent.
 TEST_F(TransferCommands, StartFromMenusAndKeysAndTheWatchGoesOnBehindThem) {
@@ -59,18 +56,18 @@ TEST_F(TransferCommands, StartFromMenusAndKeysAndTheWatchGoesOnBehindThem) {
 TEST_F(TransferCommands, CountRowsAndRunsOfTheSite) {
   StartConnected({"c.txt", "d/e.txt", "d/f.txt"}, {"refuse.txt", "a.txt", "b.txt"});
   Upload({"refuse.txt", "a.txt"});
-  EXPECT_EQ(Field(Site(), "UploadCount"), "2") << "what was to be sent";
+  EXPECT_EQ(SiteField("UploadCount"), "2") << "what was to be sent";
   EXPECT_EQ(Setting("CurrentRunHadUpload"), "0") << "it failed";
   Upload({"b.txt"});
-  EXPECT_EQ(Field(Site(), "UploadCount"), "3");
+  EXPECT_EQ(SiteField("UploadCount"), "3");
   EXPECT_EQ(Setting("CurrentRunHadUpload"), "1");
   EXPECT_EQ(Setting("RunsWithUploads"), "1");
   std::filesystem::remove(Remote("b.txt"));
   Upload({"b.txt"});
   EXPECT_EQ(Setting("RunsWithUploads"), "1") << "one run of the program";
-  EXPECT_EQ(Field(Site(), "DownloadCount"), kAbsent);
+  EXPECT_EQ(SiteField("DownloadCount"), kAbsent);
   Download({"c.txt", "d"});
-  EXPECT_EQ(Field(Site(), "DownloadCount"), "2") << "rows, whatever is in them";
+  EXPECT_EQ(SiteField("DownloadCount"), "2") << "rows, whatever is in them";
 }
 
 constexpr const char* kWarningUp =
@@ -94,11 +91,8 @@ TEST_P(Warning, ComesForAFolderBehindAFilter) {
   const auto& [isDown, row] = GetParam();
   const bool moves = !row.answer || strcmp(row.answer, "続行") == 0;
   Put("Settings/FiltersOn", "1");
-  if (isDown) {
-    StartConnected({"d/x.txt", "a.jpg", "b.txt"});
-  } else {
-    StartConnected({}, {"d/x.txt", "a.jpg", "b.txt"});
-  }
+  for (const char* name : {"d/x.txt", "a.jpg", "b.txt"}) isDown ? MakeRemote(name, "x") : MakeLocal(name, "x");
+  StartConnected();
   const int list = isDown ? kRemoteList : kLocalList;
   EXPECT_TRUE(ui::TypeAndReturn(Window(), isDown ? kRemoteFilter : kLocalFilter, row.filter));
   if (row.filter[0]) {
@@ -115,9 +109,8 @@ TEST_P(Warning, ComesForAFolderBehindAFilter) {
     EXPECT_EQ(Exists(to), moves || !asks);
     EXPECT_EQ(Setting("FilterWarningOff"), row.kept);
   }
-  if (Exists((isDown ? Local("d") : Remote("d")))) {
-    EXPECT_TRUE(Exists(isDown ? Local("d/x.txt") : Remote("d/x.txt"))) << "a filter holds nothing back";
-  }
+  const std::string folder = isDown ? Local("d") : Remote("d");
+  EXPECT_EQ(Exists(folder), Exists(folder + "/x.txt")) << "a filter holds nothing back";
 }
 
 INSTANTIATE_TEST_SUITE_P(

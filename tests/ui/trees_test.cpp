@@ -1,18 +1,16 @@
 // Whole folders down and up through the buttons of the window: what arrives, in which order the commands go, the
 // questions on the way, and what links, crafted names and lost connections do to a run.
-#include <fcntl.h>
 #include <map>
-#include <sys/stat.h>
 
 #include "ui/transfer_fixture.h"
+#include "ui/tree_files.h"
 
 namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsSupersetOf;
-using testing::Not;
+using testing::IsEmpty;
 
 /// Relative paths and contents; a folder has a "/" at its end and no content.
 std::map<std::string, std::string> TreeOf(const std::string& folder) {
@@ -29,39 +27,20 @@ std::map<std::string, std::string> TreeOf(const std::string& folder) {
   return tree;
 }
 
-class Trees : public TransferTest {
- protected:
-  /// Three levels with odd names, empty files and an empty folder, under `folder`.
-  void MakeTree(const std::string& folder) {
-    for (int i = 0; i < 3; ++i) {
-      const std::string level = folder + "/資料 " + std::to_string(i);
-      WriteFile(level + "/空.txt", "");
-      WriteFile(level + "/two  blanks.txt", "a");
-      WriteFile(level + "/.hidden", "b");
-      WriteFile(level + "/[brackets] {x} $y 'z'.txt", RandomBytes(5000));
-      WriteFile(level + "/下/ずっと下/end.bin", RandomBytes(70000));
-      std::filesystem::create_directories(level + "/empty");
-    }
-  }
-};
+class Trees : public TransferTest {};
 
-TEST_F(Trees, AFolderComesDownWhole) {
-  MakeTree(Remote("樹"));
-  StartConnected({"beside.txt"});
-  TransferTest::Download({"樹"});
-  EXPECT_EQ(TreeOf(Local("樹")), TreeOf(Remote("樹")));
-  EXPECT_FALSE(Exists(Local("beside.txt")));
-  EXPECT_THAT(Names(kLocalList), ElementsAre("樹"));
-}
-
-TEST_F(Trees, AFolderGoesUpWhole) {
-  MakeTree(Local("樹"));
-  StartConnected({}, {"beside.txt"});
-  TransferTest::Upload({"樹"});
-  EXPECT_EQ(TreeOf(Remote("樹")), TreeOf(Local("樹")));
-  EXPECT_FALSE(Exists(Remote("beside.txt")));
+TEST_F(Trees, AFolderComesAndGoesWholeAndAlone) {
+  constexpr TreeSize kSize = {42, 12, 70000};
+  MakeTreeOfFiles(Remote("下り"), kSize);
+  MakeTreeOfFiles(Local("上り"), kSize);
+  StartConnected({"beside there.txt"}, {"beside here.txt"});
+  Download({"下り"});
+  EXPECT_THAT(TreeDifferences(Remote("下り"), Local("下り"), Times::kCompared), IsEmpty());
+  EXPECT_THAT(Names(kLocalList), ElementsAre("上り", "下り", "beside here.txt"));
+  Upload({"上り"});
+  EXPECT_THAT(TreeDifferences(Local("上り"), Remote("上り"), Times::kCompared), IsEmpty());
   EXPECT_THAT(Messages(), Contains("アップロード完了"));
-  EXPECT_THAT(Names(kRemoteList), ElementsAre("樹"));
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("上り", "下り", "beside there.txt"));
 }
 
 /// All that a job shows, in order: each text behind its level, and after it what the bar does until the next one.
@@ -177,7 +156,7 @@ TEST_P(Entries, ThatAreNoPlainFiles) {
     MakeRemote(std::string("d/") + entry.file, "evil");
   }
   StartConnected();
-  TransferTest::Download({"d"});
+  Download({"d"});
   std::map<std::string, std::string> arrives = entry.arrives;
   arrives["d/"];
   EXPECT_EQ(TreeOf(Local()), arrives);
@@ -228,7 +207,7 @@ TEST_F(Trees, AFileBehindAFolderIsAskedAboutToo) {
   MakeRemote("e.txt", "old");
   StartConnected();
   alerts.Expect("e.txt\" 既にリモートフォルダに存在します。", "スキップ");
-  TransferTest::Upload({"d", "e.txt"});
+  Upload({"d", "e.txt"});
   EXPECT_EQ(ContentOf(Remote("d/x.txt")), "x");
   EXPECT_EQ(ContentOf(Remote("e.txt")), "old");
 }
@@ -260,7 +239,7 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
       alerts.Expect(down ? question : "上書きしますか？", button, check);
     }
     NewCommands();
-    down ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+    Transfer(down, {"d"});
     if (!down) {
       EXPECT_EQ(NewCommands({"MLST "}).size(), queries);
     }
@@ -294,8 +273,8 @@ TEST_P(Namings, OfFilesAndNotOfFolders) {
   StartConnected({"Comes Down.TXT"});
   alerts.Expect("このファイルのコピー \"" + inFolder + "\" 既に", "上書きする");
   alerts.Expect("このファイルのコピー \"" + beside + "\" 既に", "スキップ");
-  TransferTest::Upload({"My Folder", "B File.TXT"});
-  TransferTest::Download({"Comes Down.TXT"});
+  Upload({"My Folder", "B File.TXT"});
+  Download({"Comes Down.TXT"});
   const std::map<std::string, std::string> arrived = {
       {"My Folder/", ""}, {"My Folder/" + inFolder, "new"}, {beside, "old"}, {"Comes Down.TXT", "x"}};
   EXPECT_EQ(TreeOf(Remote()), arrived);
@@ -317,10 +296,10 @@ TEST_F(Trees, LinksOnTheirWayUp) {
   std::filesystem::create_directory_symlink("folder", Local("to folder"));
   std::filesystem::create_symlink("nowhere", Local("to nowhere"));
   StartConnected();
-  TransferTest::Upload({"to file", "to folder"});
+  Upload({"to file", "to folder"});
   const std::map<std::string, std::string> arrived = {{"to file", "f"}, {"to folder/", ""}, {"to folder/x.txt", "x"}};
   EXPECT_EQ(TreeOf(Remote()), arrived);
-  TransferTest::Upload({"file.txt", "to nowhere"});
+  Upload({"file.txt", "to nowhere"});
   EXPECT_EQ(TreeOf(Remote()), arrived);
   EXPECT_THAT(Messages(), Contains("ファイル一覧をアップロードできません"));
 }
@@ -344,7 +323,7 @@ TEST_P(Cycles, EndWhereAPathDoes) {
   for (const std::string& file : {std::string("a.txt"), tooLong}) WriteFile(from + file, "a");
   std::filesystem::create_directory_symlink(".", from + link);
   StartConnected();
-  isDown ? TransferTest::Download({"d"}) : TransferTest::Upload({"d"});
+  Transfer(isDown, {"d"});
   long deepest = 0;
   for (const auto& [path, content] : TreeOf(to)) {
     EXPECT_THAT(path, testing::MatchesRegex("(l+/)*(a.txt)?"));
@@ -368,7 +347,7 @@ TEST_F(Trees, AConnectionLostInAFileCostsNoFile) {
   MakeRemote("d/once.bin", RandomBytes(2 * 1024 * 1024));
   MakeRemote("d/a.txt", "a");
   StartConnected();
-  TransferTest::Download({"d"});
+  Download({"d"});
   EXPECT_EQ(TreeOf(Local("d")), TreeOf(Remote("d")));
 }
 

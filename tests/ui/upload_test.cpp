@@ -4,7 +4,6 @@
 namespace {
 
 using testing::Contains;
-using testing::HasSubstr;
 
 class Upload : public TransferTest {};
 

@@ -21,10 +21,6 @@ class Watch : public WindowTest {
   void WaitUntilArmed() {
     EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bReconnectArmed; }));
   }
-  size_t Count(const std::string& message) {
-    const Texts all = Messages();
-    return static_cast<size_t>(std::count(all.begin(), all.end(), message));
-  }
   int Port() const { return std::stoi(server->Address().substr(server->Address().find(':') + 1)); }
 
  private:
@@ -36,7 +32,7 @@ TEST_F(Watch, ReconnectsAfterTheSessionWasCut) {
   Open(kRemoteList, "資料");
   WaitUntilArmed();
   Main().remotePane.Ftp.CloseSocket();
-  EXPECT_TRUE(ui::WaitUntil([&] { return Count("サイトに再接続中（現在：1、全体：5）") == 1; }));
+  EXPECT_TRUE(ui::WaitUntil([&] { return history.Count("サイトに再接続中（現在：1、全体：5）") == 1; }));
   EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bConnected && !ui::ModalWindow(); }));
   EXPECT_THAT(Messages(), Contains("サーバーの接続がタイムアウトしました。"));
   EXPECT_THAT(StatusBar(), HasSubstr("接続中"));
@@ -44,7 +40,7 @@ TEST_F(Watch, ReconnectsAfterTheSessionWasCut) {
   WaitUntilArmed();
   ui::Pump(3 * kShortMs);
   Main().remotePane.Ftp.CloseSocket();
-  EXPECT_TRUE(ui::WaitUntil([&] { return Count("サイトに再接続中（現在：1、全体：5）") == 2; }));
+  EXPECT_TRUE(ui::WaitUntil([&] { return history.Count("サイトに再接続中（現在：1、全体：5）") == 2; }));
   EXPECT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bConnected && !ui::ModalWindow(); }));
 }
 
@@ -75,9 +71,9 @@ TEST_F(Watch, GivesUpAfterFiveTries) {
   user.start(20);
   EXPECT_TRUE(ui::WaitUntil([&] { return cancelled == 5 && !ui::ModalWindow(); }, 60000));
   ui::Pump(6 * kShortMs);
-  EXPECT_EQ(Count("サイトに再接続中（現在：5、全体：5）"), 1u);
+  EXPECT_EQ(history.Count("サイトに再接続中（現在：5、全体：5）"), 1u);
   // The last one arms the watch once more, which then finds that it has tried enough.
-  EXPECT_EQ(Count("以下のサイトに再接続開始まで10秒。"), 5u);
+  EXPECT_EQ(history.Count("以下のサイトに再接続開始まで10秒。"), 5u);
   EXPECT_FALSE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "silence";
   EXPECT_EQ(cancelled, 5);
   EXPECT_THAT(Messages(), Not(Contains(HasSubstr("現在：6"))));
@@ -128,14 +124,6 @@ TEST_F(Watch, NoCommandConnectsByItself) {
     EXPECT_EQ(PathOf(kRemotePath), "") << command << ": the next connection would begin there";
   }
   EXPECT_EQ(history.Commands().size(), commands);
-}
-
-TEST_F(Watch, SleepStopsTheRunningTransferAndNothingElse) {
-  StartConnected();
-  Main().Command(kCommandSuspend, 0);
-  EXPECT_TRUE(LFtpList::bPowerSuspendStandBy);
-  Main().Command(kCommandResume, 0);
-  EXPECT_FALSE(LFtpList::bPowerSuspendStandBy);
 }
 
 }  // namespace

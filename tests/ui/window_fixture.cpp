@@ -95,6 +95,7 @@ std::string WindowTest::RandomBytes(size_t size) {
 // The program
 
 void WindowTest::OpenProgram() {
+  Put("Settings/CurrentRunHadUpload", "");  // What tells the end of the start, also of a second one.
   delegate = std::make_unique<LAppDelegate>();
   ASSERT_TRUE(delegate->WillFinishLaunching());
   delegate->DidFinishLaunching();
