@@ -81,18 +81,14 @@ TEST_F(Keyboard, ArrowsMoveAndSpaceOrShiftSelect) {
   EXPECT_EQ(Main().LVGetSelCount(kLocalList), 3);
 }
 
-TEST_F(Keyboard, TheDividerMovesByArrows) {
-  StartProgram();
+TEST_F(Keyboard, ArrowsMoveTheDividerAndSpacePressesAButton) {
+  StartConnected({"a.txt"});
   Focus(kDivider);
   const int before = platform::ControlGetPlace(Window(), kDivider).y;
   Key(Qt::Key_Up);
   EXPECT_EQ(platform::ControlGetPlace(Window(), kDivider).y, before - 16);
   Key(Qt::Key_Down);
   EXPECT_EQ(platform::ControlGetPlace(Window(), kDivider).y, before);
-}
-
-TEST_F(Keyboard, ReturnPressesTheButtonThatHasTheFocus) {
-  StartConnected({"a.txt"});
   Select(kRemoteList, {"a.txt"});
   Focus(kDownloadButton);
   Key(Qt::Key_Space);

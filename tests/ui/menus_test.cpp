@@ -161,23 +161,18 @@ TEST_F(Menus, FollowTheConnectionAndTheSelections) {
   EXPECT_TRUE(Window()->menuItems.value(6001)->isChecked());
 }
 
-TEST_F(Menus, TheFilterItemShowsTheRowsAndChangesItsText) {
+TEST_F(Menus, TheItemsOfFiltersAndToolBarChangeTheirTextAndAreKept) {
   StartProgram();
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"ツール", "フィルタを表示 "}));
   EXPECT_TRUE(platform::ControlIsShown(Window(), kLocalFilter));
   EXPECT_TRUE(platform::ControlIsShown(Window(), kRemoteFilterApply));
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"ツール", "フィルタを隠す "}));
   EXPECT_FALSE(platform::ControlIsShown(Window(), kLocalFilter));
-  CloseProgram();
-  EXPECT_EQ(Setting("FiltersOn"), "0");
-}
-
-TEST_F(Menus, TheToolBarItemHidesTheBarAndIsKept) {
-  StartProgram();
   const int before = platform::ControlGetPlace(Window(), kLocalPath).y;
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"ヘルプ", "ツールバー隠す"}));
   EXPECT_LT(platform::ControlGetPlace(Window(), kLocalPath).y, before);
   CloseProgram();
+  EXPECT_EQ(Setting("FiltersOn"), "0");
   StartProgram();
   EXPECT_FALSE(Window()->mainToolBar->isVisible());
   EXPECT_TRUE(ui::ChooseFromMenuBar(Window(), {"ヘルプ", "ツールバー表示"}));

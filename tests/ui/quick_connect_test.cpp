@@ -124,20 +124,15 @@ TEST_F(QuickConnect, RefusalsKeepTheDialogOpen) {
 TEST_F(QuickConnect, AnOpenConnectionIsLeftOnlyWhenTheUserAgrees) {
   StartConnected();
   const std::string question = std::string(kSite) + "にannaとして接続されています。\n切断してもよろしいですか？";
-  alerts.Expect(question, "キャンセル");
-  OpenQuick([&](platform::Window* dialog) {
-    FillServer(dialog);
-    Press(dialog, kCommandOk);
-  });
-  EXPECT_EQ(Setting("Current"), kSite);
-  EXPECT_TRUE(Main().remotePane.bConnected);
-  alerts.Expect(question, "切断");
-  OpenQuick([&](platform::Window* dialog) {
-    FillServer(dialog);
-    Press(dialog, kCommandOk);
-  });
-  EXPECT_EQ(Setting("Current"), "クイック接続");
-  EXPECT_TRUE(Main().remotePane.bConnected);
+  for (const auto& [answer, current] : {std::pair("キャンセル", kSite), {"切断", "クイック接続"}}) {
+    alerts.Expect(question, answer);
+    OpenQuick([&](platform::Window* dialog) {
+      FillServer(dialog);
+      Press(dialog, kCommandOk);
+    });
+    EXPECT_EQ(Setting("Current"), current);
+    EXPECT_TRUE(Main().remotePane.bConnected);
+  }
 }
 
 TEST_F(QuickConnect, AnonymousStartsInTheFolderOfThePathBox) {

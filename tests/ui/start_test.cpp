@@ -13,9 +13,15 @@ using testing::Not;
 constexpr unsigned kPlainColor = 0xF0F0F0;
 constexpr unsigned kErrorColor = 0xF62850;
 
-class Start : public WindowTest {};
+class Start : public WindowTest {
+ protected:
+  static void ExpectNoCurrentSite() {
+    for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
+  }
+};
 
-TEST_F(Start, WithoutASiteSaysWhatToDo) {
+TEST_F(Start, WithoutASiteSaysWhatToDoAndOnlyTheLocalPaneIsOn) {
+  WriteFile(Documents() + "/手紙.txt", "x");
   StartProgram();
   EXPECT_EQ(Messages(), (Texts{"Orvane FTPファイル転送ソフト 実行", "接続ボタンをクリックしてサイトに接続する"}));
   EXPECT_TRUE(ui::LogShows(Window(), kHistory, "\t接続ボタンをクリックしてサイトに接続する"));
@@ -25,14 +31,9 @@ TEST_F(Start, WithoutASiteSaysWhatToDo) {
   EXPECT_THAT(Names(kRemoteList), IsEmpty());
   EXPECT_EQ(PathOf(kLocalPath), Documents());
   EXPECT_EQ(AccountsNumSites(), 0);
-  EXPECT_EQ(Setting("Current"), kAbsent);
+  ExpectNoCurrentSite();
   EXPECT_EQ(Setting("FirstRun"), "1");
   EXPECT_EQ(Setting("DragSource"), "local");
-}
-
-TEST_F(Start, WithoutAConnectionOnlyTheLocalPaneIsOn) {
-  WriteFile(Documents() + "/手紙.txt", "x");
-  StartProgram();
   for (const int off : {kRemotePath, kUploadButton, kDownloadButton, kSynchroniseButton})
     EXPECT_FALSE(IsEnabled(off)) << off;
   for (const int on : {kLocalPath, kLocalGo, kLocalList, kRemoteList, kRemoteGo}) EXPECT_TRUE(IsEnabled(on)) << on;
@@ -40,6 +41,8 @@ TEST_F(Start, WithoutAConnectionOnlyTheLocalPaneIsOn) {
   EXPECT_THAT(EnabledTools(kLocalTools), ElementsAre(kCommandLocalRename, kCommandLocalNewFolder, kCommandLocalDelete,
                                                      kCommandLocalRefresh, kCommandLocalUp));
   EXPECT_THAT(EnabledTools(platform::kMainToolBar), Not(testing::Contains(kCommandDisconnect)));
+  LOGERROR("だめ");
+  EXPECT_EQ(HistoryColor(), kErrorColor);
 }
 
 TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
@@ -86,7 +89,7 @@ TEST_F(Start, ADisconnectClearsTheRemotePaneAndForgetsTheSite) {
   EXPECT_FALSE(IsEnabled(kRemotePath));
   EXPECT_THAT(StatusBar(), HasSubstr("FTPサイトに接続されていません"));
   EXPECT_EQ(Messages().back(), "サーバーから切断されました。");
-  for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
+  ExpectNoCurrentSite();
 }
 
 TEST_F(Start, ClosingKeepsTheSiteOfAnOpenConnection) {
@@ -102,7 +105,7 @@ TEST_F(Start, ClosingWithoutAConnectionForgetsTheSite) {
   KeepSite("127.0.0.1:1");
   OpenProgram();  // Closed before the first connection.
   EXPECT_EQ(CloseProgram(), 0);
-  for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
+  ExpectNoCurrentSite();
 }
 
 TEST_F(Start, ASiteThatWasDeletedIsForgotten) {
@@ -110,15 +113,8 @@ TEST_F(Start, ASiteThatWasDeletedIsForgotten) {
   Put("Settings/CurrentServer", "");
   Put("Settings/CurrentUser", "anna");
   StartProgram();
-  for (const char* key : {"Current", "CurrentServer", "CurrentUser"}) EXPECT_EQ(Setting(key), kAbsent) << key;
+  ExpectNoCurrentSite();
   EXPECT_EQ(Messages().back(), "接続ボタンをクリックしてサイトに接続する");
-}
-
-TEST_F(Start, AnErrorTurnsTheHistoryRed) {
-  StartConnected();
-  EXPECT_NE(HistoryColor(), kErrorColor);
-  LOGERROR("だめ");
-  EXPECT_EQ(HistoryColor(), kErrorColor);
 }
 
 TEST_F(Start, SizePlaceAndDividerComeBack) {
