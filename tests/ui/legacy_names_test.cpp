@@ -35,12 +35,6 @@ class LegacyNames : public TransferTest {
   std::string ShownPath(int control) {
     return Window()->ControlAs<platform::ComboControl>(control)->currentText().toStdString();
   }
-  /// The commands of this kind that went out.
-  Texts Sent(const std::string& word) {
-    Texts sent = history.Commands();
-    std::erase_if(sent, [&](const std::string& one) { return one.rfind(word, 0) != 0; });
-    return sent;
-  }
 };
 
 TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
@@ -57,7 +51,7 @@ TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
   EXPECT_EQ(ContentOf(Local(kTest)), kTest);
   EXPECT_EQ(ContentOf(Local(kEucJp)), kEucJp);
   EXPECT_THAT(Shown(kLocalList), testing::UnorderedElementsAre("テスト.txt", "日本.txt"));
-  EXPECT_THAT(Sent("RETR"), testing::UnorderedElementsAre(HasSubstr(kTest), HasSubstr(kEucJp)));
+  EXPECT_THAT(NewCommands({"RETR"}), testing::UnorderedElementsAre(HasSubstr(kTest), HasSubstr(kEucJp)));
   EXPECT_TRUE(ui::LogShows(Window(), kHistory, "コマンド: RETR /資料/テスト.txt\n"));
   SaveScreen(Window(), "legacy-names");
   for (const auto& [list, filter] : {std::pair(kLocalList, kLocalFilter), {kRemoteList, kRemoteFilter}}) {
@@ -68,15 +62,15 @@ TEST_F(LegacyNames, TheServerGetsTheBytesItGave) {
   }
 
   RenameTo(kRemoteList, kTest, "テスト.txt");
-  EXPECT_THAT(Sent("RNFR"), IsEmpty()) << "what is shown was left as it is";
+  EXPECT_THAT(NewCommands({"RNFR"}), IsEmpty()) << "what is shown was left as it is";
   RenameTo(kRemoteList, kTest, "試験.txt");
-  EXPECT_THAT(Sent("RN"), ElementsAre(std::string("RNFR ") + kTest, "RNTO 試験.txt"));
+  EXPECT_THAT(NewCommands({"RN"}), ElementsAre(std::string("RNFR ") + kTest, "RNTO 試験.txt"));
   EXPECT_TRUE(Exists(Remote(FOLDER "/試験.txt")));
 
   Select(kRemoteList, {kTable});
   alerts.Expect("選択したファイル：\n\"表 1.txt\"を削除してよろしいですか？", "削除");
   EXPECT_TRUE(Choose(kRemoteList, "削除"));
-  EXPECT_THAT(Sent("DELE"), ElementsAre(std::string("DELE ") + kTable));
+  EXPECT_THAT(NewCommands({"DELE"}), ElementsAre(std::string("DELE ") + kTable));
   EXPECT_FALSE(Exists(Remote(std::string(FOLDER "/") + kTable)));
 }
 
@@ -88,7 +82,7 @@ TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
   Open(kRemoteList, kFolder);
   EXPECT_TRUE(ui::TypeAndReturn(Window(), kRemotePath, "/資料/下"));
   EXPECT_EQ(PathOf(kRemotePath), "/" FOLDER "/下");
-  EXPECT_THAT(Sent("CWD"), Contains("CWD /" FOLDER "/下"));
+  EXPECT_THAT(NewCommands({"CWD"}), Contains("CWD /" FOLDER "/下"));
   EXPECT_TRUE(ui::TypeAndReturn(Window(), kRemotePath, "/資料"));
   EXPECT_EQ(SiteField("RecentRemoteDirectory"), "/" FOLDER);
   PressTool(kRemoteTools, kCommandRemoteUp);
@@ -111,7 +105,7 @@ TEST_F(LegacyNames, APathIsGoneToByItsBytes) {
   Press(kLocalGo);
   EXPECT_THAT(Shown(kLocalList), ElementsAre("表 1.txt"));
   Upload({kTable});
-  EXPECT_THAT(Sent("STOR"), ElementsAre(std::string("STOR ") + kTable));
+  EXPECT_THAT(NewCommands({"STOR"}), ElementsAre(std::string("STOR ") + kTable));
   EXPECT_THAT(Shown(kRemoteList), Contains("表 1.txt"));
   RenameTo(kLocalList, kTable, "表.txt");
   EXPECT_TRUE(Exists(Local(FOLDER "/表.txt")));

@@ -93,16 +93,8 @@ std::vector<Reentry::Job> Reentry::Jobs() {
   return {
       {"refresh", [this] { Tool(kCommandRemoteRefresh); }},
       {"enter", [this] { ui::DoubleClickRow(Window(), kRemoteList, "far"); }},
-      {"download",
-       [this] {
-         Select(kRemoteList, {"far"});
-         ui::Press(Window(), kDownloadButton);
-       }},
-      {"upload",
-       [this] {
-         Select(kLocalList, {"near"});
-         ui::Press(Window(), kUploadButton);
-       }},
+      {"download", [this] { Download({"far"}); }},
+      {"upload", [this] { Upload({"near"}); }},
       {"delete",
        [this] {
          Select(kRemoteList, {"far"});
