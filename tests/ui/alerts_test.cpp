@@ -21,18 +21,14 @@ TEST_F(Alerts, EachButtonHasItsNumber) {
     alerts.Expect("保存しますか？", row.press);
     EXPECT_EQ(Alert::DisplayYesNoCancel(&Main(), "保存しますか？", "題", "はい", "いいえ", "キャンセル"), row.result);
   }
-  alerts.Expect("消しますか？", "消す");
-  EXPECT_TRUE(Alert::DisplayOkCancel(&Main(), "消しますか？", "題", "消す", "やめる"));
-  alerts.Expect("消しますか？", "やめる");
-  EXPECT_FALSE(Alert::DisplayOkCancelDefaultCancel(&Main(), "消しますか？", "題", "消す", "やめる"));
-  alerts.Expect("消しますか？", "消す");
-  EXPECT_TRUE(Alert::DisplayOkCancelDefaultCancel(&Main(), "消しますか？", "題", "消す", "やめる"));
-}
-
-TEST_F(Alerts, DismissedCountsAsTheSecondButton) {
+  for (const bool agrees : {true, false}) {
+    for (int i = 0; i < 2; ++i) alerts.Expect("消しますか？", agrees ? "消す" : "やめる");
+    EXPECT_EQ(Alert::DisplayOkCancel(&Main(), "消しますか？", "題", "消す", "やめる"), agrees);
+    EXPECT_EQ(Alert::DisplayOkCancelDefaultCancel(&Main(), "消しますか？", "題", "消す", "やめる"), agrees);
+  }
   alerts.Hold(true);
   const Meanwhile dismiss([] { return platform::AlertIsOpen(); }, [] { platform::AlertDismiss(); });
-  EXPECT_EQ(Alert::DisplayYesNoCancel(&Main(), "?", "題", "はい", "いいえ", "キャンセル"), 2);
+  EXPECT_EQ(Alert::DisplayYesNoCancel(&Main(), "?", "題", "はい", "いいえ", "キャンセル"), 2) << "dismissed";
   alerts.Hold(false);
 }
 

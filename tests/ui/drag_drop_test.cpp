@@ -54,13 +54,14 @@ class DragDrop : public TransferTest {
 
   platform::ListControl* List() { return Window()->List(kRemoteList); }
   QWidget* Rows() { return List()->viewport(); }
-  QPoint PlaceOf(const char* name) {
-    return List()->visualRect(List()->model()->index(Main().LVFindString(kRemoteList, name), 0)).center();
+  QRect RowOf(const char* name) {
+    return List()->visualRect(List()->model()->index(Main().LVFindString(kRemoteList, name), 0));
   }
+  QPoint PlaceOf(const char* name) { return RowOf(name).center(); }
   bool IsMarkedUnder(const char* name) {
-    const QRect row = List()->visualRect(List()->model()->index(Main().LVFindString(kRemoteList, name), 0));
     const QImage picture = Rows()->grab().toImage();
-    return picture.pixel(picture.width() - 3, row.bottom()) == List()->palette().color(QPalette::Highlight).rgb();
+    return picture.pixel(picture.width() - 3, RowOf(name).bottom()) ==
+           List()->palette().color(QPalette::Highlight).rgb();
   }
   /// Of those that change something or go somewhere, what was sent since the last call.
   Texts NewSteps() { return NewCommands({"CWD ", "MKD ", "MLST ", "STOR ", "RNFR ", "RNTO ", "LIST"}); }

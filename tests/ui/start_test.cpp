@@ -45,9 +45,9 @@ TEST_F(Start, WithoutASiteSaysWhatToDoAndOnlyTheLocalPaneIsOn) {
   EXPECT_EQ(HistoryColor(), kErrorColor);
 }
 
-TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
-  MakeRemote("資料/会議.txt", "x");
-  MakeRemote("お知らせ.txt", "こんにちは");
+TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecondAndTheRemotePaneIsOn) {
+  for (const char* name : {"資料/会議.txt", "お知らせ.txt"}) MakeRemote(name, "x");
+  MakeLocal("b.txt", "x");
   Serve();
   OpenProgram();
   EXPECT_FALSE(Main().remotePane.bConnected);
@@ -66,15 +66,12 @@ TEST_F(Start, ConnectsToTheCurrentSiteAfterATenthOfASecond) {
               testing::IsSupersetOf({"サーバーに接続しています：" + server->Address(), std::string("接続済み")}));
   EXPECT_TRUE(ui::LogShows(Window(), kHistory, "\tコマンド: PWD\n"));
   EXPECT_FALSE(Main().remotePane.bReconnectArmed);
-}
 
-TEST_F(Start, WithAConnectionTheRemotePaneIsOn) {
-  StartConnected({"a.txt"}, {"b.txt"});
   for (const int on : {kRemotePath, kRemoteGo}) EXPECT_TRUE(IsEnabled(on)) << on;
   EXPECT_THAT(EnabledTools(kRemoteTools), ElementsAre(kCommandRemoteNewFolder, kCommandRemoteRefresh));
   EXPECT_THAT(EnabledTools(platform::kMainToolBar), testing::Contains(kCommandDisconnect));
   EXPECT_FALSE(IsEnabled(kDownloadButton));
-  Select(kRemoteList, {"a.txt"});
+  Select(kRemoteList, {"お知らせ.txt"});
   EXPECT_TRUE(IsEnabled(kDownloadButton));
   EXPECT_TRUE(IsEnabled(kUploadButton)) << "the local list starts on its first row";
   platform::ListSelectAll(Window(), kLocalList, false);
@@ -117,7 +114,7 @@ TEST_F(Start, ASiteThatWasDeletedIsForgotten) {
   EXPECT_EQ(Messages().back(), "接続ボタンをクリックしてサイトに接続する");
 }
 
-TEST_F(Start, SizePlaceAndDividerComeBack) {
+TEST_F(Start, SizePlaceAndDividerComeBackAndTheDividerHasItsBounds) {
   StartProgram();
   const platform::Rect chosen = {31, 17, 1011, 655};
   platform::WindowSetFrame(Window(), chosen);
@@ -135,25 +132,18 @@ TEST_F(Start, SizePlaceAndDividerComeBack) {
   EXPECT_EQ(frame.width, chosen.width);
   EXPECT_EQ(frame.height, chosen.height);
   EXPECT_EQ(platform::ControlGetPlace(Window(), kDivider).y, before - 40);
+  DragDivider(-2000);
+  const platform::Rect highest = platform::ControlGetPlace(Window(), kRemoteList);
+  EXPECT_EQ(highest.y + highest.height, 180);
   DragDivider(2000);
+  int width = 0, height = 0;
+  platform::WindowGetClientSize(Window(), width, height);
+  const platform::Rect lowest = platform::ControlGetPlace(Window(), kRemoteList);
+  EXPECT_LE(lowest.y + lowest.height, height - platform::StatusBarHeight(Window()));
   const int bottom = platform::ControlGetPlace(Window(), kDivider).y;
   EXPECT_EQ(CloseProgram(), 0);
   StartProgram();
   EXPECT_EQ(platform::ControlGetPlace(Window(), kDivider).y, bottom);
-}
-
-TEST_F(Start, TheDividerStaysBetweenItsBounds) {
-  StartProgram();
-  platform::WindowSetFrame(Window(), {0, 0, 1000, 580});
-  ui::Pump(20);
-  DragDivider(-2000);
-  const platform::Rect top = platform::ControlGetPlace(Window(), kRemoteList);
-  EXPECT_EQ(top.y + top.height, 180);
-  DragDivider(2000);
-  int width = 0, height = 0;
-  platform::WindowGetClientSize(Window(), width, height);
-  const platform::Rect bottom = platform::ControlGetPlace(Window(), kRemoteList);
-  EXPECT_LE(bottom.y + bottom.height, height - platform::StatusBarHeight(Window()));
 }
 
 }  // namespace
