@@ -107,11 +107,9 @@ TEST_F(Clipboard, FilesOfOtherProgramsArePastedWithoutTheWarningOfTheFilter) {
 }
 
 TEST_F(Clipboard, NothingIsCopiedOrPastedWithoutAConnectionOrAPlaceForTheCopies) {
-  MakeLocal("a.txt", "x");
-  MakeRemote("b.txt", "x");
   const std::string before = "file://" + Local("a.txt") + "\r\n";
   PutFiles(kAddresses, before);
-  StartConnected();
+  StartConnected({"b.txt"}, {"a.txt"});
   Select(kRemoteList, {"b.txt"});
   WriteFile(copies, "no folder");
   Choose("コピー");

@@ -202,10 +202,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 /// The walk through a folder ends in it: the file behind it is looked for where it would go.
 TEST_F(Trees, AFileBehindAFolderIsAskedAboutToo) {
-  MakeLocal("d/x.txt", "x");
   MakeLocal("e.txt", "new");
   MakeRemote("e.txt", "old");
-  StartConnected();
+  StartConnected({}, {"d/x.txt"});
   alerts.Expect("e.txt\" 既にリモートフォルダに存在します。", "スキップ");
   Upload({"d", "e.txt"});
   EXPECT_EQ(ContentOf(Remote("d/x.txt")), "x");
