@@ -145,22 +145,18 @@ TEST_F(SiteManager, PropertiesOfAFurtherRowTakeTheLabelOfTheFirst) {
   KeepRecord("会社", kNowhere, "anna");
   KeepRecord("会社", kNowhere, "ben", "1");
   StartProgram();
-  Steps steps;
-  steps
-      .In(kManager,
-          [&](platform::Window* dialog) {
-            SelectRow(dialog, 1);
-            Press(dialog, Dlg::kProperties);
-          })
-      .In(kSheet,
-          [&](platform::Window* sheet) {
-            EXPECT_EQ(ui::Text(General(sheet), LSPGeneralPage::kUser), "ben");
-            EXPECT_EQ(ui::Text(Advanced(sheet), LSPAdvancedPage::kLabel), "会社");
-            EXPECT_EQ(ui::Text(ui::Page(sheet, 1), LSPAdvancedPage::kRemoteStart), "/pub");
-            Press(sheet, kCommandCancel);
-          })
-      .In(kManager, [&](platform::Window* dialog) { Press(dialog, kCommandCancel); });
-  PressTool(platform::kMainToolBar, kCommandSites);
+  Steps sheet;
+  OpenManager([&](platform::Window* dialog) {
+    SelectRow(dialog, 1);
+    sheet.In(kSheet, [&](platform::Window* properties) {
+      EXPECT_EQ(ui::Text(General(properties), LSPGeneralPage::kUser), "ben");
+      EXPECT_EQ(ui::Text(Advanced(properties), LSPAdvancedPage::kLabel), "会社");
+      EXPECT_EQ(ui::Text(ui::Page(properties, 1), LSPAdvancedPage::kRemoteStart), "/pub");
+      Press(properties, kCommandCancel);
+    });
+    Press(dialog, Dlg::kProperties);
+    Press(dialog, kCommandCancel);
+  });
 }
 
 TEST_F(SiteManager, DeletesTheSelectionButNotTheConnectedSite) {
