@@ -258,7 +258,8 @@ TEST_F(Menus, TheWindowHidesAndComesBack) {
   EXPECT_TRUE(Main().remotePane.bConnected) << "hiding is no end";
   Main().Reopen();
   EXPECT_TRUE(platform::WindowIsVisible(Window()));
-  ui::Key(Window(), Qt::Key_W, Qt::ControlModifier);
+  Main().Command(kCommandHideWindow, 0);
+  EXPECT_FALSE(platform::WindowIsVisible(Window()));
   EXPECT_EQ(CloseProgram(), 0) << "it ends though it is hidden";
 }
 
