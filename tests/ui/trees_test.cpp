@@ -4,6 +4,7 @@
 #include <map>
 #include <sys/stat.h>
 
+#include "support/environment.h"
 #include "ui/transfer_fixture.h"
 
 namespace {
@@ -276,6 +277,18 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
 INSTANTIATE_TEST_SUITE_P(Trees, Answers,
                          testing::Values(Answer{"上書きする", 0, 3, 3}, Answer{"上書きする", 1, 3, 1},
                                          Answer{"スキップ", 0, 0, 3}, Answer{"スキップ", 1, 0, 3}));
+
+/// A server tells its system when a date is looked for.
+TEST_F(Trees, FoldersGoUpWithTheSeparatorOfTheServer) {
+  const Environment windows("ORVANE_SYSTEM", "Windows_NT"), lacking("ORVANE_LACKING_COMMANDS", "MDTM MLST MLSD");
+  StartConnected({"a.txt"}, {"d/low/x.txt"});
+  TransferTest::Download({"a.txt"});
+  NewCommands();
+  TransferTest::Upload({"d"});
+  EXPECT_THAT(NewCommands({"MKD "}), ElementsAre("MKD \\d", "MKD \\d\\low"));
+  EXPECT_TRUE(Exists(Remote("d/low/x.txt")));
+  ExpectUsable();
+}
 
 struct Naming {
   const char* name;
