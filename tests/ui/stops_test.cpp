@@ -355,6 +355,26 @@ TEST_P(Sleep, ThatTheServerDoesNotForgiveEndsTheRun) {
   ExpectUsable();
 }
 
+TEST_P(Sleep, WithTheServerGoneEndsTheRunAndTheConnection) {
+  MakeFiles(IsDown(), Stage::kTransferring);
+  StartConnected();
+  const auto sleep = SleepIn(Stage::kTransferring);
+  const auto wake = Wake([&] { server->Stop(); });
+  // What is refreshed behind the run asks for the password each time that it does not get on.
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [] {
+    if (platform::Window* login = Dialog("ユーザーログイン")) ui::Press(login, kCommandCancel);
+  });
+  user.start(20);
+  ExpectOverwriting(IsDown());
+  if (!IsDown()) alerts.Expect("サーバーにログインできません。", "続行");  // An upload that fails connects anew.
+  Transfer(IsDown());
+  EXPECT_TRUE(wake->Acted());
+  EXPECT_EQ(Count("サーバーが切断されました"), 1);
+  EXPECT_TRUE(ui::WaitUntil([&] { return !Main().remotePane.bConnected && !ui::ModalWindow(); }));
+  EXPECT_EQ(LFtpList::pCurrentInterface, nullptr);
+}
+
 TEST_P(Sleep, WhoseFolderIsGoneAtTheWakingEndsTheRun) {
   const std::string from = IsDown() ? Remote("base/stall.bin") : Local("stall.bin");
   const std::string to = IsDown() ? Local("stall.bin") : Remote("base/stall.bin");
