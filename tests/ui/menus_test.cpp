@@ -143,11 +143,14 @@ TEST_F(Menus, FollowTheConnectionAndTheSelections) {
   EXPECT_THAT(On("ローカル"), ElementsAre(1009, 2001, 2004));
   EXPECT_THAT(On("リモート"), ElementsAre());
   EXPECT_THAT(On("ツール"), ElementsAre(3001, 3010));
+  EXPECT_THAT(On("ファイル"), ElementsAre(1004, 3001, 3003, 6001, 6998));
 
   ui::ChooseFromNextMenu(kSite);
   PressTool(platform::kMainToolBar, kCommandConnect);
   ASSERT_TRUE(ui::WaitUntil([&] { return Main().remotePane.bConnected && !ui::ModalWindow(); }));
   EXPECT_THAT(On("リモート"), ElementsAre(4005, 4006));
+  EXPECT_THAT(On("ツール"), ElementsAre(1008, 3001, 3009, 3010));
+  EXPECT_THAT(On("ファイル"), ElementsAre(1002, 1004, 3001, 3003, 6001, 6998));
   Select(kRemoteList, {"a.txt"});
   EXPECT_THAT(On("リモート"), ElementsAre(4001, 4002, 4003, 4004, 4005, 4006, 4007));
   Select(kRemoteList, {"a.txt", "b.txt"});

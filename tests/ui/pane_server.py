@@ -5,11 +5,11 @@ Usage: pane_server.py FOLDER USER PASSWORD [CERTIFICATE]
 Prints "port N" when it accepts. A download whose name holds "stall" stops after half a MiB and never ends; one with
 "cut" ends there together with the session, and one with "once" does so the first time only; what is to be done to a
 name that holds "refuse" is refused; a folder that is there and holds "known" is no failure of MKD; an upload to a name
-that holds "lose", or the listing of such a folder, loses the session when it begins. With a certificate (the file holds
-the key too) the logon must be under TLS. It does not know the commands that ORVANE_LACKING_COMMANDS names; where MDTM
-is one of them its listings tell the dates of its own zone, as most servers do. With ORVANE_SERVE_AS_NOBODY set the
-rights of files hold also where root runs it. Names are bytes: what is not UTF-8 comes and goes as it is; a listing
-shows "%2F" as "/". It ends with its parent.
+that holds "lose", or the listing of such a folder, loses the session when it begins. With a certificate (the file
+holds the key too) the logon must be under TLS. It does not know the commands that ORVANE_LACKING_COMMANDS names; where
+MDTM is one of them its listings tell the dates of its own zone, as most servers do. With ORVANE_SYSTEM it is such a
+system, whose separator is the backslash. With ORVANE_SERVE_AS_NOBODY set the rights of files hold also where root runs
+it. Names are bytes: what is not UTF-8 comes and goes as it is; a listing shows "%2F" as "/". It ends with its parent.
 
 While it runs it looks at two files beside the folder: FOLDER.cut holds the number of the command, from now on, at which
 the session is cut in place of an answer, once; while FOLDER.closed is there nobody can log on.
@@ -31,6 +31,8 @@ PR_SET_PDEATHSIG = 1
 NOBODY = 65534
 
 
+# One that has its own separator of names.
+SYSTEM = os.environ.get("ORVANE_SYSTEM")
 SEEN = set()
 
 
@@ -96,7 +98,10 @@ class MoodyHandler(FTPHandler):
         if is_cut_now():
             self.close()
         else:
-            super().pre_process_command(line, cmd, arg)
+            super().pre_process_command(line, cmd, arg.replace("\\", "/") if SYSTEM else arg)
+
+    def ftp_SYST(self, line):
+        return self.respond("215 " + SYSTEM) if SYSTEM else super().ftp_SYST(line)
 
     def ftp_PASS(self, line):
         if os.path.exists(served_folder() + ".closed"):

@@ -321,6 +321,26 @@ TEST_P(Sleep, ThatTheServerDoesNotForgiveEndsTheRun) {
   EXPECT_EQ(history.Count("ファイルのダウンロード完了。"), IsDown() ? kSmallFiles + 2u : 0u);
 }
 
+TEST_P(Sleep, WithTheServerGoneEndsTheRunAndTheConnection) {
+  MakeFiles(IsDown(), Stage::kTransferring);
+  StartConnected();
+  const auto sleep = SleepIn(Stage::kTransferring);
+  const auto wake = Wake([&] { server->Stop(); });
+  // What is refreshed behind the run asks for the password each time that it does not get on.
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [] {
+    if (platform::Window* login = Dialog("ユーザーログイン")) ui::Press(login, kCommandCancel);
+  });
+  user.start(20);
+  ExpectOverwriting(IsDown());
+  if (!IsDown()) alerts.Expect("サーバーにログインできません。", "続行");  // An upload that fails connects anew.
+  Transfer(IsDown(), {"c", "d"});
+  EXPECT_TRUE(wake->Acted());
+  EXPECT_EQ(history.Count("サーバーが切断されました"), 1u);
+  EXPECT_TRUE(ui::WaitUntil([&] { return !Main().remotePane.bConnected && !ui::ModalWindow(); }));
+  EXPECT_EQ(LFtpList::pCurrentInterface, nullptr);
+}
+
 TEST_P(Sleep, WhoseFolderIsGoneAtTheWakingEndsTheRun) {
   const std::string from = IsDown() ? Remote("base/stall.bin") : Local("stall.bin");
   const std::string to = IsDown() ? Local("stall.bin") : Remote("base/stall.bin");

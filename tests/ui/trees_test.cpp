@@ -2,6 +2,7 @@
 // questions on the way, and what links, crafted names and lost connections do to a run.
 #include <map>
 
+#include "support/environment.h"
 #include "ui/transfer_fixture.h"
 #include "ui/tree_files.h"
 
@@ -251,6 +252,17 @@ TEST_P(Answers, ToTheQuestionAboutWhatIsThere) {
 INSTANTIATE_TEST_SUITE_P(Trees, Answers,
                          testing::Values(Answer{"上書きする", 0, 3, 3}, Answer{"上書きする", 1, 3, 1},
                                          Answer{"スキップ", 0, 0, 3}, Answer{"スキップ", 1, 0, 3}));
+
+/// A server tells its system when a date is looked for.
+TEST_F(Trees, FoldersGoUpWithTheSeparatorOfTheServer) {
+  const Environment windows("ORVANE_SYSTEM", "Windows_NT"), lacking("ORVANE_LACKING_COMMANDS", "MDTM MLST MLSD");
+  StartConnected({"a.txt"}, {"d/low/x.txt"});
+  Download({"a.txt"});
+  NewCommands();
+  Upload({"d"});
+  EXPECT_THAT(NewCommands({"MKD "}), ElementsAre("MKD \\d", "MKD \\d\\low"));
+  EXPECT_TRUE(Exists(Remote("d/low/x.txt")));
+}
 
 struct Naming {
   const char* name;

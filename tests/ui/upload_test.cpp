@@ -21,6 +21,15 @@ TEST_F(Upload, SendsTheSelectedFiles) {
   EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch)) << "the watch goes on after a transfer";
 }
 
+TEST_F(Upload, KeepsTheCurrentRowOfTheServersList) {
+  StartConnected({"b.txt", "c.txt"}, {"a.txt"});
+  Select(kRemoteList, {"c.txt"});
+  TransferTest::Upload({"a.txt"});
+  EXPECT_THAT(Names(kRemoteList), testing::ElementsAre("a.txt", "b.txt", "c.txt"));
+  EXPECT_THAT(Selected(kRemoteList), testing::ElementsAre("c.txt"));
+  EXPECT_EQ(CurrentRow(kRemoteList), "c.txt");
+}
+
 TEST_F(Upload, AsksBeforeItOverwritesButNotOverAnEmptyFile) {
   for (const char* name : {"a.txt", "b.txt", "empty.txt"}) MakeLocal(name, "new");
   for (const char* name : {"a.txt", "b.txt"}) MakeRemote(name, "old");
