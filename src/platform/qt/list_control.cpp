@@ -438,8 +438,7 @@ void LabelDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QMo
   const QString typed = static_cast<QLineEdit*>(editor)->text();
   // A name that was left as it is stays the bytes it came as.
   const bool isChanged = typed != index.data(Qt::EditRole).toString();
-  list->NameWasEdited(index.row(),
-                      isChanged ? typed.toUtf8() : index.data(ListModel::kBytesRole).toByteArray());
+  list->NameWasEdited(index.row(), isChanged ? typed.toUtf8() : index.data(ListModel::kBytesRole).toByteArray());
 }
 
 }  // namespace platform
