@@ -31,7 +31,7 @@ void LExplorerFolderControl::RenameOnDisk(const char* from, const char* to) {
 void LExplorerFolderControl::EvLVLabelEditBegin(int row) { pWindow->LVGetString(iControl, row, szOldName); }
 
 void LExplorerFolderControl::EvLVLabelEditFinish(int /*row*/, const char* newName) {
-  char from[kTextSize], to[kTextSize];
+  char from[kTextSize] = "", to[kTextSize];
   const bool fits = PathOfName(newName, to);
   if (szOldName[0]) {
     if (PathOfName(szOldName, from) && fits) RenameOnDisk(from, to);
@@ -41,8 +41,8 @@ void LExplorerFolderControl::EvLVLabelEditFinish(int /*row*/, const char* newNam
     LAlertWithButtonText::DisplayOkError(pWindow, text, "警告", "OK");
   }
   ListView_OpenFolderPath(szFolder);
-  // What the user chooses next is meant for that file.
-  PaneUtils::LVSetCurSelVisible(*pWindow, iControl, newName);
+  // What the user chooses next is meant for that file, whose name may have stayed.
+  PaneUtils::LVSetCurSelVisible(*pWindow, iControl, LFile::TestFileExists(from) ? szOldName : newName);
   szOldName[0] = 0;
 }
 

@@ -67,6 +67,17 @@ INSTANTIATE_TEST_SUITE_P(
              (std::string(std::get<1>(row.param)) == "b.txt" ? "Unchanged" : "Changed") + std::get<2>(row.param).name;
     });
 
+/// A name that is taken stays with its file, and so does what comes next.
+TEST_F(Rename, ThatIsNotDoneLocallyKeepsTheFileSelected) {
+  for (const char* name : {"a.txt", "b.txt"}) MakeLocal(name, name);
+  StartConnected();
+  Begin(kLocalList, "a.txt");
+  Press(kUploadButton);
+  EXPECT_THAT(Selected(kLocalList), testing::ElementsAre("b.txt"));
+  EXPECT_EQ(ContentOf(Remote("b.txt")), "b.txt");
+  EXPECT_FALSE(Exists(Remote("a.txt")));
+}
+
 /// Its commands would come between those of the job.
 TEST_F(Rename, IsDoneBeforeACommandBegins) {
   const struct {
