@@ -3,6 +3,7 @@
 
 #include "app/command_ids.h"
 #include "app/local_pane.h"
+#include "client/remote_paths.h"
 #include "platform/file_io.h"
 #include "support/files.h"
 #include "support/window/alert.h"
@@ -26,11 +27,11 @@ void LExplorerFolderControl::RenameOnDisk(const char* from, const char* to) {
   if (LFile::CopyFile(from, to)) platform::FileUnlink(from);
 }
 
+/// By the end of the editing another row may be selected: a click on it is one way to end it.
+void LExplorerFolderControl::EvLVLabelEditBegin(int row) { pWindow->LVGetString(iControl, row, szOldName); }
+
 void LExplorerFolderControl::EvLVLabelEditFinish(int /*row*/, const char* newName) {
-  const LVSelectedIterator selected(*pWindow, iControl);
-  if (!selected.IsValid()) return;
-  pWindow->LVGetString(iControl, selected.Row(), szOldName);
-  char from[kTextSize], to[kTextSize];
+  char from[kTextSize] = "", to[kTextSize];
   const bool fits = PathOfName(newName, to);
   if (szOldName[0]) {
     if (PathOfName(szOldName, from) && fits) RenameOnDisk(from, to);
@@ -40,6 +41,8 @@ void LExplorerFolderControl::EvLVLabelEditFinish(int /*row*/, const char* newNam
     LAlertWithButtonText::DisplayOkError(pWindow, text, "警告", "OK");
   }
   ListView_OpenFolderPath(szFolder);
+  // What the user chooses next is meant for that file, whose name may have stayed.
+  PaneUtils::LVSetCurSelVisible(*pWindow, iControl, LFile::TestFileExists(from) ? szOldName : newName);
   szOldName[0] = 0;
 }
 

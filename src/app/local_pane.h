@@ -61,7 +61,7 @@ class LExplorerFolderControl : public LListViewSorter, public LListViewLabelEdit
   void GetFiles(LVector<LStringLongTemplate<char>>& files) const;
 
   int LVCompareFunc(LListViewSorter* sorter, const char* a, const char* b) override;
-  void EvLVLabelEditBegin(int /*row*/) override {}
+  void EvLVLabelEditBegin(int row) override;
   void EvLVLabelEditFinish(int row, const char* newName) override;
 
   const char* Folder() const { return szFolder; }

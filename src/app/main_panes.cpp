@@ -161,7 +161,8 @@ void MainDialogCore::CmRemoteDelete() {
 void MainDialogCore::CmRemoteNewFolder() {
   if (!CheckConnection()) return;
   char name[kTextSize];
-  if (NewFolderDlg(pView, name)) remotePane.CmNewFolder(name);
+  // The connection may have gone while the dialog was open.
+  if (NewFolderDlg(pView, name) && remotePane.bConnected) remotePane.CmNewFolder(name);
 }
 
 void MainDialog::CmRemoteDelete() {

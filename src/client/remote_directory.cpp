@@ -131,6 +131,8 @@ bool LFtpList::CmGo(const char* path) {
   SetDirectory(wanted);
   if (!EvDirectoryChanged()) {
     SetDirectory(old);
+    // The tries have left the session where a logon puts it. What the pane shows is there, and its names go by that.
+    (void)Ftp.SetCurrentDirectory(szCurrentDirectory);
     return false;
   }
   LOG("ディレクトリの変更が完了しました： ", wanted);

@@ -261,7 +261,11 @@ void ListSetInsertBar(Window* window, int id, int y);
 void ListTakeDrops(Window* window, int id);
 /// From now on the selected rows can be dragged out, as files that are fetched when they leave the list.
 void ListDragOut(Window* window, int id);
+/// Lets the user edit the name in a row: WindowEvents::OnLabelEditBegin, and OnLabelEditFinish unless it is given up.
 void ListEditLabel(Window* window, int id, int row);
+/// Takes a name that is being edited as it stands; the owner hears of it before this returns. What the user chooses by
+/// the pointer does so by itself, a key that means a command does not.
+void WindowFinishEditing(Window* window);
 void ListSetColumnEditable(Window* window, int id, int column, bool editable);
 void ListShowColumn(Window* window, int id, int column, bool show);
 bool ListIsColumnShown(const Window* window, int id, int column);

@@ -222,6 +222,22 @@ TEST_F(RemoteOperations, ALinkOpensWhatItLeadsTo) {
   EXPECT_THAT(Names(kRemoteList), ElementsAre("inside.txt"));
 }
 
+/// The tries to enter it have left the session where a logon puts it, and there are other files.
+TEST_F(RemoteOperations, AFolderThatCannotBeEnteredLeavesThePaneAndTheSession) {
+  const std::string shown = Remote("sub/x.txt"), other = Remote("x.txt");
+  StartConnected({"sub/refuse/a.txt", "sub/x.txt", "x.txt"});
+  for (const std::string& file : {shown, other}) std::filesystem::permissions(file, std::filesystem::perms(0600));
+  Open(kRemoteList, "sub");
+  Open(kRemoteList, "refuse");
+  EXPECT_EQ(PathOf(kRemotePath), "/sub");
+  EXPECT_THAT(Names(kRemoteList), ElementsAre("refuse", "x.txt"));
+  Permissions({"x.txt"}, {110});
+  EXPECT_NE(std::filesystem::status(shown).permissions(), std::filesystem::perms(0600));
+  EXPECT_EQ(std::filesystem::status(other).permissions(), std::filesystem::perms(0600));
+  EXPECT_THAT(Messages(), Contains("ディレクトリを「/sub/refuse」に変更できません。ディレクトリ上で許可があるか確認して"
+                                   "ください。"));
+}
+
 }  // namespace
 
 #include "remote_operations_test.moc"

@@ -182,7 +182,7 @@ void Key(platform::Window* window, int key, int modifiers) {
   QTest::keyClick(target, static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifier>(modifiers));
 }
 
-bool EditRow(platform::Window* window, int list, const char* text) {
+bool EditRow(platform::Window* window, int list, const char* text, int key) {
   platform::ListControl* control = window->List(list);
   if (!control) return false;
   QLineEdit* field = nullptr;
@@ -198,7 +198,7 @@ bool EditRow(platform::Window* window, int list, const char* text) {
   }
   field->selectAll();
   field->insert(QString::fromUtf8(text));
-  QTest::keyClick(field, Qt::Key_Return);
+  if (key != 0) QTest::keyClick(field, static_cast<Qt::Key>(key));
   Pump(1);
   return true;
 }

@@ -35,10 +35,9 @@ bool ChooseRow(platform::Window* window, int id, int row);
 platform::Window* Page(platform::Window* sheet, int page);
 bool PressTab(platform::Window* sheet, int page);
 void Key(platform::Window* window, int key, int modifiers = 0);
-/// Replaces the text of the field that is open in a row of the list as pasting does, and presses Return; a null text is
-/// Escape instead.
-/// False if none is open.
-bool EditRow(platform::Window* window, int list, const char* text);
+/// Replaces the text of the field that is open in a row of the list as pasting does, and presses the key (Qt::Key), by
+/// itself Return; 0 leaves the field open. A null text is Escape instead. False if none is open.
+bool EditRow(platform::Window* window, int list, const char* text, int key = 0x01000004);
 /// Opens a menu of the menu bar and chooses an item, by their texts. False if it is off or not there.
 bool ChooseFromMenuBar(platform::Window* window, std::initializer_list<const char*> texts);
 /// Chooses the row of an open context menu that holds `text`, as soon as there is one.

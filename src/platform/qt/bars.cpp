@@ -30,14 +30,14 @@ class DropDownButton : public QToolButton {
     initStyleOption(&option);
     const QRect arrow = style()->subControlRect(QStyle::CC_ToolButton, &option, QStyle::SC_ToolButtonMenu, this);
     if (event->button() == Qt::LeftButton && arrow.contains(event->pos())) {
-      owner->Send(dropDown);
+      owner->Choose(dropDown);
       return;
     }
     QToolButton::mousePressEvent(event);
   }
   void keyPressEvent(QKeyEvent* event) override {
     if (event->key() == Qt::Key_Down) {
-      owner->Send(dropDown);
+      owner->Choose(dropDown);
       return;
     }
     QToolButton::keyPressEvent(event);
@@ -54,7 +54,7 @@ QAction* NewAction(Window* window, const ToolBarItem& item, QToolBar* bar) {
   action->setData(item.command);
   action->setToolTip(QString::fromUtf8(item.toolTip ? item.toolTip : item.label));
   const int command = item.command;
-  QObject::connect(action, &QAction::triggered, window, [window, command] { window->Send(command); });
+  QObject::connect(action, &QAction::triggered, window, [window, command] { window->Choose(command); });
   return action;
 }
 

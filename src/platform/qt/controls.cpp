@@ -50,7 +50,7 @@ QWidget* NewButton(Window* window, int id, ControlKind kind, const QString& text
   button->setText(text);
   QObject::connect(button, &QAbstractButton::clicked, window, [window, id] {
     const int bound = window->Bound(id, ControlEvent::kClick);
-    window->Send(bound ? bound : id);
+    window->Choose(bound ? bound : id);
   });
   return button;
 }

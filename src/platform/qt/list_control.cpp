@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "platform/event_loop.h"
 #include "platform/qt/icons.h"
@@ -392,10 +393,40 @@ void ListControl::keyPressEvent(QKeyEvent* event) {
   QTreeView::keyPressEvent(event);
 }
 
+// Names that are edited in a row
+
+/// Tab ends the editing and opens no other field: the name would go to the row of that one.
+void ListControl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const bool wantsNext = hint == QAbstractItemDelegate::EditNextItem || hint == QAbstractItemDelegate::EditPreviousItem;
+  QTreeView::closeEditor(editor, wantsNext ? QAbstractItemDelegate::NoHint : hint);
+}
+
+void ListControl::NameWasEdited(int row, const QByteArray& name) {
+  editedName.emplace(row, name);
+  EventLoopPost([list = QPointer<ListControl>(this)] {
+    if (list) list->TellEditedName();
+  });
+}
+
+void ListControl::TellEditedName() {
+  if (!editedName) return;
+  const auto [row, name] = *std::exchange(editedName, std::nullopt);
+  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(controlId, row, name.constData()); });
+}
+
+void ListControl::FinishEditing() {
+  for (auto* field : viewport()->findChildren<QLineEdit*>()) {
+    if (!field->isVisible()) continue;  // It was closed already, and is on its way out.
+    commitData(field);
+    closeEditor(field, QAbstractItemDelegate::NoHint);
+  }
+  TellEditedName();
+}
+
 // LabelDelegate
 
 QWidget* LabelDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const {
-  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditBegin(list, index.row()); });
+  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditBegin(id, index.row()); });
   return new QLineEdit(parent);
 }
 
@@ -407,12 +438,7 @@ void LabelDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QMo
   const QString typed = static_cast<QLineEdit*>(editor)->text();
   // A name that was left as it is stays the bytes it came as.
   const bool isChanged = typed != index.data(Qt::EditRole).toString();
-  const QByteArray text = isChanged ? typed.toUtf8() : index.data(ListModel::kBytesRole).toByteArray();
-  const int row = index.row();
-  // In a turn of its own: the answer fills the list anew, and the view is still busy with the editor.
-  EventLoopPost([window = QPointer<struct Window>(owner), id = list, row, text] {
-    if (window) window->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(id, row, text.constData()); });
-  });
+  list->NameWasEdited(index.row(), isChanged ? typed.toUtf8() : index.data(ListModel::kBytesRole).toByteArray());
 }
 
 }  // namespace platform

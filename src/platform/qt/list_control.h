@@ -6,6 +6,8 @@
 #include <QList>
 #include <QStyledItemDelegate>
 #include <QTreeView>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/window_system.h"
@@ -70,6 +72,11 @@ class ListControl : public QTreeView {
   /// first one, can spare, and more than the view has; until the user sets a width.
   void ApplyColumnWidths();
   void SortRows();
+  /// Takes a name that is being edited as it stands, as leaving the field does, and tells the owner at once.
+  void FinishEditing();
+  /// The owner hears of the name in a turn of its own: the answer fills the list anew, and the view is still busy with
+  /// the field.
+  void NameWasEdited(int row, const QByteArray& name);
   /// The mark between the rows nearest to `y`; -1 for none.
   void SetInsertBar(int y);
   void AllowDragOut();
@@ -93,6 +100,7 @@ class ListControl : public QTreeView {
   void dragLeaveEvent(QDragLeaveEvent*) override;
   void dropEvent(QDropEvent*) override;
   void startDrag(Qt::DropActions) override;
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
  private:
   void ConnectEvents();
@@ -101,6 +109,7 @@ class ListControl : public QTreeView {
   void EndDragWait();
   QList<QByteArray> FetchDragged();
   void DragOut();
+  void TellEditedName();
 
   struct Window* owner;
   int controlId;
@@ -109,6 +118,7 @@ class ListControl : public QTreeView {
   bool dragWaits = false;        ///< Rows hang on the pointer, which is still in the list.
   QList<QByteArray> readyFiles;  ///< What was fetched for a drag of the selected rows and not dragged; empty for none.
   bool isDraggedOver = false;    ///< The owner was told of a drag that has come in and not left.
+  std::optional<std::pair<int, QByteArray>> editedName;  ///< Row and name that the owner has not heard of yet.
   int insertBarAt = -1;          ///< Where the mark for a drop was asked for; -1 for none.
   std::vector<int> columnNeeds;  ///< Width at which heading and cells are whole. It only grows: columns stand still.
   bool widthsAreUsers = false;   ///< The user has set a width: no more sharing out by the table.
@@ -119,15 +129,16 @@ class ListControl : public QTreeView {
 class LabelDelegate : public QStyledItemDelegate {
   Q_OBJECT
  public:
-  LabelDelegate(struct Window* window, int id, QObject* parent)
-      : QStyledItemDelegate(parent), owner(window), list(id) {}
+  LabelDelegate(struct Window* window, int listId, ListControl* view)
+      : QStyledItemDelegate(view), owner(window), id(listId), list(view) {}
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   void setEditorData(QWidget* editor, const QModelIndex& index) const override;
   void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
 
  private:
   struct Window* owner;
-  int list;
+  int id;
+  ListControl* list;
 };
 
 }  // namespace platform

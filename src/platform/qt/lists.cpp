@@ -160,6 +160,8 @@ void ListEditLabel(Window* window, int id, int row) {
   list->edit(IndexOf(*list, row));
 }
 
+void WindowFinishEditing(Window* window) { window->FinishEditing(); }
+
 void ListSetColumnEditable(Window* window, int id, int column, bool editable) {
   ListControl* list = window->List(id);
   if (!list || column < 0 || column >= list->model()->columnCount()) return;

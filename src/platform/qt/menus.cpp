@@ -24,7 +24,7 @@ QString Escaped(QString text) { return text.replace(QLatin1Char('&'), QLatin1Str
 
 QAction* NewItem(Window* window, QMenu* menu, int id, const QString& text) {
   auto* action = new QAction(text, menu);
-  QObject::connect(action, &QAction::triggered, window, [window, id] { window->Send(id); });
+  QObject::connect(action, &QAction::triggered, window, [window, id] { window->Choose(id); });
   window->menuItems.insert(id, action);
   return action;
 }
@@ -152,7 +152,7 @@ void PopupMenuRun(Window* window, const PopupItem* items, size_t count, int atCo
   if (const QAction* chosen = menu.exec(PlaceOf(window, atControl))) {
     const int id = chosen->data().toInt();
     EventLoopPost([window = QPointer<Window>(window), id] {
-      if (window) window->Send(id);
+      if (window) window->Choose(id);
     });
   }
 }

@@ -80,6 +80,20 @@ void Window::Send(int command, intptr_t value) {
   WithOwner([=](WindowEvents& owner) { owner.OnCommand(command, value); });
 }
 
+void Window::Choose(int command) {
+  const QPointer<Window> self(this);
+  FinishEditing();
+  if (self) Send(command);
+}
+
+void Window::FinishEditing() {
+  const QPointer<Window> self(this);
+  for (QWidget* control : QList<QWidget*>(controls.values())) {
+    if (auto* list = qobject_cast<ListControl*>(control)) list->FinishEditing();
+    if (!self) return;
+  }
+}
+
 void Window::SendBound(int id, ControlEvent event) {
   if (const int command = Bound(id, event)) Send(command);
 }
@@ -114,7 +128,9 @@ void Window::resizeEvent(QResizeEvent*) {
 
 void Window::closeEvent(QCloseEvent* event) {
   event->ignore();
-  if (kind != WindowKind::kProgress) WithOwner([](WindowEvents& owner) { owner.OnCloseRequested(); });
+  const QPointer<Window> self(this);
+  FinishEditing();
+  if (self && kind != WindowKind::kProgress) WithOwner([](WindowEvents& owner) { owner.OnCloseRequested(); });
 }
 
 void Window::keyPressEvent(QKeyEvent* event) {

@@ -27,6 +27,10 @@ struct Window : public QWidget {
 
   /// Hands an event to the owner, which may do anything meanwhile, also give this window back.
   void Send(int command, intptr_t value = 0);
+  /// The same for what the user has chosen, by pointer or key: it begins when a name that is being edited is settled.
+  void Choose(int command);
+  /// A name that is being edited in a list is taken as it stands. The owner may do anything, as in Send.
+  void FinishEditing();
   /// Runs `call` with the owner, under the same care.
   template <typename Call>
   void WithOwner(Call call);

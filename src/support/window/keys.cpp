@@ -67,6 +67,7 @@ bool LKeyHandler::MapKeyToCommand(LMacWindow& window, int key, const LKeyToComma
   const LKeyToCommandMap* row = FindKey(key, table, count);
   if (!row) row = FindKey(AlternativeOf(key), table, count);
   if (!row) return false;
+  if (window.Native()) platform::WindowFinishEditing(window.Native());
   window.Command(row->command, 0);
   return true;
 }
