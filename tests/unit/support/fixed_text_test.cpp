@@ -1,30 +1,16 @@
 // Every operation of the support library that fills a fixed text.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "support/boundary_lengths.h"
 #include "support/containers.h"
-#include "support/file_handles.h"
 #include "support/files.h"
 #include "support/log.h"
 #include "support/log_pane.h"
 #include "support/parsing.h"
-#include "support/scratch_folder.h"
 #include "support/xml.h"
 
 namespace {
 
 using Text = char[kTextSize];
 using std::string;
-
-/// Lets `read` loose on a file that holds `text` and one line more.
-template <typename Reader>
-void ReadLineOf(const ScratchFolder& scratch, const string& text, Text& out) {
-  const int file = open(scratch.Write("lines", text + "\nnext").c_str(), O_RDONLY | O_CLOEXEC);
-  Reader reader(file);
-  EXPECT_TRUE(reader.ReadLine(out, sizeof out));
-  close(file);
-}
 
 TEST(FixedTexts, OfCopyingAndFormatting) {
   ExpectCutAtTheArray({
@@ -84,13 +70,9 @@ TEST(FixedTexts, OfPaths) {
   });
 }
 
-TEST(FixedTexts, OfReadersAndPanes) {
-  const ScratchFolder scratch;
+TEST(FixedTexts, OfParsersAndPanes) {
   using Parser = LStringParserTemplate<char>;
   ExpectCutAtTheArray({
-      {"LReadFileRef", "", "", [&](const string& x, Text& out) { ReadLineOf<LReadFileRef>(scratch, x, out); }},
-      {"LReadFileBuffered", "", "",
-       [&](const string& x, Text& out) { ReadLineOf<LReadFileBuffered>(scratch, x, out); }},
       {"GetToWhiteSpaceAndSkip", "", "",
        [](const string& x, Text& out) { Parser((x + " ").c_str()).GetToWhiteSpaceAndSkip(out); }},
       {"GetToEndOfLineAndSkip", "", "",
