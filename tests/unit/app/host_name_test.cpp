@@ -31,7 +31,6 @@ TEST(HostName, AnAddressIsFilledToFourParts) {
       {"3d.example.com", "3d.com.."},
       {"256.0.0.1", kRefused},
       {"1.2.3.99999999999999999999", kRefused},
-      {"1.2.3.4.999", "1.2.3.4"},
       {"", "..."},
   };
   for (const Row& row : rows) EXPECT_EQ(Scrubbed(ScrubIpV4Address, row.typed), row.kept) << row.typed;
@@ -49,10 +48,8 @@ TEST(HostName, AHostIsCutOutOfWhatStandsAroundIt) {
       {"localhost", kRefused},
       {"", kRefused},
       {".com", kRefused},
-      {"example.", kRefused},
       {"a .b", kRefused},
       {"サーバー.jp", kRefused},
-      {"host.日本", kRefused},
       {"\xE2\x80\xAE"
        "abc",
        kRefused},
