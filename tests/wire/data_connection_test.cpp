@@ -45,23 +45,6 @@ TEST_P(DataConnection, GivesLines) {
   }
 }
 
-TEST_P(DataConnection, GivesTheBeginningOfALineWhenTheRestDoesNotCome) {
-  gFtpTimeouts.listingLineMs = kShortMs;
-  Open().DataPart("half").Delay(1000);
-  Begin();
-  EXPECT_EQ(ReceiveLine(), LProcessResultOk);
-  EXPECT_STREQ(line.Text(), "half");
-  EXPECT_EQ(ReceiveLine(), LProcessResultFailed);
-}
-
-TEST_P(DataConnection, StopsInTheMiddleOfALine) {
-  Open().DataPart("whole\r\nhalf");
-  Begin();
-  EXPECT_EQ(ReceiveLine(), LProcessResultOk);
-  StopWhen([] { return true; });
-  EXPECT_EQ(ReceiveLine(), LProcessResultStopped);
-}
-
 TEST_P(DataConnection, MovesLargePiecesWithFewQuestions) {
   constexpr size_t kSize = 8u << 20;
   for (const bool secure : {false, true}) {

@@ -22,12 +22,6 @@ class HostileServer : public DataTest {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
     StopWhen([end] { return std::chrono::steady_clock::now() > end; });
   }
-  void Restart(bool secure, uint32_t capabilities = 0) {
-    process.OnQuestion(nullptr);
-    process.StopAt(0);
-    session.CloseSocket();
-    BeginAs(secure, capabilities);
-  }
 
   static constexpr long kASecondMs = 1000;
 
@@ -99,7 +93,8 @@ TEST_P(HostileServer, AStopEndsAListingWithoutAnEnd) {
   for (const bool secure : {false, true}) {
     for (const char* endless : {"-rw-r--r-- 1 a b 12 Jan 15 2019 one\r\n", "no line end, ", "\r\n"}) {
       SCOPED_TRACE(endless);
-      Restart(secure);
+      Restart();
+      BeginAs(secure);
       ExpectPassive("A");
       ExpectData("LIST").DataForever(endless);
       StopAfter(300);
@@ -130,7 +125,8 @@ TEST_P(HostileServer, AReplyWithoutAnEndHasAnEnd) {
         for (const bool stopped : {false, true}) {
           SCOPED_TRACE(row.name + std::string(secure ? ", secure" : "") + (multiLine ? ", all lines" : "") +
                        (stopped ? ", stopped" : ""));
-          Restart(secure);
+          Restart();
+          BeginAs(secure);
           server.Expect("STAT").RawForever(row.bytes);
           if (stopped) StopAfter(100);
           LStringListTemplate<char> lines;

@@ -5,9 +5,6 @@
 #include "ftp/proxy_settings.h"
 #include "wire/wire_fixture.h"
 
-constexpr char kLogonRefused[] =
-    "ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。";
-
 enum Security { kPlain, kExplicit, kImplicit };
 
 class LogonTest : public WireTest {

@@ -56,14 +56,6 @@ TEST_P(LogonTls, ImplicitSecuresTheConnectionBeforeTheGreeting) {
   ExpectInStep();
 }
 
-TEST_P(LogonTls, ImplicitMeansNothingOnAPlainSite) {
-  server.Greet("220 Ready");
-  server.Expect("USER anna").Reply("230 In");
-  EXPECT_EQ(ProcessFtpLogOnServer(process, session, server.Address().c_str(), "anna", "secret", false, true),
-            LProcessResultOk);
-  EXPECT_FALSE(session.IsSecure());
-}
-
 TEST_P(LogonTls, ASecondLogonStartsInTheClearAgain) {
   for (int round = 0; round < 2; ++round) {
     server.Greet("220 Ready");
@@ -199,18 +191,6 @@ TEST_P(LogonTls, AHandshakeIsLimitedAndCanBeStopped) {
     EXPECT_EQ(LogOn(security), LProcessResultStopped);
     EXPECT_THAT(messages.Messages(), IsEmpty());
   }
-}
-
-TEST_P(LogonTls, TakesAWholeChainAndTls12AndNothingOlder) {
-  for (const TestCertificate good : {TestCertificate::kTls12, TestCertificate::kWithChain}) {
-    server.UseTls(TestServerContext(good));
-    server.Accept().StartTls().Reply("220 Ready");
-    server.Expect("USER anna").Reply("230 In");
-    EXPECT_EQ(LogOn(kImplicit), LProcessResultOk);
-  }
-  server.UseTls(TestServerContext(TestCertificate::kOldTls));
-  server.Accept().StartTls(false);
-  EXPECT_EQ(LogOn(kImplicit), LProcessResultFailed);
 }
 
 TEST_P(LogonTls, ThroughAProxyIsImplicitOnly) {
