@@ -55,18 +55,6 @@ TEST_P(HostileServer, NamesComeAndGoAsTheyAre) {
   }
 }
 
-TEST_P(HostileServer, NamesEndWhereALineOrABufferEnds) {
-  using namespace std::string_literals;
-  Begin(Session::bHasMlsd);
-  ExpectPassive("A");
-  server.Expect("TYPE A").Reply("200 ok");
-  ExpectData("MLSD")
-      .DataSend("type=file; " + std::string(10000, 'n') + "\r\ntype=file; a\0b\r\ntype=file; c\rd\r\n"s)
-      .Reply("226 Done");
-  EXPECT_EQ(Load(), LProcessResultOk);
-  EXPECT_THAT(Names(), ElementsAre(std::string(kTextSize - 1 - strlen("type=file; "), 'n'), "a", "b", "c", "d"));
-}
-
 TEST_P(HostileServer, PassiveNumbersOutOfRangeLeadNowhere) {
   const char* const replies[] = {"(256,256,256,256,1,1)",
                                  "(300,2,3,4,1,1)",

@@ -121,39 +121,26 @@ struct FailureRow {
   const char* name;
   int type;
   std::vector<std::pair<const char*, const char*>> exchanges;  ///< A null reply is a closed connection.
-  std::string before;  ///< The message around host and port; both empty where a refused logon is told.
-  std::string after;
+  const char* before;  ///< The message around host and port; null where a refused logon is told.
+  const char* after = "からの応答がありません。接続を確認してください。";
 };
 
 TEST_P(LogonProxy, TellsOfEachStepThatFails) {
-  const std::string check = "接続を確認してください。";
+  const char* const unknown = "からの応答が不明です。";
   const FailureRow rows[] = {
-      {"no answer to the proxy's user",
-       1,
-       {{"USER pia", nullptr}},
-       "ユーザー名に対してサーバー",
-       "からの応答がありません。" + check},
-      {"no answer to the proxy's password",
+      {"no answer to the user", 1, {{"USER pia", nullptr}}, "ユーザー名に対してサーバー"},
+      {"no answer to the password",
        4,
        {{"USER pia", "331 x"}, {"PASS proxypass", nullptr}},
-       "パスワードに対してサーバー",
-       "からの応答がありません。" + check},
-      {"the proxy's user refused", 1, {{"USER pia", "530 No"}}, "", ""},
-      {"the proxy's user not understood", 4, {{"USER pia", "500 What"}}, "", ""},
-      {"the proxy's password refused", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "530 No"}}, "", ""},
-      {"the proxy wants an account", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "332 x"}}, "", ""},
-      {"no answer to SITE",
-       1,
-       {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}},
-       "サーバー",
-       "からの応答がありません。" + check},
-      {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", "からの応答が不明です。"},
-      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", "からの応答が不明です。"},
-      {"no answer to the server's user",
-       2,
-       {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}},
-       "サーバー",
-       "からの応答がありません。" + check},
+       "パスワードに対してサーバー"},
+      {"user refused", 1, {{"USER pia", "530 No"}}, nullptr},
+      {"user not understood", 4, {{"USER pia", "500 What"}}, nullptr},
+      {"password refused", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "530 No"}}, nullptr},
+      {"account wanted", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "332 x"}}, nullptr},
+      {"no answer to SITE", 1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}}, "サーバー"},
+      {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", unknown},
+      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", unknown},
+      {"no answer of the server", 2, {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}}, "サーバー"},
   };
   for (const FailureRow& row : rows) {
     SCOPED_TRACE(row.name);
@@ -162,14 +149,10 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
     server.Greet("220 Proxy");
     for (const auto& [command, reply] : row.exchanges) {
       ScriptedServer::Step& step = server.Expect(command);
-      if (reply) {
-        step.Reply(reply);
-      } else {
-        step.Close();
-      }
+      reply ? step.Reply(reply) : step.Close();
     }
     EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-    const std::string expected = row.before.empty() ? kLogonRefused : Message(row.before, row.after);
+    const std::string expected = row.before ? Message(row.before, row.after) : kLogonRefused;
     EXPECT_THAT(messages.Messages(), ElementsAre(expected));
   }
 }

@@ -58,16 +58,6 @@ TEST_P(Replies, EndAtTheFirstLineThatIsNoContinuation) {
   }
 }
 
-TEST_P(Replies, LeaveWhatFollowsForTheNextCommand) {
-  server.Accept().ReplyLines({"230-x", "free text", "230 ok"});
-  ConnectToGreeting();
-  EXPECT_EQ(Wait(), LProcessResultOk);
-  EXPECT_EQ(code, 0);
-  EXPECT_EQ(Wait(), LProcessResultOk);
-  EXPECT_EQ(code, 230);
-  EXPECT_STREQ(text, "ok");
-}
-
 TEST_P(Replies, AreCutAt259Bytes) {
   for (const size_t size : {258u, 259u, 260u, 300u, 10000u}) {
     SCOPED_TRACE(size);
@@ -81,13 +71,6 @@ TEST_P(Replies, AreCutAt259Bytes) {
   }
   // A long continuation is one still when its end has been dropped.
   server.Accept().ReplyLongLine("220-", 300).Reply("220 Ready");
-  ConnectToGreeting();
-  EXPECT_EQ(Wait(), LProcessResultOk);
-  EXPECT_STREQ(text, "Ready");
-}
-
-TEST_P(Replies, ComeInPiecesOverTime) {
-  server.Accept().Raw("22").Delay(40).Raw("0 Re").Delay(40).Raw("ady\r").Delay(40).Raw("\n");
   ConnectToGreeting();
   EXPECT_EQ(Wait(), LProcessResultOk);
   EXPECT_STREQ(text, "Ready");

@@ -24,17 +24,6 @@ TEST_F(Records, WriteTheMarkersBeforeTheField) {
   EXPECT_STREQ(out, "/");
 }
 
-TEST_F(Records, KeepPasswordsAsTheyAre) {
-  const LSharedSettingsRecord record = Open("a/b/");
-  record.SetPassword("Password", "pä ss/\"");
-  EXPECT_EQ(Raw("a/b/Password"), "pä ss/\"");
-  char out[kTextSize];
-  EXPECT_TRUE(record.GetPassword("Password", "", out));
-  EXPECT_STREQ(out, "pä ss/\"");
-  EXPECT_FALSE(record.GetPassword("Other", "default", out));
-  EXPECT_STREQ(out, "default");
-}
-
 TEST_F(Records, TestAndDeleteFieldsUnderTheirPrimaryKey) {
   LSharedSettingsRecord record = Open("a/b/");
   record.SetString("Field", "");

@@ -157,15 +157,6 @@ TEST_F(Settings, MakeTheMarkersOfEachLevel) {
   EXPECT_EQ(All(), (Texts{"a/=kept as it is", "a/A/=A"}));
 }
 
-TEST_F(Settings, TakeTheLastComponentForThePrimaryKey) {
-  const char* const cases[][2] = {{"a/b/c", "c"}, {"a/b/", "b"}, {"a", "a"}, {"/", ""}, {"a//", ""}};
-  for (const auto& row : cases) {
-    char out[kTextSize];
-    _LSettingMakePrimaryKeyFromPath(out, row[0]);
-    EXPECT_STREQ(out, row[1]) << row[0];
-  }
-}
-
 TEST_F(Settings, FindRecordsDirectlyUnderAPath) {
   for (const char* key : {"P/s/", "P/s/field", "P/s/child/", "P/s/child/deep", "P/s//", "P/sx/f", "p/S/Other"}) {
     Put(key, "x");

