@@ -45,34 +45,6 @@ TEST(Parser, ReadsWordsLinesAndUpToAString) {
   }
 }
 
-TEST(FreeReaders, StopWhereTheyShouldAndSayHowFarTheyCame) {
-  const std::string much(260, 'x');
-  struct {
-    const char* text;
-    size_t toLineEnd;
-    size_t toMinus;
-    size_t toArrow;  ///< The first of `-` and `>`.
-  } rows[] = {{"", 0, 0, 0},    {"a > b - c", 9, 6, 2}, {"a\rb-", 1, 3, 3},
-              {"\n-", 0, 1, 1}, {"-x", 2, 0, 0},        {much.c_str(), 260, 260, 260}};
-  for (const auto& row : rows) {
-    const auto expectRead = [&](size_t consumed, const LStringLongTemplate<char>& out, size_t expected) {
-      EXPECT_EQ(consumed, expected) << row.text;
-      EXPECT_EQ(std::string(out.Text()), std::string(row.text, expected));
-    };
-    LStringLongTemplate<char> out("what stood there before");
-    size_t consumed = LParseGetToEndOfLine(row.text, out);
-    expectRead(consumed, out, row.toLineEnd);
-    consumed = LParseGetToCharacter(row.text, '-', out);
-    expectRead(consumed, out, row.toMinus);
-    consumed = LParseGetToCharacters(row.text, "->", out);
-    expectRead(consumed, out, row.toArrow);
-  }
-  LStringLongTemplate<char> written("> ");
-  LStringLongTemplateWriter<char> writer(written);
-  EXPECT_EQ(LParseGetToEndOfLine("line\r\n", writer), 4u);
-  EXPECT_EQ(std::string(written.data, written.length), "> line");
-}
-
 TEST(CommaList, GivesItsItems) {
   struct {
     const char* name;
