@@ -170,9 +170,7 @@ TEST(HostileListing, SizesAndDatesOutOfAllBoundsAreRead) {
       {"size=99999999999999999999999;modify=20210229000000; a", 9223372036854775807},
       {"size=-99999999999999999999999;modify=; a", -9223372036854775807 - 1},
       {"size=;modify=abcdefghijklmn; a", 0},
-      {"size=abc;modify=00000000000000; a", 0},
       {"size=0x10;modify=99999999999999; a", 0},
-      {"size=1;modify=20201332256199; a", 1},
       {"size=1;modify=-1-1-1-1-1-1-1; a", 1},
       {"size=1;modify=20200101000000.999999999999; a", 1},
   };

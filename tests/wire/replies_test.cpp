@@ -31,16 +31,12 @@ const ReplyRow kReplies[] = {
     {"blank lines", "\r\n\n220-a\r\n\r\n220 Ready\r\n", 220, "Ready", "220 Ready"},
     {"a continuation of another code", "220-a\r\n221-b\r\n230 In\r\n", 230, "In", "230 In"},
     {"free text closes the reply", "230-x\r\nfree text\r\n", 0, " text", "free text"},
-    {"line feed alone", "220-a\n220 Ready\n", 220, "Ready", "220 Ready"},
     {"carriage return inside a line", "220-a\r220 Ready\r\n", 220, "Ready", "220 Ready", true},
     {"zero byte inside a line", std::string("220-a") + '\0' + "220 Ready\r\n", 220, "Ready", "220 Ready"},
     {"text behind a carriage return is dropped", "220 Ready\r221 Bye\r\n", 220, "Ready", "220 Ready", true},
     {"code alone", "226\r\n", 226, "", "226"},
-    {"code and blank", "226 \r\n", 226, "", "226"},
-    {"shortest text", "226 x\r\n", 226, "x", "226 x"},
     {"blank in front of the text", "257  \"/\"\r\n", 257, " \"/\"", "257  \"/\""},
     {"too short for a continuation", "22-\r\n", 22, "", "22-"},
-    {"four digits", "2260 x\r\n", 2260, " x", "2260 x"},
     {"bytes of no text", "\xff\xfe\xfd\r\n", 0, "", "\xff\xfe\xfd"},
 };
 

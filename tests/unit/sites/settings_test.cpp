@@ -15,11 +15,9 @@ TEST_F(Settings, JoinSectionAndKeyWithOneSlash) {
   const struct {
     const char *section, *key, *joined;
   } cases[] = {
-      {"Settings", "FtpRetry", "Settings/FtpRetry"},
       {"Settings/", "FtpRetry", "Settings/FtpRetry"},
       {"a/b", "c/", "a/b/c/"},
       {"a//", "b", "a//b"},
-      {"a", "/b", "a//b"},
       {"", "b", "/b"},
       {"a", "", "a/"},
   };

@@ -1,10 +1,6 @@
 // Every operation of the support library that fills a fixed text.
 #include "support/boundary_lengths.h"
-#include "support/containers.h"
 #include "support/files.h"
-#include "support/log.h"
-#include "support/log_pane.h"
-#include "support/parsing.h"
 #include "support/xml.h"
 
 namespace {
@@ -29,13 +25,6 @@ TEST(FixedTexts, OfCopyingAndFormatting) {
          tplwprintf(writer, "<%s>", x.c_str());
          writer.Terminate();
        }},
-      {"LCharsetsLowerCase", "", "",
-       [](const string& x, Text& out) {
-         TextCopy(out, x.c_str());
-         LCharsetsLowerCase(out);
-       }},
-      {"a key of a map", "", "",
-       [](const string& x, Text& out) { TextCopy(out, LMapStringKeyTemplate<char>(x.c_str()).text); }},
   });
   char out[8];
   TextCopy(out, "abcdef");
@@ -70,15 +59,8 @@ TEST(FixedTexts, OfPaths) {
   });
 }
 
-TEST(FixedTexts, OfParsersAndPanes) {
-  using Parser = LStringParserTemplate<char>;
+TEST(FixedTexts, OfXml) {
   ExpectCutAtTheArray({
-      {"GetToWhiteSpaceAndSkip", "", "",
-       [](const string& x, Text& out) { Parser((x + " ").c_str()).GetToWhiteSpaceAndSkip(out); }},
-      {"GetToEndOfLineAndSkip", "", "",
-       [](const string& x, Text& out) { Parser((x + "\n").c_str()).GetToEndOfLineAndSkip(out); }},
-      {"GetToString", "", "", [](const string& x, Text& out) { Parser((x + "->").c_str()).GetToString("->", out); }},
-      {"GetToString, no match", "", "", [](const string& x, Text& out) { Parser(x.c_str()).GetToString("->", out); }},
       {"XMLLoadTag", "a", "",
        [](const string& x, Text& out) {
          Text error = "";
@@ -90,12 +72,6 @@ TEST(FixedTexts, OfParsersAndPanes) {
        [](const string& x, Text& out) {
          out[0] = 0;
          LXMLLoaderTemplate<char>(out).SetError("%s", x.c_str());
-       }},
-      {"a line of the pane", "23:59:59\t", "\n",
-       [](const string& x, Text& out) {
-         LStatusWindow pane;
-         pane.DisplayStatus("23:59:59", x.c_str(), kLogPlain);
-         TextCopy(out, pane.Text());
        }},
   });
 }
