@@ -155,33 +155,33 @@ TEST_P(Upload, IsWhatTheClosingReplySays) {
 }
 
 TEST_P(Upload, RefusedWith550IsTriedOnceMore) {
+  const struct {
+    const char* first;
+    const char* second;  ///< Null where nothing is tried again.
+    LProcessResult result;
+    const char* error;
+  } rows[] = {
+      {"550 Busy", "150 Now", LProcessResultOk, "Busy"},
+      {"550 Busy", "550 Still busy", LProcessResultFailed, "Still busy"},
+      {"553 Bad name", nullptr, LProcessResultFailed, "Bad name"},
+      // A code below 300 is no error text, but no transfer either.
+      {"250 Done already", nullptr, LProcessResultFailed, ""},
+  };
   Begin();
   WriteLocal("12345");
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("550 Busy");
-  server.Expect("PASV").ReplyPassive();
-  ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
-  EXPECT_EQ(Run(), LProcessResultOk);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.first);
+    ExpectPassive("I");
+    server.Expect("STOR r.bin").Reply(row.first);
+    if (row.second) {
+      server.Expect("PASV").ReplyPassive();
+      Step& again = server.Expect("STOR r.bin").Reply(row.second);
+      if (row.result == LProcessResultOk) again.DataReceive().Reply("226 Done");
+    }
+    EXPECT_EQ(Run(), row.result);
+    EXPECT_STREQ(error, row.error);
+  }
   EXPECT_THAT(server.Received(), ElementsAre("12345"));
-  EXPECT_STREQ(error, "Busy");
-
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("550 Busy");
-  server.Expect("PASV").ReplyPassive();
-  server.Expect("STOR r.bin").Reply("550 Still busy");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "Still busy");
-
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("553 Bad name");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "Bad name");
-
-  // A code below 300 is no error text, but no transfer either.
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("250 Done already");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "");
   ExpectInStep();
 }
 

@@ -268,25 +268,6 @@ TEST(SocketsLine, GrowsAndAnyOfSeveralCharactersMayEndARead) {
 
 // Bytes
 
-TEST_P(Sockets, RecvReadyGivesWhatIsThere) {
-  Serve([](TlsTestPeer& peer) {
-    peer.Send("abcdef");
-    peer.Receive(1);
-  });
-  Connect();
-  Pause(20);
-  char buffer[20];
-  size_t received = 99;
-  EXPECT_EQ(ProcessRecvReady(process, socket, buffer, 0, received, kEnough), LProcessResultOk);
-  EXPECT_EQ(received, 0u);
-  EXPECT_EQ(ProcessRecvReady(process, socket, buffer, 4, received, kEnough), LProcessResultOk);
-  EXPECT_EQ(std::string(buffer, received), "abcd");
-  EXPECT_EQ(ProcessRecvReady(process, socket, buffer, 20, received, kEnough), LProcessResultOk);
-  EXPECT_EQ(std::string(buffer, received), "ef");
-  EXPECT_EQ(ProcessRecvReady(process, socket, buffer, 20, received, 100), LProcessResultFailed);
-  EXPECT_EQ(received, 0u);
-}
-
 // Waiting and stopping
 
 TEST_P(Sockets, WaitForDataOrClose) {

@@ -195,29 +195,6 @@ TEST_F(Tls, HandshakeWithASilentServerTimesOutWithoutBurningTime) {
   EXPECT_FALSE(socket.ConvertSocketToSSLTimeOut(0));
 }
 
-TEST_F(Tls, HandshakeGoesOnBetweenOtherWork) {
-  Serve([](TlsTestPeer& peer) {
-    Pause(100);
-    peer.StartTls(TestCertificate::kGood);
-    peer.Send("in\n");
-  });
-  Connect();
-  EXPECT_EQ(socket.HandshakeStep(), TlsStatus::kIoError) << "There is no context yet";
-  ASSERT_TRUE(socket.InitSSL());
-  EXPECT_EQ(socket.HandshakeStep(), TlsStatus::kWouldBlock);
-  EXPECT_EQ(socket.PollEvents(), POLLIN);
-  int steps = 1;
-  TlsStatus status = TlsStatus::kWouldBlock;
-  for (; status == TlsStatus::kWouldBlock && steps < 100; ++steps) {
-    pollfd entry = {socket.fd, socket.PollEvents(), 0};
-    ASSERT_EQ(platform::NetPoll(&entry, 1, kEnough), 1);
-    status = socket.HandshakeStep();
-  }
-  EXPECT_EQ(status, TlsStatus::kOk);
-  EXPECT_LT(steps, 20);
-  EXPECT_EQ(ReceiveLine(), "in");
-}
-
 // What the TLS layer holds
 
 TEST_F(Tls, DecryptedDataIsFoundWhileTheDescriptorIsDry) {
