@@ -171,15 +171,6 @@ TEST_P(Download, OfAConnectionThatBreaksIsDecidedByTheClosingReply) {
   }
 }
 
-TEST_P(Download, EndsWhenNoDataCome) {
-  gFtpTimeouts.receiveBlockMs = gFtpTimeouts.dataCloseMs = kShortMs;
-  Begin(Session::bHasSize);
-  ExpectStart(5 * kBlock);
-  ExpectData("RETR r.bin").DataPart(TestBytes(kBlock)).Delay(600).Reply("426 You left");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "You left");
-}
-
 TEST_P(Download, TellsOfASecureStreamThatWasCutOff) {
   BeginSecure(Session::bHasSize);
   ExpectStart(5);

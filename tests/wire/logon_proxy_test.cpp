@@ -27,9 +27,7 @@ TEST_P(LogonProxy, SettingsComeBackAsTheyWere) {
   EXPECT_STREQ(name, "pia");
   EXPECT_STREQ(word, "パスワード");
   EXPECT_EQ(type, 4);
-  char stored[kTextSize];
-  EXPECT_TRUE(_LUserSettingGetString("Settings", "FtpProxyType", "", stored));
-  EXPECT_STREQ(stored, "4");
+  EXPECT_EQ(LUserSettingGet<int>("Settings", "FtpProxyType", 0), 4);
   EXPECT_TRUE(LUserSettingDeleteItem("Settings", "FtpProxyType"));
   LNetGetFtpProxySettings(host, name, word, type);
   EXPECT_EQ(type, kFtpProxyNone);

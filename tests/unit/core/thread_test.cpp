@@ -57,16 +57,6 @@ TEST(Thread, RunsItsBodyUnderItsOwnIdAndMayBeStartedAgain) {
   }
 }
 
-TEST(Thread, BodyThatEndedCanRunAgain) {
-  TestThread thread([](LThread&) {});
-  for (int run = 1; run <= 20; ++run) {
-    thread.Start(20);
-    const Stopwatch watch;
-    while (thread.ThreadId() != -1 && watch.Ms() < 10000) usleep(1000);
-    EXPECT_EQ(thread.Runs(), run);
-  }
-}
-
 TEST(Thread, DestructorWaitsForTheBody) {
   for (int round = 0; round < 50; ++round) {
     std::atomic<bool> hasEnded = false;

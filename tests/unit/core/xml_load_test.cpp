@@ -68,14 +68,4 @@ TEST_F(XmlFile, CanBeStoppedBeforeAndWhileItIsRead) {
   }
 }
 
-TEST_F(XmlFile, IsAskedAboutInsideItsElementsToo) {
-  std::string text;
-  for (int i = 0; i < 100; ++i) text += "<a><b>0123456789</b>";
-  RecordingInterface stopping(3);
-  LXMLDocument part;
-  EXPECT_EQ(part.LoadFromFile(stopping, folder.Write("a.xml", text).c_str(), error), LProcessResultStopped);
-  EXPECT_STREQ(error, "") << "a stop is no end of the text";
-  EXPECT_LT(XmlTree(part).size(), 1000u);
-}
-
 }  // namespace
