@@ -265,7 +265,6 @@ TEST_P(ReadPermissions, AreReadFromWhateverTheServerTells) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.attributes);
-    session.CloseSocket();
     Begin(Session::bHasMlsd);
     server.Expect("CWD /the/folder").Reply("550 No matter");
     ExpectPassive("A");

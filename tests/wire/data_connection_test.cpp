@@ -43,7 +43,6 @@ TEST_P(DataConnection, MovesLargePiecesWithFewQuestions) {
   constexpr size_t kSize = 8u << 20;
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     const std::string content = TestBytes(kSize);
     Open(secure).DataSend(content);
     Begin(secure);

@@ -31,7 +31,6 @@ WIRE_SUITE(Download);
 TEST_P(Download, FetchesAFile) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasSize);
     const std::string content = TestBytes(300 * kBlock + 7);
     folder.Write("l.bin", "something longer that was there before");
@@ -62,7 +61,6 @@ TEST_P(Download, ShowsEachBlockOfASmallFile) {
 TEST_P(Download, OfAnEmptyFileOrAnUnknownSizeStaysAtZero) {
   for (const size_t size : {size_t{0}, 5 * kBlock}) {
     SCOPED_TRACE(size);
-    session.CloseSocket();
     Begin(Session::bMlstSize);
     ExpectPassive("I");
     server.Expect("MLST r.bin").Reply("550 Not there");
@@ -161,7 +159,6 @@ TEST_P(Download, IsWhatTheClosingReplySays) {
 TEST_P(Download, OfAConnectionThatBreaksIsDecidedByTheClosingReply) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasSize);
     ExpectStart(5 * kBlock);
     ExpectData("RETR r.bin").DataPart(TestBytes(kBlock)).Delay(50).DataReset().Reply("426 Broken");

@@ -41,7 +41,6 @@ TEST_P(HostileServer, NamesComeAndGoAsTheyAre) {
   }
   for (const bool isFacts : {false, true}) {
     SCOPED_TRACE(isFacts);
-    session.CloseSocket();
     Begin(isFacts ? uint32_t{Session::bHasMlsd} : 0);
     ExpectPassive("A");
     if (isFacts) server.Expect("TYPE A").Reply("200 ok");

@@ -63,7 +63,6 @@ TEST_P(Listing, ByMlsd) {
 TEST_P(Listing, ByList) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     ExpectListing("LIST", kLines);
     EXPECT_EQ(Load(), LProcessResultOk);
@@ -98,7 +97,6 @@ TEST_P(Listing, SecuresMlsdWhicheverWayTheServerDoesIt) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    session.CloseSocket();
     BeginSecure(Session::bHasMlsd);
     server.UseTls(TestServerContext(row.certificate));
     ExpectMlsdStart();
@@ -127,7 +125,6 @@ TEST_P(Listing, IsEmptyIfTheServerNeverSecuresTheConnection) {
 TEST_P(Listing, ByListOnTheSameConnectionAfterARefusedMlsd) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasMlsd);
     ExpectMlsdStart();
     Step& refusal = server.Expect("MLSD");

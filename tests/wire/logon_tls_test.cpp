@@ -141,7 +141,6 @@ TEST_P(LogonTls, BytesBehindTheReplyAreNeverRepliesUnderTls) {
     server.Expect("AUTH TLS").Raw(std::string("234 Go\r\n") + slipped);
     EXPECT_EQ(LogOn(kExplicit), LProcessResultFailed);
     EXPECT_THAT(messages.Messages(), ElementsAre(HandshakeFailed()));
-    session.CloseSocket();
   }
 }
 

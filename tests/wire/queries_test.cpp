@@ -342,7 +342,6 @@ TEST_P(Queries, ReadAnAnswerThatComesAsData) {
   const auto ask = [&] { return ProcessFtpSendAndWaitForDataReply(process, session, "LIST\r\n", lines); };
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasUtf8);
     server.Expect("OPTS UTF8 ON").Reply("500 What");
     ExpectListing("LIST", "one\r\n\r\ntwo\nthree");

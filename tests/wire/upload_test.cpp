@@ -45,7 +45,6 @@ WIRE_SUITE(Upload);
 TEST_P(Upload, SendsAFile) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasMfmt);
     const std::string content = TestBytes(300 * kBlock + 7);
     WriteLocal(content);
@@ -82,7 +81,6 @@ TEST_P(Upload, ShowsItsProgress) {
 TEST_P(Upload, ArrivesWholeHoweverLateTheServerReads) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     // All of it fits into the kernel's buffers, and the server has something to say: closing at once with
     // that unread would throw the data away.
@@ -104,7 +102,6 @@ TEST_P(Upload, DoesNotWaitLongForAServerThatKeepsTheConnectionOpen) {
   gFtpTimeouts.dataCloseMs = kShortMs;
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     WriteLocal(TestBytes(kBlock));
     ExpectPassive("I");
@@ -193,7 +190,6 @@ TEST_P(Upload, AppendsWhatTheServerLacks) {
   } rows[] = {{"3", "45", "l.bin: 100%"}, {"5", "", "l.bin"}, {"9", "", "l.bin"}, {"-2", "12345", "l.bin: 100%"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.remoteSize);
-    session.CloseSocket();
     Begin(Session::bHasSize);
     WriteLocal("12345");
     ExpectPassive("I");
@@ -222,7 +218,6 @@ TEST_P(Upload, FailsWithoutALocalFile) {
 TEST_P(Upload, FailsWhenTheConnectionBreaks) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     WriteLocal(TestBytes(kMoreThanBuffers));
     ExpectPassive("I");
@@ -277,7 +272,6 @@ TEST_P(Upload, GathersRepliesThatComeLate) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    session.CloseSocket();
     gFtpTimeouts.noopReplyMs = kShortMs;
     gFtpTimeouts.lateReplyUploadMs = 500;
     Begin(Session::bHasSize);

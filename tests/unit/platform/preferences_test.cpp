@@ -317,10 +317,7 @@ TEST_F(DamagedPreferences, AreNoticedWhereverTheFileIsCut) {
     ExpectReplaced(whole.substr(0, size), std::to_string(size).c_str());
     Reopen();
   }
-}
-
-TEST_F(DamagedPreferences, AnEmptyFileIsNoDamage) {
-  // The database library reports one byte as none, too.
+  // An empty file is no damage, and the database library reports one byte as none, too.
   for (const char* content : {"", "S"}) {
     WriteFile(StoreFile(), content);
     EXPECT_TRUE(Set("key", "value"));

@@ -8,22 +8,6 @@ using List = LUserSettingsListTemplate<LSharedSettingsRecord>;
 
 class Records : public SettingsFixture {};
 
-TEST_F(Records, WriteTheMarkersBeforeTheField) {
-  LSharedSettingsRecord record;
-  List("FTPAccounts").Open(record, "label");
-  EXPECT_STREQ(record.szPrimaryKey, "label");
-  EXPECT_STREQ(record.szKeyPath, "FTPAccounts/label/");
-  EXPECT_TRUE(record.SetString("Server", "host"));
-  EXPECT_EQ(All(), (Texts{"FTPAccounts/=FTPAccounts", "FTPAccounts/label/=label", "FTPAccounts/label/Server=host"}));
-  char out[kTextSize];
-  EXPECT_TRUE(record.GetString("Server", out));
-  EXPECT_STREQ(out, "host");
-  EXPECT_FALSE(record.GetString("Other", out));
-  EXPECT_STREQ(out, "");
-  EXPECT_FALSE(record.GetString("Other", "/", out));
-  EXPECT_STREQ(out, "/");
-}
-
 TEST_F(Records, TestAndDeleteFieldsUnderTheirPrimaryKey) {
   LSharedSettingsRecord record = Open("a/b/");
   record.SetString("Field", "");

@@ -194,7 +194,7 @@ TEST_F(FilesFoldersTest, AnOldFileIsReplacedInOneStepOrStays) {
       << "nothing is left over";
 }
 
-TEST_F(FilesFoldersTest, FoldersAreCopiedWithAllBelow) {
+TEST_F(FilesFoldersTest, FoldersAreCopiedAndOpenedWithAllBelow) {
   scratch.Write("from/a/b/file", "1");
   scratch.Write("from/.hidden", "2");
   scratch.Write("to/there/.hidden", "old");
@@ -208,17 +208,12 @@ TEST_F(FilesFoldersTest, FoldersAreCopiedWithAllBelow) {
   }
   EXPECT_FALSE(LFile::CopyFolderFiles(P("from/.hidden").c_str(), P("x").c_str()));
   EXPECT_FALSE(LFile::CopyFolderFiles(P("from").c_str(), P("from/.hidden").c_str()));
-}
 
-TEST_F(FilesFoldersTest, AccessForAllStaysInTheTree) {
-  scratch.Write("tree/a/file", "");
-  scratch.Write("outside", "");
-  Link("../outside", "tree/link");
-  ASSERT_EQ(chmod(P("outside").c_str(), 0600), 0);
-  EXPECT_TRUE(LFile::SetFolderSecurityAllAccess(P("tree").c_str()));
-  for (const char* name : {"tree", "tree/a", "tree/a/file"}) EXPECT_EQ(ModeOf(name), 0777u) << name;
-  EXPECT_EQ(ModeOf("outside"), 0600u);
-  EXPECT_FALSE(LFile::SetFolderSecurityAllAccess(P("none").c_str()));
+  // Access for all stays in the tree.
+  Link("../../from/.hidden", "new/one/out");
+  EXPECT_TRUE(LFile::SetFolderSecurityAllAccess(P("new").c_str()));
+  for (const char* name : {"new", "new/one/a", "new/one/a/b/file"}) EXPECT_EQ(ModeOf(name), 0777u) << name;
+  EXPECT_EQ(ModeOf("from/.hidden"), 0644u);
 }
 
 template <typename Iterator, typename... Arguments>

@@ -76,14 +76,6 @@ TEST(Tree, StaysBalancedAndOrderedWhateverTheOrderOfAdding) {
   }
 }
 
-TEST(Tree, ComparesANullKeyAsTheEmptyText) {
-  Table table;
-  table.Add(Key(), new Value("null"));
-  Add(table, "", "empty");
-  EXPECT_EQ(Pairs(table), (std::vector<std::string>{"=null", "=empty"}));
-  EXPECT_STREQ(table.FindNode(Key(""))->value->Text(), "null");
-}
-
 TEST(Table, SetsAndGivesTheFirstOfItsName) {
   Table table;
   table.SetParmBottom(nullptr, "ignored");

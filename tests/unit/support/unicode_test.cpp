@@ -77,29 +77,6 @@ TEST(Utf32, EncodesUtf8AndDoesNotCountTheTerminator) {
   }
 }
 
-TEST(Utf16, BecomesUtf32AndTakesAnySurrogateForTheStartOfAPair) {
-  struct {
-    const char* name;
-    std::u16string units;
-    size_t size;
-    std::u32string characters;
-  } rows[] = {
-      {"plain and pairs", u"aあ\xD83D\xDE00", 16, U"aあ😀"},
-      {"a low one starts a pair too", u"\xDE00\xD83Dz", 16, std::u32string{0x10000 + (0x200 << 10) + 0x3D, U'z'}},
-      {"the second unit is not looked at",
-       u"\xD800"
-       u"Az",
-       16, std::u32string{0x10041, U'z'}},
-      {"cut at the end", u"a\xD801", 16, std::u32string{U'a', 0x10400}},
-      {"full", u"abc", 3, U"ab"},
-  };
-  for (const auto& row : rows) {
-    char32_t dest[16];
-    LCopyUTF32FromUnicode(dest, row.units.c_str(), row.size);
-    EXPECT_EQ(std::u32string(dest), row.characters) << row.name;
-  }
-}
-
 TEST(Utf16, ComesFromUtf8AndGoesBack) {
   char16_t units[8];
   EXPECT_EQ(LCopyUnicodeFromUTF8(units, "aあ😀", 8), kUnicodeClean);
