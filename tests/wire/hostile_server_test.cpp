@@ -1,6 +1,5 @@
 // Servers that mean harm: names that are no names, numbers that are no numbers, answers without an end.
 #include "ftp/commands.h"
-#include "ftp/dir_iterator.h"
 #include "ftp/queries.h"
 #include "wire/data_fixture.h"
 
@@ -12,11 +11,6 @@ using Item = LFileTransferProtocol::DirIterator::Item;
 class HostileServer : public DataTest {
  protected:
   LProcessResult Load() { return iterator._LoadList(process, session, "*"); }
-  std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (iterator.First(); iterator.Current(); iterator.Next()) names.push_back(iterator.Name());
-    return names;
-  }
   /// The process is stopped after some time, which a stream without an end does not bring by itself.
   void StopAfter(int ms) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
@@ -46,8 +40,8 @@ TEST_P(HostileServer, NamesComeAndGoAsTheyAre) {
     if (isFacts) server.Expect("TYPE A").Reply("200 ok");
     ExpectData(isFacts ? "MLSD" : "LIST").DataSend(isFacts ? facts : lines).Reply("226 Done");
     EXPECT_EQ(Load(), LProcessResultOk);
-    EXPECT_THAT(Names(), testing::ElementsAreArray(names));
-    for (const std::string& name : Names()) {
+    EXPECT_THAT(NamesOf(iterator), testing::ElementsAreArray(names));
+    for (const std::string& name : names) {
       server.Expect("CWD " + name).Reply("250 ok");
       EXPECT_TRUE(session.SetCurrentDirectory(name.c_str()));
     }

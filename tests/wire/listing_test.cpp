@@ -1,4 +1,3 @@
-#include "ftp/dir_iterator.h"
 #include "wire/data_fixture.h"
 
 namespace {
@@ -18,13 +17,7 @@ constexpr char kLines[] =
 class Listing : public DataTest {
  protected:
   LProcessResult Load(const char* pattern = "*") { return iterator._LoadList(process, session, pattern); }
-  std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (iterator.First(); iterator.Current(); iterator.Next()) names.push_back(iterator.Name());
-    iterator.First();
-    EXPECT_EQ(names.size(), iterator.Count());
-    return names;
-  }
+  std::vector<std::string> Names() { return NamesOf(iterator); }
   /// The way to MLSD.
   void ExpectMlsdStart() {
     ExpectPassive("A");
