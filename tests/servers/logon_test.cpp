@@ -31,22 +31,15 @@ TEST_P(ServerLogon, WrongPassword) {
 SERVER_SUITE(ServerLogon);
 
 /// Servers that show a certificate of an authority that nobody trusts.
-class UnknownServer : public ServerTest {
- protected:
-  std::string Message(const char* before, const char* after) const {
-    const std::string address = server.Address();
-    return std::string(before) + "127.0.0.1（ポート" + address.substr(address.find(':') + 1) + "）" + after;
-  }
-};
+class UnknownServer : public ServerTest {};
 
 TEST_P(UnknownServer, IsToldNothing) {
   EXPECT_EQ(LProcessResultFailed, LogOnWith(RealServer::Password()));
   const bool isExplicit = GetParam().security == ServerSecurity::kExplicitTls;
   const std::string message =
-      isExplicit ? Message("サーバー", "でSSL/TSLを使うことができません。セキュリティ保護無しを試しています。")
-                 : Message("サーバー",
-                           "からの応答がありません。正しいサーバーアドレスとポートが入力されていることを"
-                           "確認してください。");
+      "サーバー" + PeerInHistory(server.Address()) +
+      (isExplicit ? "でSSL/TSLを使うことができません。セキュリティ保護無しを試しています。"
+                  : "からの応答がありません。正しいサーバーアドレスとポートが入力されていることを確認してください。");
   EXPECT_TRUE(HistoryHas(message)) << message;
   EXPECT_FALSE(HistoryHas("USER"));
 }

@@ -12,6 +12,12 @@
 #include "support/log.h"
 #include "support/scratch_folder.h"
 
+/// As messages name the peer at "host:port".
+inline std::string PeerInHistory(const std::string& address) {
+  const size_t colon = address.find(':');
+  return address.substr(0, colon) + "（ポート" + address.substr(colon + 1) + "）";
+}
+
 class HistoryFile {
  public:
   HistoryFile() : former_folder_(gLLog.Folder()) { gLLog.SetFolder(folder_.Path().c_str()); }

@@ -364,8 +364,6 @@ Step& Step::DataReset() {
   });
 }
 
-Step& Step::DataReceive() { return DataReceive(static_cast<size_t>(-1)); }
-
 Step& Step::DataReceive(size_t bytes) {
   return Then([bytes](Conversation& server) { server.ReceiveData(bytes); });
 }

@@ -57,12 +57,12 @@ class ScriptedServer {
     Step& DataSend(const std::string& bytes);  ///< Sends all and closes.
     Step& DataPart(const std::string& bytes);  ///< Sends and leaves the connection open: the data stall here.
     Step& DataForever(const std::string& bytes);
-    Step& DataClose();                ///< In the proper way.
-    Step& DataCut();                  ///< Closes without the close notice of TLS.
-    Step& DataReset();                ///< With a TCP reset.
-    Step& DataReceive();              ///< Takes all up to the client's close.
-    Step& DataReceive(size_t bytes);  ///< Takes so many and leaves the connection open.
-    Step& DataReceiveMeanwhile();     ///< Takes what comes while the following steps run.
+    Step& DataClose();  ///< In the proper way.
+    Step& DataCut();    ///< Closes without the close notice of TLS.
+    Step& DataReset();  ///< With a TCP reset.
+    /// Takes so many and leaves the connection open, or all up to the client's close.
+    Step& DataReceive(size_t bytes = static_cast<size_t>(-1));
+    Step& DataReceiveMeanwhile();  ///< Takes what comes while the following steps run.
 
     Step& Then(Action action);  ///< Anything else.
 

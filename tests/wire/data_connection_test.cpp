@@ -30,43 +30,19 @@ class DataConnection : public DataTest {
 WIRE_SUITE(DataConnection);
 
 TEST_P(DataConnection, GivesLines) {
-  for (const bool secure : {false, true}) {
-    SCOPED_TRACE(secure);
-    session.CloseSocket();
-    Open(secure).DataPart("one\r\ntwo\n\r\na\rb\r\n").Delay(50).DataPart("cut in ").Delay(50).DataSend("two\r\nlast\r");
-    Begin(secure);
-    for (const char* expected : {"one", "two", "", "a\rb", "cut in two", "last"}) {
-      EXPECT_EQ(ReceiveLine(), LProcessResultOk);
-      EXPECT_STREQ(line.Text(), expected);
-    }
-    EXPECT_EQ(ReceiveLine(), LProcessResultFailed);
-    EXPECT_EQ(ReceiveLine(), LProcessResultFailed);
-    EXPECT_FALSE(data.WasCutOff());
+  Open().DataSend("one\r\ntwo\n\r\na\rb\r\nlast\r");
+  Begin();
+  for (const char* expected : {"one", "two", "", "a\rb", "last"}) {
+    EXPECT_EQ(ReceiveLine(), LProcessResultOk);
+    EXPECT_STREQ(line.Text(), expected);
   }
-}
-
-TEST_P(DataConnection, GivesTheBeginningOfALineWhenTheRestDoesNotCome) {
-  gFtpTimeouts.listingLineMs = kShortMs;
-  Open().DataPart("half").Delay(1000);
-  Begin();
-  EXPECT_EQ(ReceiveLine(), LProcessResultOk);
-  EXPECT_STREQ(line.Text(), "half");
   EXPECT_EQ(ReceiveLine(), LProcessResultFailed);
-}
-
-TEST_P(DataConnection, StopsInTheMiddleOfALine) {
-  Open().DataPart("whole\r\nhalf");
-  Begin();
-  EXPECT_EQ(ReceiveLine(), LProcessResultOk);
-  StopWhen([] { return true; });
-  EXPECT_EQ(ReceiveLine(), LProcessResultStopped);
 }
 
 TEST_P(DataConnection, MovesLargePiecesWithFewQuestions) {
   constexpr size_t kSize = 8u << 20;
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     const std::string content = TestBytes(kSize);
     Open(secure).DataSend(content);
     Begin(secure);

@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "ftp/data_connection.h"
+#include "ftp/dir_iterator.h"
 #include "ftp/transfer_progress.h"
 #include "support/scratch_folder.h"
 #include "support/test_certificates.h"
@@ -124,6 +125,13 @@ class DataTest : public WireTest {
       EXPECT_EQ(run(), LProcessResultStopped);
       ASSERT_TRUE(server.WaitUntilDone());
     }
+  }
+  static std::vector<std::string> NamesOf(Session::DirIterator& iterator) {
+    std::vector<std::string> names;
+    for (iterator.First(); iterator.Current(); iterator.Next()) names.push_back(iterator.Name());
+    EXPECT_EQ(names.size(), iterator.Count());
+    iterator.First();
+    return names;
   }
   std::vector<std::string> Commands() const { return server.Commands(); }
   std::string LastCommand() const {

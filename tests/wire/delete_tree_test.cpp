@@ -46,13 +46,36 @@ TEST_P(DeleteTree, RemovesFilesAndFoldersFromTheBottom) {
   ExpectInStep();
 }
 
-TEST_P(DeleteTree, RemovesAnEmptyFolderWithOneCommand) {
-  Begin(Session::bHasMlsd);
-  for (const char* facts : {"", "type=cdir; .\r\ntype=pdir; ..\r\n"}) {
-    ExpectEnter("old", "/");
-    ExpectFacts(facts);
-    ExpectLeave("old", "/");
-    EXPECT_EQ(Run(), LProcessResultOk);
+TEST_P(DeleteTree, EndsAtTheFirstEntryThatStays) {
+  const struct {
+    const char* name;
+    const char* facts;
+    std::vector<Exchange> exchanges;  ///< Behind the listing.
+    bool is_stopped;
+    LProcessResult result;
+  } rows[] = {
+      {"empty", "", {{"CWD /home", "250 ok"}, {"RMD old", "250 ok"}}, false, LProcessResultOk},
+      {"only the dots",
+       "type=cdir; .\r\ntype=pdir; ..\r\n",
+       {{"CWD /home", "250 ok"}, {"RMD old", "250 ok"}},
+       false,
+       LProcessResultOk},
+      // No way back: the session is left in the folder.
+      {"a file that stays", "type=file; a\r\ntype=file; b\r\n", {{"DELE a", "550 Busy"}}, false, LProcessResultFailed},
+      {"the folder stays", "", {{"CWD /home", "250 ok"}, {"RMD old", "550 Not empty"}}, false, LProcessResultFailed},
+      {"stopped between two", "type=file; a\r\ntype=file; b\r\n", {{"DELE a", "250 ok"}}, true, LProcessResultStopped},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Restart();
+    Begin(Session::bHasMlsd);
+    ExpectEnter("old", "/home");
+    ExpectFacts(row.facts);
+    for (const Exchange& one : row.exchanges) server.Expect(one.command).Reply(one.reply);
+    const size_t shown = process.Progress().size();
+    if (row.is_stopped) StopWhen([this, shown] { return process.Progress().size() > shown; });
+    EXPECT_EQ(Run(), row.result);
+    EXPECT_EQ(LastCommand(), row.exchanges.back().command);
   }
 }
 
@@ -62,37 +85,6 @@ TEST_P(DeleteTree, CountsAFolderThatCannotBeEnteredAsDeleted) {
   server.Expect("CWD old").Reply("550 No");
   EXPECT_EQ(Run(), LProcessResultOk);
   ExpectInStep();
-}
-
-TEST_P(DeleteTree, EndsAtTheFirstEntryThatStays) {
-  Begin(Session::bHasMlsd);
-  ExpectEnter("old", "/home");
-  ExpectFacts("type=dir; sub\r\ntype=file; a\r\n");
-  ExpectEnter("sub", "/home/old");
-  ExpectFacts("type=file; b\r\n");
-  server.Expect("DELE b").Reply("550 Busy");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  // No way back: the session is left in the folder.
-  EXPECT_EQ(LastCommand(), "DELE b");
-}
-
-TEST_P(DeleteTree, ReturnsWhatTheRemovalGave) {
-  Begin(Session::bHasMlsd);
-  ExpectEnter("old", "/home");
-  ExpectFacts("");
-  server.Expect("CWD /home").Reply("250 ok");
-  server.Expect("RMD old").Reply("550 Not empty");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-}
-
-TEST_P(DeleteTree, StopsBetweenTwoEntries) {
-  Begin(Session::bHasMlsd);
-  ExpectEnter("old", "/home");
-  ExpectFacts("type=file; a\r\ntype=file; b\r\n");
-  server.Expect("DELE a").Reply("250 ok");
-  StopWhen([this] { return process.Progress().size() == 1; });
-  EXPECT_EQ(Run(), LProcessResultStopped);
-  EXPECT_EQ(LastCommand(), "DELE a");
 }
 
 TEST_P(DeleteTree, AsksForATypeThatIsNotKnown) {

@@ -1,6 +1,5 @@
 // Servers that mean harm: names that are no names, numbers that are no numbers, answers without an end.
 #include "ftp/commands.h"
-#include "ftp/dir_iterator.h"
 #include "ftp/queries.h"
 #include "wire/data_fixture.h"
 
@@ -12,21 +11,10 @@ using Item = LFileTransferProtocol::DirIterator::Item;
 class HostileServer : public DataTest {
  protected:
   LProcessResult Load() { return iterator._LoadList(process, session, "*"); }
-  std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (iterator.First(); iterator.Current(); iterator.Next()) names.push_back(iterator.Name());
-    return names;
-  }
   /// The process is stopped after some time, which a stream without an end does not bring by itself.
   void StopAfter(int ms) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
     StopWhen([end] { return std::chrono::steady_clock::now() > end; });
-  }
-  void Restart(bool secure, uint32_t capabilities = 0) {
-    process.OnQuestion(nullptr);
-    process.StopAt(0);
-    session.CloseSocket();
-    BeginAs(secure, capabilities);
   }
 
   static constexpr long kASecondMs = 1000;
@@ -47,30 +35,17 @@ TEST_P(HostileServer, NamesComeAndGoAsTheyAre) {
   }
   for (const bool isFacts : {false, true}) {
     SCOPED_TRACE(isFacts);
-    session.CloseSocket();
     Begin(isFacts ? uint32_t{Session::bHasMlsd} : 0);
     ExpectPassive("A");
     if (isFacts) server.Expect("TYPE A").Reply("200 ok");
     ExpectData(isFacts ? "MLSD" : "LIST").DataSend(isFacts ? facts : lines).Reply("226 Done");
     EXPECT_EQ(Load(), LProcessResultOk);
-    EXPECT_THAT(Names(), testing::ElementsAreArray(names));
-    for (const std::string& name : Names()) {
+    EXPECT_THAT(NamesOf(iterator), testing::ElementsAreArray(names));
+    for (const std::string& name : names) {
       server.Expect("CWD " + name).Reply("250 ok");
       EXPECT_TRUE(session.SetCurrentDirectory(name.c_str()));
     }
   }
-}
-
-TEST_P(HostileServer, NamesEndWhereALineOrABufferEnds) {
-  using namespace std::string_literals;
-  Begin(Session::bHasMlsd);
-  ExpectPassive("A");
-  server.Expect("TYPE A").Reply("200 ok");
-  ExpectData("MLSD")
-      .DataSend("type=file; " + std::string(10000, 'n') + "\r\ntype=file; a\0b\r\ntype=file; c\rd\r\n"s)
-      .Reply("226 Done");
-  EXPECT_EQ(Load(), LProcessResultOk);
-  EXPECT_THAT(Names(), ElementsAre(std::string(kTextSize - 1 - strlen("type=file; "), 'n'), "a", "b", "c", "d"));
 }
 
 TEST_P(HostileServer, PassiveNumbersOutOfRangeLeadNowhere) {
@@ -99,7 +74,8 @@ TEST_P(HostileServer, AStopEndsAListingWithoutAnEnd) {
   for (const bool secure : {false, true}) {
     for (const char* endless : {"-rw-r--r-- 1 a b 12 Jan 15 2019 one\r\n", "no line end, ", "\r\n"}) {
       SCOPED_TRACE(endless);
-      Restart(secure);
+      Restart();
+      BeginAs(secure);
       ExpectPassive("A");
       ExpectData("LIST").DataForever(endless);
       StopAfter(300);
@@ -130,7 +106,8 @@ TEST_P(HostileServer, AReplyWithoutAnEndHasAnEnd) {
         for (const bool stopped : {false, true}) {
           SCOPED_TRACE(row.name + std::string(secure ? ", secure" : "") + (multiLine ? ", all lines" : "") +
                        (stopped ? ", stopped" : ""));
-          Restart(secure);
+          Restart();
+          BeginAs(secure);
           server.Expect("STAT").RawForever(row.bytes);
           if (stopped) StopAfter(100);
           LStringListTemplate<char> lines;
@@ -186,9 +163,7 @@ TEST(HostileListing, SizesAndDatesOutOfAllBoundsAreRead) {
       {"size=99999999999999999999999;modify=20210229000000; a", 9223372036854775807},
       {"size=-99999999999999999999999;modify=; a", -9223372036854775807 - 1},
       {"size=;modify=abcdefghijklmn; a", 0},
-      {"size=abc;modify=00000000000000; a", 0},
       {"size=0x10;modify=99999999999999; a", 0},
-      {"size=1;modify=20201332256199; a", 1},
       {"size=1;modify=-1-1-1-1-1-1-1; a", 1},
       {"size=1;modify=20200101000000.999999999999; a", 1},
   };

@@ -5,9 +5,6 @@
 #include "ftp/proxy_settings.h"
 #include "wire/wire_fixture.h"
 
-constexpr char kLogonRefused[] =
-    "ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。";
-
 enum Security { kPlain, kExplicit, kImplicit };
 
 class LogonTest : public WireTest {
@@ -29,7 +26,7 @@ class LogonTest : public WireTest {
   }
   /// A message that names the scripted server: `before`, the host and the port, `after`.
   std::string Message(const std::string& before, const std::string& after) const {
-    return before + "127.0.0.1（ポート" + std::to_string(server.Port()) + "）" + after;
+    return before + PeerInHistory(server.Address()) + after;
   }
   /// Half of the messages tell the user to look at the address.
   std::string MessageToCheckAddress(const std::string& before, const std::string& what) const {

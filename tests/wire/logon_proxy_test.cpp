@@ -27,9 +27,7 @@ TEST_P(LogonProxy, SettingsComeBackAsTheyWere) {
   EXPECT_STREQ(name, "pia");
   EXPECT_STREQ(word, "パスワード");
   EXPECT_EQ(type, 4);
-  char stored[kTextSize];
-  EXPECT_TRUE(_LUserSettingGetString("Settings", "FtpProxyType", "", stored));
-  EXPECT_STREQ(stored, "4");
+  EXPECT_EQ(LUserSettingGet<int>("Settings", "FtpProxyType", 0), 4);
   EXPECT_TRUE(LUserSettingDeleteItem("Settings", "FtpProxyType"));
   LNetGetFtpProxySettings(host, name, word, type);
   EXPECT_EQ(type, kFtpProxyNone);
@@ -39,7 +37,10 @@ TEST_P(LogonProxy, OfNoTypeIsIgnored) {
   UseProxy("127.0.0.1:1", "pia", "x", kFtpProxyNone);
   server.Greet("220 Ready");
   server.Expect("USER anna").Reply("230 In");
-  EXPECT_EQ(LogOn(), LProcessResultOk);
+  // Implicit TLS is a word on a site with TLS only.
+  EXPECT_EQ(ProcessFtpLogOnServer(process, session, server.Address().c_str(), "anna", "secret", false, true),
+            LProcessResultOk);
+  EXPECT_FALSE(session.IsSecure());
 }
 
 struct OrderRow {
@@ -67,11 +68,15 @@ TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
         {"PASS secret", "230 In"}}},
   };
   for (const OrderRow& row : rows) {
-    SCOPED_TRACE(row.type);
-    Use(row.type);
-    server.Greet("220 Proxy");
-    for (const auto& [command, reply] : row.exchanges) server.Expect(command).Reply(reply);
-    EXPECT_EQ(LogOnThroughProxy(), LProcessResultOk);
+    // No proxy is asked for explicit TLS.
+    for (const Security security : {kPlain, kExplicit}) {
+      SCOPED_TRACE(testing::Message() << "type " << row.type << ", security " << security);
+      Use(row.type);
+      server.Greet("220 Proxy");
+      for (const auto& [command, reply] : row.exchanges) server.Expect(command).Reply(reply);
+      EXPECT_EQ(LogOnThroughProxy(security), LProcessResultOk);
+      EXPECT_FALSE(session.IsSecure());
+    }
   }
   EXPECT_THAT(history.Messages(), IsEmpty());
   for (const std::string& line : history.Lines()) EXPECT_EQ(line.find("proxypass"), std::string::npos);
@@ -79,7 +84,7 @@ TEST_P(LogonProxy, OfEachTypeHasItsOrderOfCommands) {
 
 TEST_P(LogonProxy, MustGreetWithExactly220) {
   Use(2);
-  for (const char* greeting : {"230 x", "221 x", "120 x", "331 x", "hello"}) {
+  for (const char* greeting : {"219 x", "221 x", "hello"}) {
     const HistoryFile messages;
     server.Greet(greeting);
     EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed) << greeting;
@@ -114,39 +119,26 @@ struct FailureRow {
   const char* name;
   int type;
   std::vector<std::pair<const char*, const char*>> exchanges;  ///< A null reply is a closed connection.
-  std::string before;  ///< The message around host and port; both empty where a refused logon is told.
-  std::string after;
+  const char* before;  ///< The message around host and port; null where a refused logon is told.
+  const char* after = "からの応答がありません。接続を確認してください。";
 };
 
 TEST_P(LogonProxy, TellsOfEachStepThatFails) {
-  const std::string check = "接続を確認してください。";
+  const char* const unknown = "からの応答が不明です。";
   const FailureRow rows[] = {
-      {"no answer to the proxy's user",
-       1,
-       {{"USER pia", nullptr}},
-       "ユーザー名に対してサーバー",
-       "からの応答がありません。" + check},
-      {"no answer to the proxy's password",
+      {"no answer to the user", 1, {{"USER pia", nullptr}}, "ユーザー名に対してサーバー"},
+      {"no answer to the password",
        4,
        {{"USER pia", "331 x"}, {"PASS proxypass", nullptr}},
-       "パスワードに対してサーバー",
-       "からの応答がありません。" + check},
-      {"the proxy's user refused", 1, {{"USER pia", "530 No"}}, "", ""},
-      {"the proxy's user not understood", 4, {{"USER pia", "500 What"}}, "", ""},
-      {"the proxy's password refused", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "530 No"}}, "", ""},
-      {"the proxy wants an account", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "332 x"}}, "", ""},
-      {"no answer to SITE",
-       1,
-       {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}},
-       "サーバー",
-       "からの応答がありません。" + check},
-      {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", "からの応答が不明です。"},
-      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", "からの応答が不明です。"},
-      {"no answer to the server's user",
-       2,
-       {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}},
-       "サーバー",
-       "からの応答がありません。" + check},
+       "パスワードに対してサーバー"},
+      {"user refused", 1, {{"USER pia", "530 No"}}, nullptr},
+      {"user not understood", 4, {{"USER pia", "500 What"}}, nullptr},
+      {"password refused", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "530 No"}}, nullptr},
+      {"account wanted", 1, {{"USER pia", "331 x"}, {"PASS proxypass", "332 x"}}, nullptr},
+      {"no answer to SITE", 1, {{"USER pia", "230 In"}, {"SITE ftp.example:2121", nullptr}}, "サーバー"},
+      {"OPEN refused", 2, {{"OPEN ftp.example:2121", "421 No"}}, "サーバー", unknown},
+      {"logged on at once", 3, {{"USER anna@ftp.example:2121", "230 In"}}, "サーバー", unknown},
+      {"no answer of the server", 2, {{"OPEN ftp.example:2121", "220 x"}, {"USER anna", nullptr}}, "サーバー"},
   };
   for (const FailureRow& row : rows) {
     SCOPED_TRACE(row.name);
@@ -155,25 +147,12 @@ TEST_P(LogonProxy, TellsOfEachStepThatFails) {
     server.Greet("220 Proxy");
     for (const auto& [command, reply] : row.exchanges) {
       ScriptedServer::Step& step = server.Expect(command);
-      if (reply) {
-        step.Reply(reply);
-      } else {
-        step.Close();
-      }
+      reply ? step.Reply(reply) : step.Close();
     }
     EXPECT_EQ(LogOnThroughProxy(), LProcessResultFailed);
-    const std::string expected = row.before.empty() ? kLogonRefused : Message(row.before, row.after);
+    const std::string expected = row.before ? Message(row.before, row.after) : kLogonRefused;
     EXPECT_THAT(messages.Messages(), ElementsAre(expected));
   }
-}
-
-TEST_P(LogonProxy, GetsNoExplicitTls) {
-  Use(2);
-  server.Greet("220 Proxy");
-  server.Expect("OPEN ftp.example:2121").Reply("220 Ready");
-  server.Expect("USER anna").Reply("230 In");
-  EXPECT_EQ(LogOnThroughProxy(kExplicit), LProcessResultOk);
-  EXPECT_FALSE(session.IsSecure());
 }
 
 }  // namespace

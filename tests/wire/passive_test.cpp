@@ -16,18 +16,14 @@ TEST_P(Passive, GivesTheAddressAsTheServerToldIt) {
     const char* address;  ///< Null where the reply is no good.
   } rows[] = {
       {"227 Entering Passive Mode (192,168,1,2,195,80)", "192.168.1.2:50000"},
-      {"227 (10,0,0,1,0,21).", "10.0.0.1:21"},
       {"227 =(10, 0, 0, 1, 255, 255)", "10.0.0.1:65535"},
       {"227 ok (1,2,3,4,5,6,7,8)", "1.2.3.4:1286"},
-      {"227 (a,b,c,d,e,f)", "0.0.0.0:0"},
       {"227 (300,2,3,4,1,1)", "300.2.3.4:257"},
       {"227 10,0,0,1,0,21", nullptr},
       {"227 (10,0,0,1,21)", nullptr},
       {"227 ,,,,,(1", nullptr},
-      {"227", nullptr},
       {"229 Entering Extended Passive Mode (|||6446|)", nullptr},
       {"250 (10,0,0,1,0,21)", nullptr},
-      {"425 (10,0,0,1,0,21)", nullptr},
   };
   Connect();
   for (const auto& row : rows) {
@@ -44,13 +40,6 @@ TEST_P(Passive, WaitsForAReplyAlsoWhenTheStopCameBeforeTheCommand) {
   process.StopNow();
   EXPECT_EQ(Ask(), LProcessResultStopped);
   EXPECT_THAT(server.Commands(), testing::IsEmpty());
-}
-
-TEST_P(Passive, FailsOnASilentServer) {
-  Connect();
-  gFtpTimeouts.replyMs = kShortMs;
-  server.Expect("PASV").Silence();
-  EXPECT_EQ(Ask(), LProcessResultFailed);
 }
 
 }  // namespace

@@ -104,8 +104,7 @@ TEST_P(Queries, TakeTheSizeFromTheNextRung) {
   server.Expect("MLST d/f.txt").Reply("500 What");
   server.Expect("TYPE I").Reply("200 ok");
   server.Expect("SIZE d/f.txt").Reply("213 42");
-  EXPECT_EQ(AskSize("d/f.txt"), LProcessResultOk);
-  EXPECT_EQ(size, 42u);
+  EXPECT_EQ(session.GetFileSizeBytes64("d/f.txt"), 42u) << "without a process of the caller's";
 
   server.Expect("MLST d/f.txt").ReplyLines({"250-", " type=file; f.txt", "250 End"});
   server.Expect("TYPE I").Reply("250 but not 200");
@@ -158,13 +157,6 @@ TEST_P(Queries, OfTheSizeEndWithAStop) {
     ExpectInStep();
     return result;
   });
-}
-
-TEST_P(Queries, GiveTheSizeWithoutAProcess) {
-  Begin(Session::bHasSize);
-  server.Expect("TYPE I").Reply("200 ok");
-  server.Expect("SIZE f.txt").Reply("213 42");
-  EXPECT_EQ(session.GetFileSizeBytes64("f.txt"), 42u);
 }
 
 TEST_P(Queries, TakeTheTimeFromAStamp) {
@@ -301,6 +293,9 @@ TEST_P(Queries, TakeTheTypeFromTheNextRung) {
     EXPECT_EQ(AskType(name), LProcessResultOk);
     EXPECT_EQ(kind, expected);
   }
+  ExpectListing("LIST .", std::string(kFileLine) + "drwxr-xr-x 2 anna staff 1 Jan 15 2019 f.txt\r\n");
+  EXPECT_EQ(AskType("f.txt"), LProcessResultOk);
+  EXPECT_EQ(kind, kFtpKindDirectory) << "the last of two entries of one name";
   ExpectListing("LIST .", kFileLine);
   EXPECT_EQ(AskType("none"), LProcessResultFailed);
   EXPECT_EQ(kind, kFtpKindUnknown);
@@ -312,40 +307,30 @@ TEST_P(Queries, TakeTheTypeFromTheNextRung) {
   ExpectInStep();
 }
 
-TEST_P(Queries, TakeTheLastOfTwoEntriesOfOneName) {
-  Begin();
-  ExpectListing("LIST .", std::string(kFileLine) + "drwxr-xr-x 2 anna staff 1 Jan 15 2019 f.txt\r\n");
-  EXPECT_EQ(AskType("f.txt"), LProcessResultOk);
-  EXPECT_EQ(kind, kFtpKindDirectory);
-}
-
 TEST_P(Queries, TakeAttributesOwnerAndGroup) {
-  Begin();
-  ExpectListing("LIST", kFileLine);
-  EXPECT_EQ(ProcessFtpGetFileAttribute(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "-rw-r--r--");
-  ExpectListing("LIST", kFileLine);
-  EXPECT_EQ(ProcessFtpGetFileOwner(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "anna");
-  ExpectListing("LIST", kFileLine);
-  EXPECT_EQ(ProcessFtpGetFileOwnerGroup(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "staff");
-
-  // Joined without line ends, two lines hide the name.
-  ExpectListing("LIST", std::string(kFolderLine) + kFileLine);
-  EXPECT_EQ(ProcessFtpGetFileOwner(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "staff");
-  ExpectListing("LIST", std::string(kFolderLine) + kFileLine);
-  EXPECT_EQ(ProcessFtpGetFileAttribute(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "");
-
-  session.Set(Session::bHasMlsd);
-  ExpectListing("MLSD f.txt", "type=file;UNIX.mode=0644; f.txt\r\n");
-  EXPECT_EQ(ProcessFtpGetFileAttribute(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "0644");
-  ExpectListing("MLSD f.txt", "");
-  EXPECT_EQ(ProcessFtpGetFileAttribute(process, session, "f.txt", text), LProcessResultOk);
-  EXPECT_STREQ(text, "");
+  const std::string twoLines = std::string(kFolderLine) + kFileLine;
+  const struct {
+    const char* command;
+    std::string lines;
+    LProcessResult (*ask)(LProcessInterface&, Session&, const char*, char (&)[kTextSize]);
+    const char* answer;
+  } rows[] = {
+      {"LIST", kFileLine, ProcessFtpGetFileAttribute, "-rw-r--r--"},
+      {"LIST", kFileLine, ProcessFtpGetFileOwner, "anna"},
+      {"LIST", kFileLine, ProcessFtpGetFileOwnerGroup, "staff"},
+      // Joined without line ends, two lines hide the name.
+      {"LIST", twoLines, ProcessFtpGetFileOwner, "staff"},
+      {"LIST", twoLines, ProcessFtpGetFileAttribute, ""},
+      {"MLSD f.txt", "type=file;UNIX.mode=0644; f.txt\r\n", ProcessFtpGetFileAttribute, "0644"},
+      {"MLSD f.txt", "", ProcessFtpGetFileAttribute, ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.command + (" for " + std::string(row.answer)));
+    Begin(row.command[0] == 'M' ? uint32_t{Session::bHasMlsd} : 0);
+    ExpectListing(row.command, row.lines);
+    EXPECT_EQ(row.ask(process, session, "f.txt", text), LProcessResultOk);
+    EXPECT_STREQ(text, row.answer);
+  }
   ExpectPassive("A");
   server.Expect("MLSD f.txt").Reply("501 Not a directory");
   EXPECT_EQ(ProcessFtpGetFileAttribute(process, session, "f.txt", text), LProcessResultFailed);
@@ -357,7 +342,6 @@ TEST_P(Queries, ReadAnAnswerThatComesAsData) {
   const auto ask = [&] { return ProcessFtpSendAndWaitForDataReply(process, session, "LIST\r\n", lines); };
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasUtf8);
     server.Expect("OPTS UTF8 ON").Reply("500 What");
     ExpectListing("LIST", "one\r\n\r\ntwo\nthree");

@@ -79,6 +79,16 @@ LProcessResult AskWith(SmuggledCommands& test, const char (&format)[N], const ch
   return test.Ask(command);
 }
 
+LProcessResult AskSize(SmuggledCommands& test, const char* name) {
+  return ProcessFtpGetFileSize(test.process, test.session, name, test.number);
+}
+LProcessResult AskTime(SmuggledCommands& test, const char* name) {
+  return ProcessFtpGetFileModifiedTime(test.process, test.session, name, test.time);
+}
+LProcessResult AskKind(SmuggledCommands& test, const char* name) {
+  return ProcessFtpIsDirectory(test.process, test.session, name, test.kind);
+}
+
 const Row kRows[] = {
     {"user", [](SmuggledCommands& t, const char* x) { return t.LogOn(t.server->Address().c_str(), x, "secret"); }, 0,
      false, LProcessResultFailed, kUserNotSent},
@@ -108,29 +118,14 @@ const Row kRows[] = {
     {"folder to delete",
      [](SmuggledCommands& t, const char* x) { return ProcessFtpDeleteDirectoryAndFiles(t.process, t.session, x); }, 0,
      true, LProcessResultOk},
-    {"size by MLST",
-     [](SmuggledCommands& t, const char* x) { return ProcessFtpGetFileSize(t.process, t.session, x, t.number); },
-     Session::bMlstSize},
-    {"size by SIZE",
-     [](SmuggledCommands& t, const char* x) { return ProcessFtpGetFileSize(t.process, t.session, x, t.number); },
-     Session::bHasSize},
-    {"size by MLSD",
-     [](SmuggledCommands& t, const char* x) {
-       return ProcessFtpGetFileSize(t.process, t.session, (x + std::string("/r")).c_str(), t.number);
-     },
+    {"size by MLST", AskSize, Session::bMlstSize},
+    {"size by SIZE", AskSize, Session::bHasSize},
+    {"size by MLSD", [](SmuggledCommands& t, const char* x) { return AskSize(t, (x + std::string("/r")).c_str()); },
      Session::bHasMlsd},
-    {"time by MDTM",
-     [](SmuggledCommands& t, const char* x) { return ProcessFtpGetFileModifiedTime(t.process, t.session, x, t.time); },
-     Session::bHasMdtm},
-    {"time by MLST",
-     [](SmuggledCommands& t, const char* x) { return ProcessFtpGetFileModifiedTime(t.process, t.session, x, t.time); },
-     Session::bMlstModify},
-    {"kind by MLST",
-     [](SmuggledCommands& t, const char* x) { return ProcessFtpIsDirectory(t.process, t.session, x, t.kind); },
-     Session::bMlstType},
-    {"kind by MLSD",
-     [](SmuggledCommands& t, const char* x) { return ProcessFtpIsDirectory(t.process, t.session, x, t.kind); },
-     Session::bHasMlsd},
+    {"time by MDTM", AskTime, Session::bHasMdtm},
+    {"time by MLST", AskTime, Session::bMlstModify},
+    {"kind by MLST", AskKind, Session::bMlstType},
+    {"kind by MLSD", AskKind, Session::bHasMlsd},
     {"mode by MLSD",
      [](SmuggledCommands& t, const char* x) { return ProcessFtpGetFileAttribute(t.process, t.session, x, t.text); },
      Session::bHasMlsd},
@@ -162,9 +157,8 @@ void RunRow(SmuggledCommands& test, const Row& row, const char* text, const char
   }
   EXPECT_EQ(row.run(test, text), row.result);
   EXPECT_THAT(history.Messages(), Contains(complaint));
-  const std::string port = test.server->Address().substr(strlen("127.0.0.1:"));
   if (row.told) {
-    EXPECT_EQ(history.Messages().back(), "サーバー127.0.0.1（ポート" + port + "）" + row.told);
+    EXPECT_EQ(history.Messages().back(), "サーバー" + PeerInHistory(test.server->Address()) + row.told);
   }
   if (strstr(row.name, "password")) {
     EXPECT_EQ(history.Count("DELE"), 0u) << "a password in the history";

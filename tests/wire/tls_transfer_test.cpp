@@ -27,7 +27,6 @@ INSTANTIATE_TEST_SUITE_P(Segments, SecureUpload, testing::Values(false), Segment
 /// connection, and with it what the server has not read yet.
 TEST_P(SecureUpload, EveryByteArrivesEveryTime) {
   for (const TestCertificate version : {TestCertificate::kTls12, TestCertificate::kGood}) {
-    session.CloseSocket();
     server.UseTls(TestServerContext(version));
     BeginSecure();
     for (const size_t size : {0, 1, 1023, 1024, 1025, 300000, 5000000}) {
@@ -118,7 +117,6 @@ TEST_P(CutHandshake, OfADataConnectionLeavesTheClosingReplyToDecide) {
   for (const Cut cut : {Cut::kClose, Cut::kReset, Cut::kStall}) {
     for (int records = 0; records < 4; ++records) {
       SCOPED_TRACE(testing::Message() << "cut " << static_cast<int>(cut) << " behind record " << records);
-      session.CloseSocket();
       TlsTestServer peer(
           [&](TlsTestPeer& connection) { ShakeHandsInPart(connection, TestCertificate::kTls12, records, cut); });
       BeginSecure(Session::bHasSize);

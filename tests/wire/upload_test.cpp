@@ -45,7 +45,6 @@ WIRE_SUITE(Upload);
 TEST_P(Upload, SendsAFile) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure, Session::bHasMfmt);
     const std::string content = TestBytes(300 * kBlock + 7);
     WriteLocal(content);
@@ -82,7 +81,6 @@ TEST_P(Upload, ShowsItsProgress) {
 TEST_P(Upload, ArrivesWholeHoweverLateTheServerReads) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     // All of it fits into the kernel's buffers, and the server has something to say: closing at once with
     // that unread would throw the data away.
@@ -104,7 +102,6 @@ TEST_P(Upload, DoesNotWaitLongForAServerThatKeepsTheConnectionOpen) {
   gFtpTimeouts.dataCloseMs = kShortMs;
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     WriteLocal(TestBytes(kBlock));
     ExpectPassive("I");
@@ -155,33 +152,33 @@ TEST_P(Upload, IsWhatTheClosingReplySays) {
 }
 
 TEST_P(Upload, RefusedWith550IsTriedOnceMore) {
+  const struct {
+    const char* first;
+    const char* second;  ///< Null where nothing is tried again.
+    LProcessResult result;
+    const char* error;
+  } rows[] = {
+      {"550 Busy", "150 Now", LProcessResultOk, "Busy"},
+      {"550 Busy", "550 Still busy", LProcessResultFailed, "Still busy"},
+      {"553 Bad name", nullptr, LProcessResultFailed, "Bad name"},
+      // A code below 300 is no error text, but no transfer either.
+      {"250 Done already", nullptr, LProcessResultFailed, ""},
+  };
   Begin();
   WriteLocal("12345");
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("550 Busy");
-  server.Expect("PASV").ReplyPassive();
-  ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
-  EXPECT_EQ(Run(), LProcessResultOk);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.first);
+    ExpectPassive("I");
+    server.Expect("STOR r.bin").Reply(row.first);
+    if (row.second) {
+      server.Expect("PASV").ReplyPassive();
+      Step& again = server.Expect("STOR r.bin").Reply(row.second);
+      if (row.result == LProcessResultOk) again.DataReceive().Reply("226 Done");
+    }
+    EXPECT_EQ(Run(), row.result);
+    EXPECT_STREQ(error, row.error);
+  }
   EXPECT_THAT(server.Received(), ElementsAre("12345"));
-  EXPECT_STREQ(error, "Busy");
-
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("550 Busy");
-  server.Expect("PASV").ReplyPassive();
-  server.Expect("STOR r.bin").Reply("550 Still busy");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "Still busy");
-
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("553 Bad name");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "Bad name");
-
-  // A code below 300 is no error text, but no transfer either.
-  ExpectPassive("I");
-  server.Expect("STOR r.bin").Reply("250 Done already");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  EXPECT_STREQ(error, "");
   ExpectInStep();
 }
 
@@ -190,35 +187,26 @@ TEST_P(Upload, AppendsWhatTheServerLacks) {
     const char* remoteSize;
     const char* sent;
     const char* label;
-  } rows[] = {{"3", "45", "l.bin: 100%"}, {"5", "", "l.bin"}, {"9", "", "l.bin"}, {nullptr, "12345", "l.bin: 100%"}};
+  } rows[] = {{"3", "45", "l.bin: 100%"}, {"5", "", "l.bin"}, {"9", "", "l.bin"}, {"-2", "12345", "l.bin: 100%"}};
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.remoteSize ? row.remoteSize : "no size");
-    session.CloseSocket();
+    SCOPED_TRACE(row.remoteSize);
     Begin(Session::bHasSize);
     WriteLocal("12345");
     ExpectPassive("I");
     server.Expect("APPE r.bin").Reply("150 ok");
     server.Expect("TYPE I").Reply("200 ok");
-    if (row.remoteSize) {
-      server.Expect("SIZE r.bin").Reply(std::string("213 ") + row.remoteSize).DataReceive().Reply("226 Done");
-    } else {
-      server.Expect("SIZE r.bin").Reply("213 -2").DataReceive().Reply("226 Done");
-    }
+    server.Expect("SIZE r.bin").Reply(std::string("213 ") + row.remoteSize).DataReceive().Reply("226 Done");
     EXPECT_EQ(Run(true), LProcessResultOk);
     EXPECT_EQ(server.Received().back(), row.sent);
     EXPECT_EQ(StatusesAt(1).back(), row.label);
   }
-}
-
-TEST_P(Upload, FallsBackFromARefusedAppend) {
-  Begin();
-  WriteLocal("12345");
+  // A refused one is sent whole.
   ExpectPassive("I");
   server.Expect("APPE r.bin").Reply("502 What");
   server.Expect("PASV").ReplyPassive();
   ExpectData("STOR r.bin").DataReceive().Reply("226 Done");
   EXPECT_EQ(Run(true), LProcessResultOk);
-  EXPECT_THAT(server.Received(), ElementsAre("12345"));
+  EXPECT_EQ(server.Received().back(), "12345");
 }
 
 TEST_P(Upload, FailsWithoutALocalFile) {
@@ -230,7 +218,6 @@ TEST_P(Upload, FailsWithoutALocalFile) {
 TEST_P(Upload, FailsWhenTheConnectionBreaks) {
   for (const bool secure : {false, true}) {
     SCOPED_TRACE(secure);
-    session.CloseSocket();
     BeginAs(secure);
     WriteLocal(TestBytes(kMoreThanBuffers));
     ExpectPassive("I");
@@ -248,29 +235,27 @@ TEST_P(Upload, FailsWhenTheServerTakesNothing) {
   EXPECT_EQ(Run(), LProcessResultFailed);
 }
 
-TEST_P(Upload, KeepsTheControlConnectionAlive) {
-  Begin();
+TEST_P(Upload, SendsANoopInTheMiddle) {
+  const struct {
+    const char* reply;  ///< Null for none, and a stop while it is awaited.
+    LProcessResult result;
+  } rows[] = {
+      {nullptr, LProcessResultStopped}, {"200 Still here", LProcessResultOk}, {"451 Disk full", LProcessResultFailed}};
   WriteLocal(TestBytes(kMoreThanBuffers));
-  ExpectNoopInTheMiddle().Reply("200 Still here").DataReceive().Reply("226 Done");
-  EXPECT_EQ(Run(), LProcessResultOk);
-  EXPECT_TRUE(server.Received().back() == TestBytes(kMoreThanBuffers));
-  ExpectInStep();
-}
-
-TEST_P(Upload, EndsWhenANoopSaysThatTheDiskIsFull) {
-  Begin();
-  WriteLocal(TestBytes(kMoreThanBuffers));
-  ExpectNoopInTheMiddle().Reply("451 Disk full");
-  EXPECT_EQ(Run(), LProcessResultFailed);
-  ExpectInStep();
-}
-
-TEST_P(Upload, StoppedInANoopEndsAtOnce) {
-  Begin();
-  WriteLocal(TestBytes(kMoreThanBuffers));
-  ExpectNoopInTheMiddle().Silence();
-  StopWhen([this] { return LastCommand() == "NOOP"; });
-  EXPECT_EQ(Run(), LProcessResultStopped);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.reply ? row.reply : "stopped");
+    Restart();
+    Begin();
+    Step& noop = ExpectNoopInTheMiddle();
+    if (row.result == LProcessResultOk) noop.Reply(row.reply).DataReceive().Reply("226 Done");
+    if (row.result == LProcessResultFailed) noop.Reply(row.reply);
+    if (row.result == LProcessResultStopped) StopWhen([this] { return LastCommand() == "NOOP"; });
+    EXPECT_EQ(Run(), row.result);
+    if (row.result == LProcessResultOk) {
+      EXPECT_TRUE(server.Received().back() == TestBytes(kMoreThanBuffers));
+    }
+    if (row.result != LProcessResultStopped) ExpectInStep();
+  }
 }
 
 TEST_P(Upload, GathersRepliesThatComeLate) {
@@ -287,7 +272,6 @@ TEST_P(Upload, GathersRepliesThatComeLate) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    session.CloseSocket();
     gFtpTimeouts.noopReplyMs = kShortMs;
     gFtpTimeouts.lateReplyUploadMs = 500;
     Begin(Session::bHasSize);

@@ -11,6 +11,12 @@
 #include "support/recording_interface.h"
 #include "support/scripted_server.h"
 
+constexpr char kLogonRefused[] =
+    "ユーザーログインに失敗しました。ユーザー名とパスワードが正しいことを確認してください。";
+constexpr char kProtectionRefused[] =
+    "このFTPサーバーは接続に必要な保護されたモードでのデータ転送をサポートしていません。";
+constexpr char kCommandTooLong[] = "コマンドが長すぎるため送信しませんでした。";
+
 class WireTest : public testing::TestWithParam<bool> {
  protected:
   /// Long enough for any reply that comes at all.

@@ -1,5 +1,6 @@
 #include "app/folder_history.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -7,14 +8,21 @@
 
 namespace {
 
-TEST(FolderHistory, IsEmptyAtFirst) {
-  LExplorerFolderHistory history;
-  EXPECT_FALSE(history.IsBackAccessible());
-  EXPECT_FALSE(history.IsForwardAccessible());
-  EXPECT_EQ(history.Back(), nullptr);
-  EXPECT_EQ(history.Forward(), nullptr);
-  history.Add("");
-  EXPECT_FALSE(history.IsBackAccessible());
+TEST(FolderHistory, HoldsTheLastTenFolders) {
+  for (const int folders : {0, 1, 10, 11, 57}) {
+    SCOPED_TRACE(folders);
+    LExplorerFolderHistory history;
+    history.Add("");  // Is none.
+    for (int i = 1; i <= folders; ++i) history.Add(("/" + std::to_string(i)).c_str());
+    const int oldest = std::max(1, folders - 9);
+    for (int i = folders - 1; i >= oldest; --i) EXPECT_EQ(std::string(history.Back()), "/" + std::to_string(i));
+    EXPECT_FALSE(history.IsBackAccessible());
+    EXPECT_EQ(history.Back(), nullptr);
+    for (int i = oldest + 1; i <= folders; ++i) EXPECT_EQ(std::string(history.Forward()), "/" + std::to_string(i));
+    if (folders < 10) {  // In a full ring the oldest entry is the one behind the newest.
+      EXPECT_EQ(history.Forward(), nullptr);
+    }
+  }
 }
 
 TEST(FolderHistory, TheSameFolderTwiceIsOneEntry) {
@@ -34,28 +42,6 @@ TEST(FolderHistory, BackThenAnotherFolderDropsTheForwardPart) {
   EXPECT_FALSE(history.IsForwardAccessible());
   EXPECT_STREQ(history.Back(), "/a");
   EXPECT_STREQ(history.Forward(), "/d");
-}
-
-TEST(FolderHistory, TheEleventhFolderPushesTheOldestOut) {
-  LExplorerFolderHistory history;
-  for (int i = 0; i < 11; ++i) history.Add(("/" + std::to_string(i)).c_str());
-  for (int i = 9; i >= 1; --i) EXPECT_EQ(std::string(history.Back()), "/" + std::to_string(i));
-  EXPECT_FALSE(history.IsBackAccessible());
-  EXPECT_EQ(history.Back(), nullptr);
-  for (int i = 2; i <= 10; ++i) EXPECT_EQ(std::string(history.Forward()), "/" + std::to_string(i));
-}
-
-TEST(FolderHistory, StaysRightOverManyRounds) {
-  LExplorerFolderHistory history;
-  for (int i = 0; i < 57; ++i) history.Add(("/" + std::to_string(i)).c_str());
-  int steps = 0;
-  std::string last;
-  while (const char* path = history.Back()) {
-    last = path;
-    ++steps;
-  }
-  EXPECT_EQ(steps, 9);
-  EXPECT_EQ(last, "/47");
 }
 
 TEST(LocalSizes, AreComparedByLengthAndUnorderedAtEqualLength) {

@@ -23,15 +23,12 @@ struct Row {
 TEST(HostName, AnAddressIsFilledToFourParts) {
   const Row rows[] = {
       {"192.168.0.32", "192.168.0.32"},
-      {"127.0.0.1:2121", "127.0.0.1:2121"},
       {"192.168", "192.168.."},
       {"1.2.3.4.5", "1.2.3.4"},
-      {"1..2", "1.2.."},
       {"1.a.b.2.c", "1.2.c."},
       {"3d.example.com", "3d.com.."},
       {"256.0.0.1", kRefused},
       {"1.2.3.99999999999999999999", kRefused},
-      {"1.2.3.4.999", "1.2.3.4"},
       {"", "..."},
   };
   for (const Row& row : rows) EXPECT_EQ(Scrubbed(ScrubIpV4Address, row.typed), row.kept) << row.typed;
@@ -43,16 +40,13 @@ TEST(HostName, AHostIsCutOutOfWhatStandsAroundIt) {
       {"  FTP.Example.COM\n", "ftp.example.com"},
       {"ftp.example.com:2121", "ftp.example.com:2121"},
       {"ftp://anna@ftp.example.com/pub", "ftp.example.com"},
-      {"my_host~1.example-2.com", "my_host~1.example-2.com"},
       {"256.0.0.1", "256.0.0.1"},
       {"1host.com", "1host.com.."},
       {"localhost", kRefused},
       {"", kRefused},
       {".com", kRefused},
-      {"example.", kRefused},
       {"a .b", kRefused},
       {"サーバー.jp", kRefused},
-      {"host.日本", kRefused},
       {"\xE2\x80\xAE"
        "abc",
        kRefused},

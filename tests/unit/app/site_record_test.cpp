@@ -44,41 +44,34 @@ class SiteRecords : public SettingsFixture {
   }
 };
 
-TEST_F(SiteRecords, ANewSiteTakesTheFirstFreeKey) {
-  EXPECT_EQ(Edit({"", "", "", "会社", "a.jp", "anna"}), "FTPAccounts/会社/a.jp/0/");
-  EXPECT_EQ(Edit({"", "", "", "家", "a.jp", ""}), "FTPAccounts/家/a.jp/0/");
-  EXPECT_THAT(Sites(), ElementsAre("会社/a.jp/0 anna", "家/a.jp/0 anonymous"));
-}
-
 TEST_F(SiteRecords, EditsByCase) {
   const struct {
     const char* name;
     SiteEdit edit;
+    const char* path;
     Texts sites;
   } rows[] = {
-      {"nothing changed", {"s", "a.jp", "anna", "s", "a.jp", "anna"}, {"s/a.jp/0 anna"}},
-      {"another user", {"s", "a.jp", "anna", "s", "a.jp", "ben"}, {"s/a.jp/0 ben"}},
-      {"another server", {"s", "a.jp", "anna", "s", "b.jp", "anna"}, {"s/b.jp/0 anna"}},
-      {"another label", {"s", "a.jp", "anna", "t", "a.jp", "anna"}, {"t/a.jp/0 anna"}},
-      {"another label and user", {"s", "a.jp", "anna", "t", "a.jp", "ben"}, {"t/a.jp/0 ben"}},
-      {"the user emptied", {"s", "a.jp", "anna", "s", "a.jp", ""}, {}},
-      {"a site that is not there", {"s", "a.jp", "karl", "s", "a.jp", "karl"}, {"s/a.jp/0 karl"}},
+      {"new", {"", "", "", "会社", "a.jp", ""}, "FTPAccounts/会社/a.jp/0/", {"s/a.jp/0 anna", "会社/a.jp/0 anonymous"}},
+      {"nothing changed", {"s", "a.jp", "anna", "s", "a.jp", "anna"}, "FTPAccounts/s/a.jp/0/", {"s/a.jp/0 anna"}},
+      {"another user", {"s", "a.jp", "anna", "s", "a.jp", "ben"}, "FTPAccounts/s/a.jp/0/", {"s/a.jp/0 ben"}},
+      {"another server", {"s", "a.jp", "anna", "s", "b.jp", "anna"}, "FTPAccounts/s/b.jp/0/", {"s/b.jp/0 anna"}},
+      {"another label", {"s", "a.jp", "anna", "t", "a.jp", "anna"}, "FTPAccounts/t/a.jp/0/", {"t/a.jp/0 anna"}},
+      {"label and user", {"s", "a.jp", "anna", "t", "a.jp", "ben"}, "FTPAccounts/t/a.jp/0/", {"t/a.jp/0 ben"}},
+      {"the user emptied", {"s", "a.jp", "anna", "s", "a.jp", ""}, "anonymous/0/", {}},
+      {"not there", {"s", "a.jp", "karl", "s", "a.jp", "karl"}, "FTPAccounts/s/a.jp/0/", {"s/a.jp/0 karl"}},
   };
   for (const auto& row : rows) {
     LUserSettingDeleteSection(kAccountsSection);
     LUserSettingDeleteSection("anonymous");
     Keep("s", "a.jp", "anna");
-    Edit(row.edit);
+    EXPECT_EQ(Edit(row.edit), row.path) << row.name;
     EXPECT_EQ(Sites(), row.sites) << row.name;
-    EXPECT_EQ(AccountsNumSites(), 1) << row.name;
+    EXPECT_EQ(AccountsNumSites(), row.edit.IsNew() ? 2 : 1) << row.name;
+    if (row.sites.empty()) {
+      EXPECT_EQ(Raw("anonymous/0/UserName"), "anonymous");
+      EXPECT_EQ(Raw("anonymous/0/Server"), "a.jp");
+    }
   }
-}
-
-TEST_F(SiteRecords, AnEmptiedUserGoesToTheSectionOfThatName) {
-  Keep("s", "a.jp", "anna");
-  EXPECT_EQ(Edit({"s", "a.jp", "anna", "s", "a.jp", ""}), "anonymous/0/");
-  EXPECT_EQ(Raw("anonymous/0/UserName"), "anonymous");
-  EXPECT_EQ(Raw("anonymous/0/Server"), "a.jp");
 }
 
 TEST_F(SiteRecords, EverySecondServerOfTheLabelGoes) {

@@ -34,15 +34,12 @@ TEST_F(Switches, AreTakenFromTheFirstArgument) {
   } kRows[] = {
       {{}, -1, false, false},
       {{"-installer"}, -1, true, false},
-      {{"-scheduled_launch"}, -1, false, true},
       {{"-scheduled_launch", "x"}, -1, false, true},
       {{"x", "-scheduled_launch"}, -1, false, false},
-      {{"-elevated"}, -1, false, false},
       {{"-elevated", "x"}, 1, false, false},
       {{"-exe"}, -1, false, false},
       {{"-exe", "no-such-job"}, 1, false, false},
       {{"-psn_0_1", "-exe", "no-such-job"}, 1, false, false},
-      {{"-psn_0_1"}, -1, false, false},
       {{"-call_launchctl_script", "/no/such/script"}, 0, false, false},
       {{"-call_launchctl_script"}, -1, false, false},
   };

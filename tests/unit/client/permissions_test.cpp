@@ -62,15 +62,11 @@ TEST(Links, LeadToWhatStandsBeforeTheFirstMinusOrArrow) {
 }
 
 TEST(Names, LoseBlanksFirstAndCapitalsAfter) {
-  const struct {
-    bool noSpaces, lowerCase;
-    const char* name;
-  } kRows[] = {{false, false, "My File A.TXT"}, {true, false, "My_File_A.TXT"}, {true, true, "my_file_a.txt"}};
-  for (const auto& row : kRows) {
-    char name[kTextSize];
-    RemoteCleanName(name, "My File A.TXT", row.noSpaces, row.lowerCase);
-    EXPECT_STREQ(name, row.name);
-  }
+  char name[kTextSize];
+  RemoteCleanName(name, "My File A.TXT", true, false);
+  EXPECT_STREQ(name, "My_File_A.TXT");
+  RemoteCleanName(name, "My File A.TXT", true, true);
+  EXPECT_STREQ(name, "my_file_a.txt");
 }
 
 }  // namespace

@@ -43,25 +43,17 @@ TEST(RemotePaths, TheRemotePathOfALocalOne) {
   }
 }
 
-TEST(RemotePaths, AreCutAtTheSizeOfAText) {
+TEST(RemotePaths, AreJoinedByOneSeparatorAndCutAtTheSizeOfAText) {
   const std::string name(300, 'x');
-  char remote[kTextSize];
-  RemotePathOfLocal(remote, "/l", "/remote", ("/l/" + name).c_str());
-  EXPECT_EQ(std::string(remote), ("/remote/" + name).substr(0, kTextSize - 1));
-  RemoteJoin(remote, "/folder", name.c_str());
-  EXPECT_EQ(std::string(remote), ("/folder/" + name).substr(0, kTextSize - 1));
-}
-
-TEST(RemotePaths, AreJoinedByOneSeparator) {
   char joined[kTextSize];
-  RemoteJoin(joined, "/", "a");
-  EXPECT_STREQ(joined, "/a");
-  RemoteJoin(joined, "/a", "b");
-  EXPECT_STREQ(joined, "/a/b");
-  RemoteJoin(joined, "/a/", "b");
-  EXPECT_STREQ(joined, "/a/b");
-  RemoteJoin(joined, joined, "c");  // Into the text that is read.
-  EXPECT_STREQ(joined, "/a/b/c");
+  for (const char* folder : {"/", "/a", "/a/"}) {
+    RemoteJoin(joined, folder, "b");
+    EXPECT_STREQ(joined, folder[1] ? "/a/b" : "/b") << folder;
+  }
+  RemoteJoin(joined, joined, name.c_str());  // Into the text that is read.
+  EXPECT_EQ(joined, ("/a/b/" + name).substr(0, kTextSize - 1));
+  RemotePathOfLocal(joined, "/l", "/remote", ("/l/" + name).c_str());
+  EXPECT_EQ(joined, ("/remote/" + name).substr(0, kTextSize - 1));
 }
 
 TEST(RemotePaths, ANameThatLeadsElsewhereIsNotPlain) {

@@ -14,10 +14,9 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 
-/// Records what is shown and which waits arrive.
-class Parent : public LProcessInterface {
+/// Records which waits arrive, too.
+class Parent : public RecordingInterface {
  public:
-  bool IsToStop() override { return isStopped; }
   LProcessResult ProcessWait(unsigned int ms) override { return Waited("wait", ms); }
   LProcessResult ProcessWaitSignal(LSignalObjectRef signal, unsigned int ms) override {
     return Waited("signal " + std::to_string(signal.fd), ms);
@@ -25,18 +24,8 @@ class Parent : public LProcessInterface {
   LProcessResult ProcessWaitSignalObjectGroup(LSignalObjectGroup& group, unsigned int ms) override {
     return Waited("group " + std::to_string(group.count), ms);
   }
-  void SetError(const char* text) override { errors.emplace_back(text); }
-  void SetStatus(const char* text, int level) override { statuses.emplace_back(level, text); }
-  void SetProgress(double fraction) override { progress.push_back(fraction); }
-  void SetProgressIndeterminateOn() override { ++indeterminate; }
-  void SetProgressIndeterminateOff() override { ++indeterminate; }
 
-  bool isStopped = false;
   std::vector<std::pair<std::string, unsigned>> waits;
-  std::vector<std::string> errors;
-  std::vector<std::pair<int, std::string>> statuses;
-  std::vector<double> progress;
-  int indeterminate = 0;
 
  private:
   LProcessResult Waited(std::string what, unsigned int ms) {
@@ -68,10 +57,10 @@ TEST(Process, SubProcessMapsProgressAndSinksStatus) {
   child.SetError("wrong");
   child.SetProgressIndeterminateOn();
   child.SetProgressIndeterminateOff();
-  EXPECT_THAT(parent.progress, ElementsAre(0.5));
-  EXPECT_THAT(parent.statuses, ElementsAre(Pair(1, "action"), Pair(2, "item")));
-  EXPECT_THAT(parent.errors, ElementsAre("wrong"));
-  EXPECT_EQ(parent.indeterminate, 0);
+  EXPECT_THAT(parent.Progress(), ElementsAre(0.5));
+  EXPECT_THAT(parent.Statuses(), ElementsAre(Pair(1, "action"), Pair(2, "item")));
+  EXPECT_THAT(parent.Errors(), ElementsAre("wrong"));
+  EXPECT_THAT(parent.Indeterminate(), IsEmpty());
   ExpectWaitsReachParent(child, parent);
 }
 
@@ -81,8 +70,8 @@ TEST(Process, RecursionKeepsItsStatusLine) {
   LProcessInterfaceRecursiveSubProcess inner(outer, 0.5, 0.5);
   inner.SetStatus("folder", 0);
   inner.SetProgress(0.5);
-  EXPECT_THAT(parent.statuses, ElementsAre(Pair(0, "folder")));
-  EXPECT_THAT(parent.progress, ElementsAre(0.875));
+  EXPECT_THAT(parent.Statuses(), ElementsAre(Pair(0, "folder")));
+  EXPECT_THAT(parent.Progress(), ElementsAre(0.875));
 }
 
 TEST(Process, NestedShowsNothingButErrors) {
@@ -91,11 +80,11 @@ TEST(Process, NestedShowsNothingButErrors) {
   child.SetStatus("text", 1);
   child.SetProgress(0.5);
   child.SetErrorF("%s %d", "error", 7);
-  EXPECT_THAT(parent.statuses, IsEmpty());
-  EXPECT_THAT(parent.progress, IsEmpty());
-  EXPECT_THAT(parent.errors, ElementsAre("error 7"));
+  EXPECT_THAT(parent.Statuses(), IsEmpty());
+  EXPECT_THAT(parent.Progress(), IsEmpty());
+  EXPECT_THAT(parent.Errors(), ElementsAre("error 7"));
   EXPECT_FALSE(child.IsToStop());
-  parent.isStopped = true;
+  parent.StopNow();
   EXPECT_TRUE(child.IsToStop());
   ExpectWaitsReachParent(child, parent);
 }
@@ -111,10 +100,10 @@ TEST(Process, ChildOfAListOwnsItsItemLineOnly) {
   child.SetError("dropped");
   child.SetProgressIndeterminateOn();
   child.SetProgressIndeterminateOff();
-  EXPECT_THAT(parent.progress, ElementsAre(0.625));
-  EXPECT_THAT(parent.statuses, ElementsAre(Pair(1, "item"), Pair(2, "50%")));
-  EXPECT_THAT(parent.errors, IsEmpty());
-  EXPECT_EQ(parent.indeterminate, 0);
+  EXPECT_THAT(parent.Progress(), ElementsAre(0.625));
+  EXPECT_THAT(parent.Statuses(), ElementsAre(Pair(1, "item"), Pair(2, "50%")));
+  EXPECT_THAT(parent.Errors(), IsEmpty());
+  EXPECT_THAT(parent.Indeterminate(), IsEmpty());
   ExpectWaitsReachParent(child, parent);
 }
 
@@ -125,7 +114,7 @@ TEST(Process, ChildStopsByParentOrByItself) {
   child.bStop = true;
   EXPECT_TRUE(child.IsToStop());
   child.bStop = false;
-  parent.isStopped = true;
+  parent.StopNow();
   EXPECT_TRUE(child.IsToStop());
 }
 
@@ -134,36 +123,25 @@ TEST(Process, LongMessagesAreCut) {
   const std::string text(10000, 'x');
   parent.SetErrorF("%s", text.c_str());
   parent.SetStatusF(1, "%s", text.c_str());
-  EXPECT_EQ(parent.errors.at(0), text.substr(0, 8191));
-  EXPECT_EQ(parent.statuses.at(0).second, text.substr(0, 8191));
+  EXPECT_EQ(parent.Errors().at(0), text.substr(0, 8191));
+  EXPECT_EQ(parent.Statuses().at(0).second, text.substr(0, 8191));
 }
 
-TEST(ProcessVoid, WaitsTheWholeTimeAndNeverStops) {
+TEST(ProcessVoid, WaitsForTimeAndSignalsAndNeverStops) {
   LProcessInterfaceVoid process;
   const Stopwatch watch;
   EXPECT_EQ(process.ProcessWait(60), LProcessResultOk);
   EXPECT_GE(watch.Ms(), 59);
   EXPECT_FALSE(process.IsToStop());
-}
-
-TEST(ProcessVoid, WaitsForSignals) {
-  LProcessInterfaceVoid process;
-  LSignalObject signal;
-  LSignalObject other;
+  LSignalObject signal, other;
   LSignalObjectGroup group;
+  EXPECT_EQ(process.ProcessWaitSignalObjectGroupForever(group), LProcessResultFailed) << "an empty group";
   EXPECT_TRUE(group.Add(other.Ref()) && group.Add(signal.Ref()));
   EXPECT_EQ(process.ProcessWaitSignal(signal.Ref(), 20), LProcessResultFailed);
   EXPECT_EQ(process.ProcessWaitSignalObjectGroup(group, 20), LProcessResultFailed);
   signal.Signal();
-  EXPECT_EQ(process.ProcessWaitSignal(signal.Ref(), 5000), LProcessResultOk);
-  EXPECT_EQ(process.ProcessWaitSignalForever(signal.Ref()), LProcessResultOk) << "A signal stays until it is reset";
-  EXPECT_EQ(process.ProcessWaitSignalObjectGroupForever(group), LProcessResultOk);
-}
-
-TEST(ProcessVoid, EmptyGroupTimesOutAtOnce) {
-  LProcessInterfaceVoid process;
-  LSignalObjectGroup group;
-  EXPECT_EQ(process.ProcessWaitSignalObjectGroupForever(group), LProcessResultFailed);
+  EXPECT_EQ(process.ProcessWaitSignalForever(signal.Ref()), LProcessResultOk);
+  EXPECT_EQ(process.ProcessWaitSignalObjectGroupForever(group), LProcessResultOk) << "it stays until it is reset";
 }
 
 }  // namespace

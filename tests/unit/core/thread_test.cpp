@@ -29,58 +29,31 @@ class TestThread : public LThread {
   std::atomic<int> runs_ = 0;
 };
 
-void WaitUntilEnded(const LThread& thread) {
-  const Stopwatch watch;
-  while (thread.ThreadId() != -1 && watch.Ms() < 10000) usleep(1000);
-  ASSERT_EQ(thread.ThreadId(), -1);
-}
-
-TEST(Thread, RunsItsBodyUnderItsOwnId) {
+TEST(Thread, RunsItsBodyUnderItsOwnIdAndMayBeStartedAgain) {
   std::atomic<pid_t> seen = -1;
-  TestThread thread([&](LThread& self) {
-    seen = gettid();
-    (void)self.ProcessWaitUntilStopped();
-  });
-  EXPECT_EQ(thread.ThreadId(), -1);
-  thread.Start(LThread::kDefaultPriority);
-  const pid_t id = thread.ThreadId();
-  thread.Start(LThread::kDefaultPriority);  // It runs already.
-  thread.StopAndWait();
-  EXPECT_EQ(thread.Runs(), 1);
-  EXPECT_EQ(seen, id);
-  EXPECT_NE(seen, getpid());
-  EXPECT_EQ(thread.ThreadId(), -1);
-}
-
-TEST(Thread, StopStaysSetUntilTheNextStart) {
-  std::atomic<bool> wasStoppedAtStart = true;
+  std::atomic<bool> wasStoppedAtStart = false;
   LSignalObject hasLooked;
   TestThread thread([&](LThread& self) {
+    seen = gettid();
     wasStoppedAtStart = self.IsToStop();
     hasLooked.Signal();
     (void)self.ProcessWaitUntilStopped();
   });
-  thread.Start(20);
-  EXPECT_FALSE(thread.IsToStop());
-  thread.StopAndWait();
-  EXPECT_TRUE(thread.IsToStop());
-  EXPECT_EQ(thread.ProcessWait(5000), LProcessResultStopped);
-  EXPECT_EQ(thread.ProcessWait(0), LProcessResultStopped);
-  hasLooked.Reset();
-  thread.Start(20);
+  EXPECT_EQ(thread.ThreadId(), -1);
   LProcessInterfaceVoid process;
-  EXPECT_EQ(process.ProcessWaitSignal(hasLooked.Ref(), 10000), LProcessResultOk);
-  thread.StopAndWait();
-  EXPECT_FALSE(wasStoppedAtStart);
-  EXPECT_EQ(thread.Runs(), 2);
-}
-
-TEST(Thread, BodyThatEndedCanRunAgain) {
-  TestThread thread([](LThread&) {});
-  for (int run = 1; run <= 50; ++run) {
-    thread.Start(20);
-    WaitUntilEnded(thread);
+  for (int run = 1; run <= 2; ++run) {
+    thread.Start(LThread::kDefaultPriority);
+    const pid_t id = thread.ThreadId();
+    thread.Start(LThread::kDefaultPriority);  // It runs already.
+    EXPECT_EQ(process.ProcessWaitSignal(hasLooked.Ref(), 10000), LProcessResultOk);
+    hasLooked.Reset();
+    EXPECT_FALSE(wasStoppedAtStart || thread.IsToStop());
+    thread.StopAndWait();
+    EXPECT_EQ(seen, id);
+    EXPECT_NE(seen, getpid());
     EXPECT_EQ(thread.Runs(), run);
+    EXPECT_EQ(thread.ThreadId(), -1);
+    EXPECT_EQ(thread.ProcessWait(5000), LProcessResultStopped) << "the stop stays until the next start";
   }
 }
 
@@ -125,7 +98,7 @@ TEST(Thread, WaitsTellStopFromSignalFromTime) {
   }
 }
 
-TEST(Thread, PriorityIsTheSystemsOwn) {
+TEST(Thread, PriorityIsTheSystemsOwnOrWhatItLeaves) {
   const int own = LThread::GetPriority(0);
   TestThread thread([](LThread& self) { (void)self.ProcessWaitUntilStopped(); });
   thread.Start(12);
@@ -134,11 +107,7 @@ TEST(Thread, PriorityIsTheSystemsOwn) {
   EXPECT_EQ(LThread::GetPriority(thread.ThreadId()), 5);
   EXPECT_EQ(LThread::GetPriority(0), own) << "The test's own thread is left alone";
   EXPECT_EQ(LThread::GetPriority(2147483647), 20) << "No such thread";
-}
-
-TEST(Thread, TimeConstraintPriorityOrWhatTheSystemLeaves) {
-  TestThread thread([](LThread& self) { (void)self.ProcessWaitUntilStopped(); });
-  thread.Start(LThread::kTimeConstraintPriority);
+  thread.SetPriority(LThread::kTimeConstraintPriority);
   const bool isGranted = sched_getscheduler(thread.ThreadId()) == SCHED_RR;
   EXPECT_EQ(LThread::GetPriority(thread.ThreadId()) == 91, isGranted);
   thread.SetPriority(20);

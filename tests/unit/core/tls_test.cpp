@@ -101,6 +101,8 @@ TEST_F(Tls, CertificatesAreCheckedAgainstChainNameAndTime) {
       {TestCertificate::kGood, "localhost", nullptr},
       {TestCertificate::kGood, "LOCALHOST:21", nullptr},
       {TestCertificate::kTls12, "localhost", nullptr},
+      {TestCertificate::kWithChain, "127.0.0.1", nullptr},
+      {TestCertificate::kChainMissing, "127.0.0.1", "unable to get local issuer certificate"},
       {TestCertificate::kNameOnly, "localhost", nullptr},
       {TestCertificate::kNameOnly, "127.0.0.1", "IP address mismatch"},
       {TestCertificate::kAddressAsName, "127.0.0.1", "IP address mismatch"},
@@ -191,29 +193,6 @@ TEST_F(Tls, HandshakeWithASilentServerTimesOutWithoutBurningTime) {
   EXPECT_LT(watch.Ms(), 5000);
   EXPECT_LT((clock() - cpu) * 1000 / CLOCKS_PER_SEC, 350);
   EXPECT_FALSE(socket.ConvertSocketToSSLTimeOut(0));
-}
-
-TEST_F(Tls, HandshakeGoesOnBetweenOtherWork) {
-  Serve([](TlsTestPeer& peer) {
-    Pause(100);
-    peer.StartTls(TestCertificate::kGood);
-    peer.Send("in\n");
-  });
-  Connect();
-  EXPECT_EQ(socket.HandshakeStep(), TlsStatus::kIoError) << "There is no context yet";
-  ASSERT_TRUE(socket.InitSSL());
-  EXPECT_EQ(socket.HandshakeStep(), TlsStatus::kWouldBlock);
-  EXPECT_EQ(socket.PollEvents(), POLLIN);
-  int steps = 1;
-  TlsStatus status = TlsStatus::kWouldBlock;
-  for (; status == TlsStatus::kWouldBlock && steps < 100; ++steps) {
-    pollfd entry = {socket.fd, socket.PollEvents(), 0};
-    ASSERT_EQ(platform::NetPoll(&entry, 1, kEnough), 1);
-    status = socket.HandshakeStep();
-  }
-  EXPECT_EQ(status, TlsStatus::kOk);
-  EXPECT_LT(steps, 20);
-  EXPECT_EQ(ReceiveLine(), "in");
 }
 
 // What the TLS layer holds
@@ -414,41 +393,16 @@ TEST_F(Tls, CloseSendsTheNotice) {
   EXPECT_TRUE(hasNotice);
 }
 
-TEST_F(Tls, StreamsOfSeveralThreadsDoNotDisturbEachOther) {
-  const std::string data = TestBytes(1 << 20);
-  std::vector<std::thread> threads;
-  std::atomic<int> whole = 0;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      TlsTestServer server([&](TlsTestPeer& peer) {
-        if (peer.StartTls(TestCertificate::kGood)) peer.Send(data);
-      });
-      LProcessInterfaceVoid own;
-      LSSLSocketTCP client;
-      const LIPAddressWithPort address = {htonl(INADDR_LOOPBACK), htons(server.Port())};
-      if (ProcessConnect(own, client, "localhost", address, kEnough) != LProcessResultOk) return;
-      if (!client.ConvertSocketToSSLTimeOut(kEnough)) return;
-      std::string back(data.size(), '\0');
-      if (ProcessRecvBytes(own, client, back.data(), back.size(), kEnough) == LProcessResultOk && back == data) {
-        ++whole;
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(whole, 4);
-}
-
 // The stream over a transport of the test's
 
-/// A transport that counts its calls and can be narrow: at most so many bytes for each call, then
-/// would-block.
+/// A transport that counts its calls.
 struct CountingTransport {
   int fd = -1;
-  size_t limit = SIZE_MAX;
   int reads = 0;
   int writes = 0;
 
-  static TlsStatus Moved(ssize_t result, size_t wanted, size_t& size) {
+  static TlsStatus Moved(ssize_t result, size_t& size) {
+    const size_t wanted = size;
     size = result > 0 ? static_cast<size_t>(result) : 0;
     if (result == 0) return TlsStatus::kClosedGracefully;
     return size == wanted ? TlsStatus::kOk : TlsStatus::kWouldBlock;
@@ -456,16 +410,13 @@ struct CountingTransport {
   static TlsStatus Read(void* connection, void* data, size_t& size) {
     auto& self = *static_cast<CountingTransport*>(connection);
     ++self.reads;
-    const size_t wanted = size;
-    return Moved(platform::NetReceive(self.fd, data, std::min(wanted, self.limit)), wanted, size);
+    return Moved(platform::NetReceive(self.fd, data, size), size);
   }
   static TlsStatus Write(void* connection, const void* data, size_t& size) {
     auto& self = *static_cast<CountingTransport*>(connection);
     ++self.writes;
-    const size_t wanted = size;
-    return Moved(platform::NetSend(self.fd, data, std::min(wanted, self.limit)), wanted, size);
+    return Moved(platform::NetSend(self.fd, data, size), size);
   }
-  platform::TlsTransport Functions() { return {this, &Read, &Write}; }
 };
 
 class TlsOverTransport : public Tls {
@@ -474,16 +425,16 @@ class TlsOverTransport : public Tls {
     platform::TlsDestroy(stream_);
     socket.CloseSocket();
   }
-  void Open(size_t limit) {
+  void Open() {
     Connect();
     transport_.fd = socket.fd;
-    transport_.limit = limit;
-    stream_ = platform::TlsCreate(transport_.Functions());
+    stream_ = platform::TlsCreate({&transport_, &CountingTransport::Read, &CountingTransport::Write});
     ASSERT_TRUE(stream_);
     ASSERT_TRUE(platform::TlsSetPeerName(stream_, "localhost"));
     TlsStatus status;
     while ((status = platform::TlsHandshake(stream_)) == TlsStatus::kWouldBlock) Wait();
     ASSERT_EQ(status, TlsStatus::kOk) << platform::TlsErrorText(stream_);
+    transport_.reads = transport_.writes = 0;
   }
   void Wait() {
     pollfd entry = {socket.fd, static_cast<short>(platform::TlsWantsWrite(stream_) ? POLLOUT : POLLIN), 0};
@@ -502,8 +453,7 @@ TEST_F(TlsOverTransport, BulkDataTakesFewCalls) {
     peer.Send(got);
     peer.Receive(1);
   });
-  Open(SIZE_MAX);
-  transport_.reads = transport_.writes = 0;
+  Open();
   size_t done = 0;
   size_t moved = 0;
   for (; done < data.size(); done += moved) {
@@ -525,41 +475,6 @@ TEST_F(TlsOverTransport, BulkDataTakesFewCalls) {
   }
   EXPECT_TRUE(back == data);
   EXPECT_LT(static_cast<size_t>(transport_.reads), records / 2);
-  EndServer();
-}
-
-TEST_F(TlsOverTransport, OneByteAtATimeIsEnough) {
-  const std::string data = TestBytes(3000);
-  std::string got;
-  ServeSecure([&](TlsTestPeer& peer) {
-    while (got.size() < data.size()) got += peer.Receive(65536);
-    peer.Send(got);
-    peer.SendCloseNotice();
-    peer.ReceiveToEnd();
-  });
-  Open(1);
-  size_t moved = 0;
-  ASSERT_EQ(platform::TlsWrite(stream_, data.data(), data.size(), moved), TlsStatus::kWouldBlock);
-  EXPECT_EQ(moved, data.size()) << "Taken over, and not to be given again";
-  while (platform::TlsFlush(stream_) == TlsStatus::kWouldBlock) Wait();
-  std::string back;
-  TlsStatus status = TlsStatus::kOk;
-  while (status == TlsStatus::kOk || status == TlsStatus::kWouldBlock) {
-    char buffer[100];
-    const size_t ready = platform::TlsFetchReadSize(stream_);
-    const int readsBefore = transport_.reads;
-    status = platform::TlsRead(stream_, buffer, ready ? std::min(ready, sizeof buffer) : 1, moved);
-    if (ready != 0) {
-      EXPECT_EQ(transport_.reads, readsBefore) << "What counts as there needs no transport";
-    }
-    back.append(buffer, moved);
-    if (status == TlsStatus::kWouldBlock) Wait();
-  }
-  EXPECT_EQ(status, TlsStatus::kClosedGracefully);
-  EXPECT_TRUE(back == data);
-  EXPECT_TRUE(platform::TlsPeerClosedCleanly(stream_));
-  while ((status = platform::TlsClose(stream_)) == TlsStatus::kWouldBlock) Wait();
-  EXPECT_EQ(status, TlsStatus::kOk);
   EndServer();
 }
 

@@ -1,4 +1,3 @@
-#include <ctime>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -12,18 +11,6 @@ using Item = LFileTransferProtocol::DirIterator::Item;
 
 /// A zone without summer time, so that an offset of now and of then are the same.
 class ListingRules : public testing::Test {
- protected:
-  static int64_t Utc(int year, int month, int day, int hour, int minute, int second) {
-    struct tm parts = {};
-    parts.tm_year = year - 1900;
-    parts.tm_mon = month - 1;
-    parts.tm_mday = day;
-    parts.tm_hour = hour;
-    parts.tm_min = minute;
-    parts.tm_sec = second;
-    return timegm(&parts);
-  }
-
  private:
   const TimeZone zone{"Asia/Tokyo"};
 };
@@ -64,7 +51,7 @@ TEST_F(ListingRules, ReadFactsLines) {
     }
     EXPECT_EQ(item.modifiedKnown, row.modified);
     if (row.modified) {
-      EXPECT_EQ(item.modified, Utc(2020, 1, 2, 3, 4, 5));
+      EXPECT_EQ(item.modified, 1577934245) << "2020-01-02 03:04:05 UTC";
     }
     EXPECT_STREQ(item.attributes, row.attributes);
     EXPECT_TRUE(item.attributesKnown && item.ownerKnown && item.groupKnown);
@@ -79,25 +66,16 @@ TEST_F(ListingRules, NothingWithoutANameIsAnEntry) {
 }
 
 TEST_F(ListingRules, ReadListingLines) {
-  Item dated;
-  ASSERT_TRUE(FtpItemFromListingLine("-rw-r--r-- 1 anna staff 4096 Jan 15 2019 a b.txt", "*", dated));
-  EXPECT_STREQ(dated.name, "a b.txt");
-  EXPECT_STREQ(dated.attributes, "-rw-r--r--");
-  EXPECT_STREQ(dated.owner, "anna");
-  EXPECT_STREQ(dated.group, "staff");
-  EXPECT_EQ(dated.size, 4096u);
-  EXPECT_FALSE(dated.isDirectory);
-  // The server's time as it stands, on the clock of this machine.
-  EXPECT_EQ(dated.modified, Utc(2019, 1, 14, 15, 0, 0));
-
-  Item link;
-  ASSERT_TRUE(FtpItemFromListingLine("lrwxrwxrwx 1 anna staff 1 Jan 15 2019 x -> y", "*", link));
-  EXPECT_STREQ(link.name, "x -> y");
-  EXPECT_TRUE(link.isSymbolicLink);
-  EXPECT_FALSE(link.isDirectory);
-
-  Item none;
-  EXPECT_FALSE(FtpItemFromListingLine("total 8", "*", none));
+  Item item;
+  ASSERT_TRUE(FtpItemFromListingLine("-rw-r--r-- 1 anna staff 4096 Jan 15 2019 a b.txt", "*", item));
+  EXPECT_STREQ(item.name, "a b.txt");
+  EXPECT_STREQ(item.attributes, "-rw-r--r--");
+  EXPECT_EQ(item.size, 4096u);
+  EXPECT_EQ(item.modified, 1547478000) << "2019-01-15 00:00 by the clock of this machine";
+  ASSERT_TRUE(FtpItemFromListingLine("lrwxrwxrwx 1 anna staff 1 Jan 15 2019 x -> y", "*", item));
+  EXPECT_STREQ(item.name, "x -> y");
+  EXPECT_TRUE(item.isSymbolicLink);
+  EXPECT_FALSE(FtpItemFromListingLine("total 8", "*", item));
 }
 
 TEST_F(ListingRules, MatchWithoutRegardToCase) {
@@ -105,19 +83,15 @@ TEST_F(ListingRules, MatchWithoutRegardToCase) {
     const char* pattern;
     const char* name;
     bool matches;
-  } rows[] = {
-      {"*", "a", true},      {"*.TXT", "a.txt", true},   {"*.txt", "A.TXT", true},
-      {"*.txt", "a", false}, {"?.txt", "ab.txt", false}, {"a?", "AB", true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.pattern) + " on " + row.name);
-    EXPECT_EQ(FtpNameMatches(row.pattern, row.name), row.matches);
-    Item item;
-    const std::string line = std::string("type=file; ") + row.name;
-    EXPECT_EQ(FtpItemFromFactsLine(line.c_str(), row.pattern, item), row.matches);
-  }
+  } rows[] = {{"*.TXT", "a.txt", true}, {"a?", "AB", true}, {"?.txt", "ab.txt", false}};
   Item item;
-  EXPECT_FALSE(FtpItemFromListingLine("-rw-r--r-- 1 a b 1 Jan 15 2019 x.txt", "*.c", item));
+  for (const auto& row : rows) {
+    EXPECT_EQ(FtpNameMatches(row.pattern, row.name), row.matches) << row.pattern;
+    const std::string facts = std::string("type=file; ") + row.name;
+    EXPECT_EQ(FtpItemFromFactsLine(facts.c_str(), row.pattern, item), row.matches) << row.pattern;
+    const std::string line = std::string("-rw-r--r-- 1 a b 1 Jan 15 2019 ") + row.name;
+    EXPECT_EQ(FtpItemFromListingLine(line.c_str(), row.pattern, item), row.matches) << row.pattern;
+  }
 }
 
 TEST_F(ListingRules, TakeStampsAsTheyCome) {
@@ -125,10 +99,10 @@ TEST_F(ListingRules, TakeStampsAsTheyCome) {
     const char* stamp;
     int64_t time;
   } rows[] = {
-      {"20201231235959", Utc(2020, 12, 31, 23, 59, 59)},
-      {"20201231235959.999", Utc(2020, 12, 31, 23, 59, 59)},
-      {"202012312359", Utc(2020, 12, 31, 23, 59, 0)},
-      {"99", Utc(1998, 11, 30, 0, 0, 0)},  // Month 0 and day 0 carry back.
+      {"20201231235959", 1609459199},
+      {"20201231235959.999", 1609459199},
+      {"202012312359", 1609459140},
+      {"99", 912384000},  // Month 0 and day 0 carry back.
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.stamp);
@@ -142,8 +116,6 @@ TEST_F(ListingRules, FindFacts) {
   char value[kTextSize] = "untouched";
   EXPECT_TRUE(FtpFactValue("a=1;size=12;b=2", "size=", value));
   EXPECT_STREQ(value, "12");
-  EXPECT_TRUE(FtpFactValue("size=", "size=", value));
-  EXPECT_STREQ(value, "");
   EXPECT_FALSE(FtpFactValue("Size=12", "size=", value));
   EXPECT_EQ(FtpNumber("12abc"), 12);
   EXPECT_EQ(FtpNumber("-1"), -1);

@@ -61,12 +61,6 @@ TEST(TransferProgress, NeverPassesOne) {
   EXPECT_EQ(resumed.Fraction(), 1);
 }
 
-TEST(TransferProgress, OfAnUnknownSizeShowsNothingNew) {
-  FtpTransferProgress progress(FtpTransferProgress::kDownload, 0);
-  for (int i = 0; i < 300; ++i) EXPECT_FALSE(progress.CountBlock(kBlock));
-  EXPECT_EQ(progress.Fraction(), 0);
-}
-
 TEST(TransferProgress, StartsWhereAnAppendedFileWentOn) {
   FtpTransferProgress progress(FtpTransferProgress::kUpload, 1000 * kBlock, 0.5);
   EXPECT_EQ(progress.Fraction(), 0.5);

@@ -1,6 +1,5 @@
 #include "platform/net_pipe.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -34,13 +33,6 @@ class NetPipe : public testing::Test {
   ScratchFolder folder;
   platform::NetPipe pipe;
 };
-
-TEST_F(NetPipe, TellsNothingYetFromTheEnd) {
-  EXPECT_EQ(pipe.TakeFrom(ends[1], 10), -1);
-  EXPECT_EQ(errno, EAGAIN);
-  shutdown(ends[0], SHUT_WR);
-  EXPECT_EQ(pipe.TakeFrom(ends[1], 10), 0);
-}
 
 /// A file that is only appended to takes nothing from a pipe, and a full device takes nothing at all.
 TEST_F(NetPipe, IsEmptiedIntoAnyFile) {

@@ -245,14 +245,8 @@ class OldLayout : public SettingsFixture {
   }
 };
 
-TEST_F(OldLayout, GoesOnNothing) {
-  Put("Settings/x", "1");
-  AccountsRewriteOldLayout();
-  EXPECT_EQ(All(), (Texts{"Settings/x=1"}));
-}
-
 TEST_F(OldLayout, LosesEverySecondLabel) {
-  for (const int count : {1, 2, 5, 6}) {
+  for (const int count : {0, 1, 5, 6}) {
     LUserSettingDeleteSection(kAccountsSection);
     for (int i = 1; i <= count; ++i) AddFlat("site" + std::to_string(i), {{"Server", "host"}});
     AccountsRewriteOldLayout();
@@ -294,14 +288,22 @@ TEST_F(OldLayout, MovesTheFieldsUnderServerAndKey) {
   EXPECT_EQ(Raw("FTPAccounts/b/UploadCount"), "12") << "what was flat stays beside the server";
 }
 
-TEST_F(OldLayout, ForgetsPasswordsThatWereNotToBeRemembered) {
-  for (const char* remember : {"", "0"}) {
-    LUserSettingDeleteSection(kAccountsSection);
-    AddFlat("a", {{"Server", "goes"}});
-    AddFlat("b", {{"Server", "host"}, {"Password", "secret"}, {"RemP", remember}});
-    AccountsRewriteOldLayout();
-    EXPECT_EQ(Raw("FTPAccounts/b/Password"), "");
-    EXPECT_EQ(Field(OpenSite("b", "host", "0"), "Password"), "");
+TEST_F(OldLayout, ForgetsPasswordsThatWereNotToBeRememberedAndWhatHasNoServer) {
+  AddFlat("a", {{"Server", "goes"}});
+  AddFlat("b", {{"Server", "host"}, {"Password", "secret"}, {"RemP", "0"}});
+  AddFlat("c", {{"Server", "goes"}});
+  AddFlat("d", {{"UserName", "joe"}, {"0/x", "from an old move"}});
+  AddFlat("e", {{"Server", "goes"}});
+  AddFlat("f", {{"Server", "host"}, {"Password", "secret"}});
+  AccountsRewriteOldLayout();
+  for (const char* label : {"b", "f"}) {
+    EXPECT_EQ(Raw(std::string("FTPAccounts/") + label + "/Password"), "") << label;
+    EXPECT_EQ(Field(OpenSite(label, "host", "0"), "Password"), "") << label;
+  }
+  EXPECT_EQ(Raw("FTPAccounts/d/UserName"), "joe");
+  for (const std::string& pair : All()) {
+    EXPECT_EQ(pair.find("FTPAccounts/d//"), std::string::npos) << pair;
+    EXPECT_EQ(pair.find("FTPAccounts/d/0/"), std::string::npos) << pair;
   }
 }
 
@@ -317,17 +319,6 @@ TEST_F(OldLayout, RenumbersRecordsNamedByTheirUsers) {
   EXPECT_EQ(Field(OpenSite("b", "10.0.0.1", "1"), "UserName"), "bob");
   EXPECT_EQ(Raw("FTPAccounts/b/10.0.0.1/1/"), "1");
   EXPECT_EQ(Walk(AccountsOpenServer("b", "10.0.0.1")), (Texts{"0", "1"}));
-}
-
-TEST_F(OldLayout, LeavesNothingUnderAnEmptyServer) {
-  AddFlat("a", {{"Server", "goes"}});
-  AddFlat("b", {{"UserName", "joe"}, {"0/x", "from an old move"}});
-  AccountsRewriteOldLayout();
-  for (const std::string& pair : All()) {
-    EXPECT_EQ(pair.find("FTPAccounts/b//"), std::string::npos) << pair;
-    EXPECT_EQ(pair.find("FTPAccounts/b/0/"), std::string::npos) << pair;
-  }
-  EXPECT_EQ(Raw("FTPAccounts/b/UserName"), "joe");
 }
 
 }  // namespace

@@ -21,12 +21,6 @@ TEST_F(SettingTexts, OfKeysAndValues) {
          int index = 0;
          EXPECT_TRUE(_LSettingFindRecord(kUser, out, index, "F", "r"));
        }},
-      {"_LSettingPlistGetNextKey", "a", "",
-       [](const string& x, Text& out) {
-         LUserSettingDeleteSection("N");
-         Put("N/a" + x + "/f", "");
-         EXPECT_TRUE(_LSettingPlistGetNextKey(kUser, "N/", "", out));
-       }},
       {"_LSettingChangePrimaryKey", "C/n", "",
        [](const string& x, Text& out) {
          LUserSettingDeleteSection("C");

@@ -15,11 +15,9 @@ TEST_F(Settings, JoinSectionAndKeyWithOneSlash) {
   const struct {
     const char *section, *key, *joined;
   } cases[] = {
-      {"Settings", "FtpRetry", "Settings/FtpRetry"},
       {"Settings/", "FtpRetry", "Settings/FtpRetry"},
       {"a/b", "c/", "a/b/c/"},
       {"a//", "b", "a//b"},
-      {"a", "/b", "a//b"},
       {"", "b", "/b"},
       {"a", "", "a/"},
   };
@@ -68,9 +66,8 @@ TEST_F(Settings, ReadBooleansByTwoRules) {
   const struct {
     const char* value;
     bool isOn, isOnOrAbsent;
-  } cases[] = {{"", false, true},     {"0", false, false}, {"00", false, false}, {"01", false, false},
-               {"1", true, true},     {"no", true, true},  {" 0", true, true},   {"-0", true, true},
-               {"false", true, true}, {"０", true, true}};
+  } cases[] = {{"", false, true}, {"0", false, false}, {"01", false, false},
+               {"1", true, true}, {"no", true, true},  {" 0", true, true}};
   for (const auto& row : cases) {
     EXPECT_EQ(LSettingIsOn(row.value), row.isOn) << row.value;
     EXPECT_EQ(LSettingIsOnOrAbsent(row.value), row.isOnOrAbsent) << row.value;
@@ -88,13 +85,10 @@ TEST_F(Settings, ReadNumbersInDecimal) {
     double asDouble;
   } cases[] = {
       {"", -7, -7, -7},  // The default.
-      {"0", 0, 0, 0},
-      {"0012", 12, 12, 12},
       {" \t+12", 12, 12, 12},
       {"-12.75", -12, -12, -12.75},
       {"0x10", 0, 0, 0},
       {"12abc", 12, 12, 12},
-      {"abc", 0, 0, 0},
       {"1e3", 1, 1, 1000},
       {"+-5", 0, 0, 0},
       {"2147483648", INT_MAX, 2147483648L, 2147483648.0},
@@ -147,7 +141,6 @@ TEST_F(Settings, MakeTheMarkersOfEachLevel) {
       {"a/b//", {"a/=a", "a/b/=b"}},
       {"//a/", {"//a/=a"}},
       {"a", {}},
-      {"///", {}},
       {"", {}},
   };
   for (const auto& row : cases) {
@@ -162,16 +155,6 @@ TEST_F(Settings, MakeTheMarkersOfEachLevel) {
   EXPECT_EQ(All(), (Texts{"a/=kept as it is", "a/A/=A"}));
 }
 
-TEST_F(Settings, TakeTheLastComponentForThePrimaryKey) {
-  const char* const cases[][2] = {{"a/b/c", "c"}, {"a/b/", "b"}, {"a", "a"}, {"a/", "a"},
-                                  {"", ""},       {"/", ""},     {"a//", ""}};
-  for (const auto& row : cases) {
-    char out[kTextSize];
-    _LSettingMakePrimaryKeyFromPath(out, row[0]);
-    EXPECT_STREQ(out, row[1]) << row[0];
-  }
-}
-
 TEST_F(Settings, FindRecordsDirectlyUnderAPath) {
   for (const char* key : {"P/s/", "P/s/field", "P/s/child/", "P/s/child/deep", "P/s//", "P/sx/f", "p/S/Other"}) {
     Put(key, "x");
@@ -181,7 +164,6 @@ TEST_F(Settings, FindRecordsDirectlyUnderAPath) {
     Texts found;
   } cases[] = {
       {"P", "s", {"", "child", "field", "Other"}},  // "P/s//" is a child without a name.
-      {"P/", "s", {"", "child", "field", "Other"}},
       {"P/s", "", {"", "child", "field", "Other"}},
       {"P/s/", "", {}},  // The next character after the path would have to be a second "/".
       {"P/s", "child", {"deep"}},
@@ -228,10 +210,8 @@ TEST_F(Settings, RenameWithAllThatLiesUnderneath) {
 TEST_F(Settings, WriteIntoTheDomainOfAnotherProgram) {
   EXPECT_TRUE(LSettingForApplicationSetString("OtherProgram", "Settings/Text", "value"));
   EXPECT_TRUE(LSettingForApplicationSetBool("OtherProgram", "Settings/On", true));
-  EXPECT_TRUE(LSettingForApplicationSetBool("OtherProgram", "Settings/Off", false));
   EXPECT_EQ(Raw("Settings/Text", "com.tessalysoft.otherprogram"), "value");
   EXPECT_EQ(Raw("Settings/On", "com.tessalysoft.otherprogram"), "1");
-  EXPECT_EQ(Raw("Settings/Off", "com.tessalysoft.otherprogram"), "0");
   EXPECT_TRUE(All().empty());
 }
 
@@ -295,29 +275,17 @@ TEST_F(Settings, SayInTheHistoryWhereADamagedFileIsKept) {
   LSettingsLogDamagedStore();
   EXPECT_TRUE(history.Lines().empty()) << "a sound file is no news";
   platform::PreferencesClose();
-  const std::string whole = ReadFile(StoreFile());
-  const std::string rows[] = {
-      "no database", whole.substr(0, whole.size() / 2),
-      std::string(whole).replace(100, 200, 200, '\xFF'),  // The root page's header and cells.
-  };
-  for (const std::string& content : rows) {
-    WriteFile(StoreFile(), content);
-    EXPECT_TRUE(LUserSettingSetString("Settings", "x", "new"));
-    const size_t before = history.Lines().size();
-    LSettingsLogDamagedStore();
-    LSettingsLogDamagedStore();
-    const std::vector<std::string> lines = history.Lines();
-    ASSERT_EQ(lines.size(), before + 1);
-    const std::string head = "設定ファイルが壊れていたため「";
-    const std::string tail = "」として保管し、新しく作成しました。フォルダ: " + StoreFolder();
-    const std::string& line = lines.back();
-    ASSERT_EQ(line.rfind(head, 0), 0u) << line;
-    const std::string name = line.substr(head.size(), line.find("」") - head.size());
-    EXPECT_EQ(line, head + name + tail);
-    EXPECT_TRUE(ReadFile(StoreFolder() + "/" + name) == content) << name;
-    EXPECT_EQ(Setting("x"), "new");
-    platform::PreferencesClose();
-  }
+  WriteFile(StoreFile(), "no database");
+  EXPECT_TRUE(LUserSettingSetString("Settings", "x", "new"));
+  LSettingsLogDamagedStore();
+  LSettingsLogDamagedStore();
+  ASSERT_EQ(history.Lines().size(), 1u);
+  const std::vector<std::string> kept = FilesNamed("damaged");
+  ASSERT_EQ(kept.size(), 1u);
+  EXPECT_EQ(ReadFile(kept[0]), "no database");
+  EXPECT_EQ(history.Lines()[0], "設定ファイルが壊れていたため「" + kept[0].substr(StoreFolder().size() + 1) +
+                                    "」として保管し、新しく作成しました。フォルダ: " + StoreFolder());
+  EXPECT_EQ(Setting("x"), "new");
 }
 
 // Two running copies of the program that save at once

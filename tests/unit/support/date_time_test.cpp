@@ -48,18 +48,14 @@ TEST(DateTime, TextsAreInLocalTime) {
 }
 
 TEST(DateTime, NoDateHasNoText) {
-  const TimeZone zone("UTC0");
   // The last has a year that no int holds.
   for (const int64_t time : {int64_t{0}, INT64_MAX}) {
-    Text texts[7];
-    for (auto& text : texts) TextCopy(text, "left over");
-    LDateTime::GetDateTime(time, texts[0], texts[1]);
-    LDateTime::GetDateYYYYHMMHDD(time, texts[2]);
-    LDateTime::GetTimeHHHMMHSS(time, texts[3]);
-    LDateTime(time).GetDateTime(texts[4]);
-    LDateTime(time).GetDateTimeInLocalFormat(texts[5]);
-    LDateTimeMod(time).GetDateLocalFormatMod(texts[6]);
-    for (const auto& text : texts) EXPECT_STREQ(text, "") << time;
+    Text date = "left over", clock = "left over", both = "left over";
+    LDateTime::GetDateTime(time, date, clock);
+    LDateTime(time).GetDateTimeInLocalFormat(both);
+    EXPECT_EQ(std::string(date) + clock + both, "") << time;
+    LDateTimeMod(time).GetDateLocalFormatMod(both);
+    EXPECT_STREQ(both, "") << time;
   }
 }
 
@@ -104,12 +100,11 @@ TEST(DateTime, SetFromPartsFollowsSummerTimeAndCarries) {
 TEST(DateTime, AFailureLeavesTheTimeAsItWas) {
   const TimeZone zone("UTC0");
   int64_t time = 77;
-  EXPECT_EQ(LDateTime::SetDateTime(time, 1969, 12, 31, 23, 59, 59), -1);
-  EXPECT_EQ(time, 77);
   EXPECT_EQ(LDateTime::SetDateTime(time, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX), -1);
-  EXPECT_EQ(time, 77);
   EXPECT_EQ(LDateTime::SetDateTime(time, "1969-12-31", "23:59:59"), -1);
   EXPECT_EQ(time, 77);
+  EXPECT_EQ(LDateTime::SetDateTime(time, "", "12:00:00"), 0);
+  EXPECT_EQ(time, 0) << "an empty text is no date, and no failure";
 }
 
 TEST(DateTime, SetFromText) {
@@ -121,15 +116,13 @@ TEST(DateTime, SetFromText) {
   } rows[] = {
       {"2024-5-31", "14:03:22", "2024-05-31 14:03:22"},
       {"2024-5", "", "2024-05-01 00:00:00"},
-      {"2024", "7", "2024-01-01 07:00:00"},
       {"24-12-31", "23:59", "2024-12-31 23:59:00"},
       {"2024-05-31 ", "14:03:22.5", "2024-05-31 14:03:22"},
       {" 2024- 5-\t6", "+1: 2:+3", "2024-05-06 01:02:03"},  // Blanks and a sign before each number.
       {"2024 -5-6", "1 :2:3", "2024-01-01 01:00:00"},       // None before what separates.
       {"2024/5/6", "1.2.3", "2024-01-01 01:00:00"},         // What does not fit ends the reading.
       {"abc", "x", "2000-01-01 00:00:00"},                  // The year's start value is 0.
-      {"2024-x-6", "1:x:3", "2024-01-01 01:00:00"},
-      {"2024--1-1", "0:0:-1", "2023-10-31 23:59:59"},  // A negative month and second carry.
+      {"2024--1-1", "0:0:-1", "2023-10-31 23:59:59"},       // A negative month and second carry.
   };
   for (const auto& row : rows) {
     int64_t time = 5;
@@ -140,22 +133,12 @@ TEST(DateTime, SetFromText) {
   }
 }
 
-TEST(DateTime, AnEmptyDateTextSetsNoDate) {
-  int64_t time = 5;
-  EXPECT_EQ(LDateTime::SetDateTime(time, "", "12:00:00"), 0);
-  EXPECT_EQ(time, 0);
-}
-
 TEST(DateTime, ANumberThatNoIntHoldsCountsAsTheNearestOne) {
   const TimeZone zone("UTC0");
   const struct {
     const char* text;
     int second;
-  } rows[] = {{"0:0:2147483647", INT_MAX},
-              {"0:0:2147483648", INT_MAX},
-              {"0:0:99999999999999999999", INT_MAX},
-              {"0:0:-2147483648", INT_MIN},
-              {"0:0:-99999999999999999999", INT_MIN}};
+  } rows[] = {{"0:0:2147483648", INT_MAX}, {"0:0:-99999999999999999999", INT_MIN}};
   for (const auto& row : rows) {
     int64_t read = 0, nearest = 0;
     LDateTime::SetDateTime(read, "2040-1-1", row.text);
@@ -166,40 +149,30 @@ TEST(DateTime, ANumberThatNoIntHoldsCountsAsTheNearestOne) {
 
 TEST(DateTime, MonthsAreAddedWithTheDayClipped) {
   const struct {
-    const char* zone;
     const char* from;
     int months;
     const char* to;
   } rows[] = {
-      {"UTC0", "2024-03-31", -1, "2024-02-29 13:14:15"},  {"UTC0", "2023-03-31", -1, "2023-02-28 13:14:15"},
-      {"UTC0", "2023-12-05", 1, "2024-01-05 13:14:15"},   {"UTC0", "2024-01-31", 1, "2024-02-29 13:14:15"},
-      {"UTC0", "2024-01-31", -1, "2023-12-31 13:14:15"},  {"UTC0", "2024-01-31", -12, "2023-01-31 13:14:15"},
-      {"UTC0", "2024-01-31", -13, "2022-12-31 13:14:15"}, {"UTC0", "2024-10-31", 25, "2026-11-30 13:14:15"},
-      {"UTC0", "2024-10-31", 0, "2024-10-31 13:14:15"},   {kNewYork, "2026-02-15", 1, "2026-03-15 13:14:15"},
-      {kTokyo, "2026-01-01", -1, "2025-12-01 13:14:15"},
+      {"2024-03-31", -1, "2024-02-29 13:14:15"}, {"2023-03-31", -1, "2023-02-28 13:14:15"},
+      {"2023-12-05", 1, "2024-01-05 13:14:15"},  {"2024-01-31", -13, "2022-12-31 13:14:15"},
+      {"2026-02-15", 1, "2026-03-15 13:14:15"},  // Into summer time.
+      {"2024-10-31", 25, "2026-11-30 13:14:15"},
   };
+  const TimeZone zone(kNewYork);
   for (const auto& row : rows) {
-    const TimeZone zone(row.zone);
     int64_t time = 0;
     LDateTime::SetDateTime(time, row.from, "13:14:15");
     Text out;
     LDateTime(LDateTime(time).AdjustByMonths(row.months)).GetDateTime(out);
     EXPECT_STREQ(out, row.to) << row.from << ' ' << row.months;
   }
-}
-
-TEST(DateTime, MonthsBeyondTheCalendarDoNotOverflow) {
-  const TimeZone zone("UTC0");
-  const LDateTime date(67767976233529199);  // The last second of the last year that an int holds.
-  EXPECT_EQ(LDateTime(INT64_MAX).AdjustByMonths(1), INT64_MAX);
-  EXPECT_EQ(date.AdjustByMonths(INT_MAX), date.iTime);
+  EXPECT_EQ(LDateTime(INT64_MAX).AdjustByMonths(1), INT64_MAX) << "no year that an int holds";
 }
 
 TEST(DateTime, DaysInMonth) {
   const struct {
     int year, month, days;
-  } rows[] = {{2026, 1, 31}, {2026, 4, 30}, {2026, 12, 31}, {2026, 2, 28}, {2024, 2, 29},
-              {1900, 2, 28}, {2000, 2, 29}, {2026, 0, 0},   {2026, 13, 0}, {2026, -1, 0}};
+  } rows[] = {{2026, 12, 31}, {2026, 4, 30}, {2024, 2, 29}, {1900, 2, 28}, {2000, 2, 29}, {2026, 13, 0}};
   for (const auto& row : rows) {
     EXPECT_EQ(LDateTime::GetNumberOfDaysInMonth(row.year, row.month), row.days) << row.year << '-' << row.month;
   }
@@ -225,19 +198,12 @@ TEST(DateTime, TheOffsetLeadsFromLocalTimeToUtc) {
 
 TEST(DateTime, CompileDatesAreLocalMidnights) {
   const TimeZone zone(kTokyo);
-  const struct {
-    const char* text;
-    const char* result;
-  } rows[] = {{"Feb  3 2026", "2026-02-03 00:00:00"},
-              {"Dec 31 2025", "2025-12-31 00:00:00"},
-              {"Xyz 15 2026", "2025-12-15 00:00:00"}};  // Month 0 is the one before January.
-  for (const auto& row : rows) {
-    Text out;
-    LDateTime(LDateTime::TimeFromCompileDate(row.text)).GetDateTime(out);
-    EXPECT_STREQ(out, row.result) << row.text;
-  }
-  EXPECT_GT(LDateTime::GetBuildDate(),
-            1735689600);  // Later than 2025 began, unless the machine's clock is off.
+  Text out;
+  LDateTime(LDateTime::TimeFromCompileDate("Feb  3 2026")).GetDateTime(out);
+  EXPECT_STREQ(out, "2026-02-03 00:00:00");
+  LDateTime(LDateTime::TimeFromCompileDate("Xyz 15 2026")).GetDateTime(out);
+  EXPECT_STREQ(out, "2025-12-15 00:00:00") << "month 0 is the one before January";
+  EXPECT_GT(LDateTime::GetBuildDate(), 1735689600) << "2025 began before, unless the machine's clock is off";
 }
 
 TEST(DateTime, TheOrderFollowsTheFormat) {
@@ -245,41 +211,27 @@ TEST(DateTime, TheOrderFollowsTheFormat) {
     const char* format;
     int order;
   } rows[] = {
-      {"%Y年%m月%d日", kOrderYearMonthDay},
-      {"%m/%d/%Y", kOrderMonthDayYear},
-      {"%D", kOrderMonthDayYear},
-      {"%d.%m.%Y", kOrderDayMonthYear},
-      {"%d/%m/%y", kOrderDayMonthYear},
-      {"%e %b %Y", kOrderDayMonthYear},
-      {"%b %e, %Y", kOrderMonthDayYear},
-      {"%B %d %Y", kOrderMonthDayYear},
-      {"%d %h %Y", kOrderDayMonthYear},
-      {"%M %d %m %y", kOrderDayMonthYear},  // Minutes are no month.
-      {"%d/%m", kOrderYearMonthDay},        // Without a year the year counts as first.
-      {"%Y %d", kOrderMonthDayYear},        // Nor is there a month, which then stands before the year, too.
-      {"%m/%Y", kOrderDayMonthYear},        // Without a day the day counts as first.
-      {"", kOrderDayMonthYear},
+      {"%Y年%m月%d日", kOrderYearMonthDay}, {"%D", kOrderMonthDayYear},
+      {"%d/%m/%y", kOrderDayMonthYear},     {"%e %b %Y", kOrderDayMonthYear},
+      {"%B %d %Y", kOrderMonthDayYear},     {"%M %d %m %y", kOrderDayMonthYear},  // Minutes are no month.
+      {"%d/%m", kOrderYearMonthDay},  // Without a year the year counts as first.
+      {"%Y %d", kOrderMonthDayYear},  // Nor is there a month, which then stands before the year, too.
+      {"%m/%Y", kOrderDayMonthYear},  // Without a day the day counts as first.
   };
   for (const auto& row : rows) EXPECT_EQ(LDateFormatOrderOf(row.format), row.order) << row.format;
 }
 
 TEST(DateTime, ListsShowTheDateInTheLocalesOrder) {
   const TimeZone zone("UTC0");
-  const struct {
-    int order;
-    const char* text;
-  } rows[] = {
-      {kOrderYearMonthDay, "2026/02/03"}, {kOrderMonthDayYear, "02/03/2026"}, {kOrderDayMonthYear, "03/02/2026"}};
-  for (const auto& row : rows) {
-    LDateTime::DateFormatOrder::iOrder = row.order;
+  std::string shown;
+  for (const int order : {kOrderYearMonthDay, kOrderMonthDayYear, kOrderDayMonthYear, -1}) {
+    LDateTime::DateFormatOrder::iOrder = order;
     Text out;
     LDateTimeMod(kMoment).GetDateLocalFormatMod(out);
-    EXPECT_STREQ(out, row.text);
+    if (order != -1) shown += std::string(out) + ' ';
   }
-  LDateTime::DateFormatOrder::iOrder = -1;
-  Text out;
-  LDateTimeMod(kMoment).GetDateLocalFormatMod(out);
-  EXPECT_EQ(LDateTime::DateFormatOrder::iOrder, LGetLocaleDateFormatOrder());
+  EXPECT_EQ(shown, "2026/02/03 02/03/2026 03/02/2026 ");
+  EXPECT_EQ(LDateTime::DateFormatOrder::iOrder, LGetLocaleDateFormatOrder()) << "asked for where it is not known";
 }
 
 }  // namespace

@@ -1,30 +1,12 @@
 // Every operation of the support library that fills a fixed text.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "support/boundary_lengths.h"
-#include "support/containers.h"
-#include "support/file_handles.h"
 #include "support/files.h"
-#include "support/log.h"
-#include "support/log_pane.h"
-#include "support/parsing.h"
-#include "support/scratch_folder.h"
 #include "support/xml.h"
 
 namespace {
 
 using Text = char[kTextSize];
 using std::string;
-
-/// Lets `read` loose on a file that holds `text` and one line more.
-template <typename Reader>
-void ReadLineOf(const ScratchFolder& scratch, const string& text, Text& out) {
-  const int file = open(scratch.Write("lines", text + "\nnext").c_str(), O_RDONLY | O_CLOEXEC);
-  Reader reader(file);
-  EXPECT_TRUE(reader.ReadLine(out, sizeof out));
-  close(file);
-}
 
 TEST(FixedTexts, OfCopyingAndFormatting) {
   ExpectCutAtTheArray({
@@ -43,13 +25,6 @@ TEST(FixedTexts, OfCopyingAndFormatting) {
          tplwprintf(writer, "<%s>", x.c_str());
          writer.Terminate();
        }},
-      {"LCharsetsLowerCase", "", "",
-       [](const string& x, Text& out) {
-         TextCopy(out, x.c_str());
-         LCharsetsLowerCase(out);
-       }},
-      {"a key of a map", "", "",
-       [](const string& x, Text& out) { TextCopy(out, LMapStringKeyTemplate<char>(x.c_str()).text); }},
   });
   char out[8];
   TextCopy(out, "abcdef");
@@ -84,19 +59,8 @@ TEST(FixedTexts, OfPaths) {
   });
 }
 
-TEST(FixedTexts, OfReadersAndPanes) {
-  const ScratchFolder scratch;
-  using Parser = LStringParserTemplate<char>;
+TEST(FixedTexts, OfXml) {
   ExpectCutAtTheArray({
-      {"LReadFileRef", "", "", [&](const string& x, Text& out) { ReadLineOf<LReadFileRef>(scratch, x, out); }},
-      {"LReadFileBuffered", "", "",
-       [&](const string& x, Text& out) { ReadLineOf<LReadFileBuffered>(scratch, x, out); }},
-      {"GetToWhiteSpaceAndSkip", "", "",
-       [](const string& x, Text& out) { Parser((x + " ").c_str()).GetToWhiteSpaceAndSkip(out); }},
-      {"GetToEndOfLineAndSkip", "", "",
-       [](const string& x, Text& out) { Parser((x + "\n").c_str()).GetToEndOfLineAndSkip(out); }},
-      {"GetToString", "", "", [](const string& x, Text& out) { Parser((x + "->").c_str()).GetToString("->", out); }},
-      {"GetToString, no match", "", "", [](const string& x, Text& out) { Parser(x.c_str()).GetToString("->", out); }},
       {"XMLLoadTag", "a", "",
        [](const string& x, Text& out) {
          Text error = "";
@@ -108,12 +72,6 @@ TEST(FixedTexts, OfReadersAndPanes) {
        [](const string& x, Text& out) {
          out[0] = 0;
          LXMLLoaderTemplate<char>(out).SetError("%s", x.c_str());
-       }},
-      {"a line of the pane", "23:59:59\t", "\n",
-       [](const string& x, Text& out) {
-         LStatusWindow pane;
-         pane.DisplayStatus("23:59:59", x.c_str(), kLogPlain);
-         TextCopy(out, pane.Text());
        }},
   });
 }

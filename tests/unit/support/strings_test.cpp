@@ -12,35 +12,46 @@ using LongString = LStringLongTemplate<char>;
 
 TEST(LongString, ReadsAsTheEmptyTextBeforeItIsGivenOne) {
   const LongString none;
-  EXPECT_EQ(none.data, nullptr);
   EXPECT_STREQ(none.Text(), "");
-  const LongString copied(none);
-  EXPECT_EQ(copied.data, nullptr);
-  LongString assigned("text");
-  assigned = none;
-  EXPECT_EQ(assigned.data, nullptr);
-  EXPECT_EQ(assigned.length, 0u);
-  EXPECT_EQ(assigned.capacity, 0u);
+  LongString text("text");
+  text = none;
+  EXPECT_EQ(text.data, nullptr);
+  text.Append(LongString());
+  EXPECT_EQ(text.data, nullptr);
+  text.Append("");
+  EXPECT_STREQ(text.Text(), "");
 }
 
-TEST(LongString, AllocatesExactlyWhatItIsGiven) {
-  for (const size_t size : kBoundaries) {
-    SCOPED_TRACE(size);
-    const std::string text(size, 'x');
-    LongString made(text.c_str());
-    EXPECT_EQ(made.length, size);
-    EXPECT_EQ(made.capacity, size + 1);
-    LongString assigned;
-    assigned.GrowToSize(1000);
-    assigned = text.c_str();
-    EXPECT_EQ(assigned.capacity, size + 1);
-    made.GrowToSize(1000);
-    const LongString copied(made);
-    EXPECT_EQ(copied.capacity, size + 1);
-    EXPECT_EQ(std::string(copied.Text()), text);
-    made = *&made;
-    EXPECT_EQ(made.capacity, size + 1);
-    EXPECT_EQ(std::string(made.Text()), text);
+TEST(LongString, EachWayOfFillingGrowsByItsRule) {
+  const struct {
+    const char* name;
+    void (*fill)(LongString&, const std::string&);  ///< Puts the text behind what is there.
+    size_t before, given, capacity;
+  } rows[] = {
+      {"assigned", [](LongString& out, const std::string& x) { out = x.c_str(); }, 0, 0, 1},
+      {"assigned", [](LongString& out, const std::string& x) { out = x.c_str(); }, 0, 260, 261},
+      {"appended", [](LongString& out, const std::string& x) { out.Append(x.c_str()); }, 0, 258, 260},
+      {"appended", [](LongString& out, const std::string& x) { out.Append(x.c_str()); }, 0, 261, 262},
+      {"appended", [](LongString& out, const std::string& x) { out.Append(x.c_str()); }, 1000, 1, 2003},
+      {"appended, a part", [](LongString& out, const std::string& x) { out.Append((x + "!").c_str(), x.size()); }, 259,
+       3, 523},
+      {"appended, a byte", [](LongString& out, const std::string& x) { out.Append(x[0]); }, 259, 1, 521},
+      {"grown", [](LongString& out, const std::string&) { EXPECT_TRUE(out.GrowToSize(500)); }, 3, 0, 500},
+      {"grown less than it is", [](LongString& out, const std::string&) { EXPECT_TRUE(out.GrowToSize(2)); }, 3, 0, 4},
+      {"formatted", [](LongString& out, const std::string& x) { out.sprintf("%s", x.c_str()); }, 0, 259, 260},
+      {"formatted", [](LongString& out, const std::string& x) { out.sprintf("%s", x.c_str()); }, 0, 260, 1040},
+      {"formatted", [](LongString& out, const std::string& x) { out.sprintf("%s", x.c_str()); }, 0, 20000, 66560},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.name) + ' ' + std::to_string(row.given));
+    const std::string given(row.given, 'b'), whole = std::string(row.before, 'a') + given;
+    LongString text;
+    if (row.before != 0) text = std::string(row.before, 'a').c_str();
+    row.fill(text, given);
+    EXPECT_EQ(std::string(text.Text()), whole);
+    EXPECT_EQ(text.length, whole.size());
+    EXPECT_EQ(text.capacity, row.capacity);
+    EXPECT_EQ(LongString(text).capacity, whole.size() + 1) << "a copy has no room to spare";
   }
 }
 
@@ -52,74 +63,6 @@ TEST(LongString, TakesItsOwnTailAsSource) {
   EXPECT_STREQ(text.Text(), "twowo");
   text.Append(text);
   EXPECT_STREQ(text.Text(), "twowotwowo");
-}
-
-TEST(LongString, AppendGrowsByTheNeededAndTheOldCapacity) {
-  struct {
-    size_t before;
-    size_t added;
-    size_t capacity;
-  } rows[] = {
-      {0, 0, 1},     {0, 258, 260},  // 259 are needed, and 1 is there.
-      {0, 259, 261}, {0, 260, 262}, {0, 261, 263}, {259, 1, 521}, {260, 0, 261}, {1000, 1, 2003},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.added);
-    LongString text(std::string(row.before, 'a').c_str());
-    text.Append(std::string(row.added, 'b').c_str());
-    EXPECT_EQ(text.capacity, row.capacity);
-    EXPECT_EQ(std::string(text.Text()), std::string(row.before, 'a') + std::string(row.added, 'b'));
-  }
-}
-
-TEST(LongString, AppendToATextThatWasNeverGivenOne) {
-  LongString nothing;
-  nothing.Append(LongString());
-  EXPECT_EQ(nothing.data, nullptr);
-  nothing.Append("");
-  EXPECT_EQ(nothing.capacity, 260u);
-  EXPECT_STREQ(nothing.Text(), "");
-
-  LongString bytes;
-  for (int i = 0; i < 259; ++i) bytes.Append('c');
-  EXPECT_EQ(bytes.capacity, 260u);
-  bytes.Append('c');
-  EXPECT_EQ(bytes.capacity, 521u);
-  bytes.Append("abcdef", 3);
-  EXPECT_EQ(bytes.length, 263u);
-  EXPECT_STREQ(bytes.Text() + 258, "ccabc");
-}
-
-TEST(LongString, GrowsToASizeAndNeverShrinks) {
-  LongString text("abc");
-  EXPECT_TRUE(text.GrowToSize(3));
-  EXPECT_EQ(text.capacity, 4u);
-  EXPECT_TRUE(text.GrowToSize(500));
-  EXPECT_EQ(text.capacity, 500u);
-  EXPECT_TRUE(text.GrowToSize(100));
-  EXPECT_EQ(text.capacity, 500u);
-  EXPECT_STREQ(text.Text(), "abc");
-}
-
-TEST(Writer, GrowsFourfoldOnceTheTextFillsTheCapacity) {
-  struct {
-    size_t length;
-    size_t capacity;
-  } rows[] = {{0, 260}, {258, 260}, {259, 260}, {260, 1040}, {261, 1040}, {1039, 1040}, {1040, 4160}, {20000, 66560}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.length);
-    const std::string text(row.length, 'w');
-    LongString formatted;
-    EXPECT_EQ(formatted.sprintf("%s", text.c_str()), row.length);
-    EXPECT_EQ(formatted.capacity, row.capacity);
-    EXPECT_EQ(std::string(formatted.Text()), text);
-
-    LongString whole;
-    LStringLongTemplateWriter<char> writer(whole);
-    writer.Write(text.data(), text.size());
-    EXPECT_EQ(whole.capacity, row.capacity) << "in one piece";
-    EXPECT_EQ(whole.length, row.length);
-  }
 }
 
 TEST(Writer, DropsTheLastByteAboveHalfAGigabyte) {
@@ -147,32 +90,14 @@ TEST(Formatting, FollowsItsOwnRules) {
     uint64_t word;
     const char* text;
   } rows[] = {
-      {"plain bytes", "日本 text", 0, "日本 text"},
-      {"percent sign", "100%%!", 0, "100%!"},
-      {"a percent sign forgets what stands before it", "%05.3l%", 0, "%"},
       {"int", "%d|", 0xFFFFFFFF, "-1|"},
       {"an int is the low half of the word", "%d", large, "1985229328"},
-      {"width with zeros", "%05i", 42, "00042"},
-      {"precision", "%.2d:", 5, "05:"},
-      {"unsigned", "%u", 0xFFFFFFFF, "4294967295"},
-      {"hexadecimal", "%x%%", 0xBEEF, "beef%"},
-      {"capital hexadecimal", "%4.3X", 0xF, " 00F"},
-      {"octal", "%o", 8, "10"},
-      {"character", "%c%%", 'A', "A%"},
       {"character with width", "%3c", 'A', "  A"},
-      {"long", "%ld", static_cast<uint64_t>(-5000000000), "-5000000000"},
-      {"long long", "%llu", large, "18364758544493064720"},
-      {"size", "%zu", 5000000000, "5000000000"},
-      {"length letters between the digits", "%1l2lX", large, "FEDCBA9876543210"},
       {"length letters may lead the width", "%l12d", 7, "           7"},
       {"unsigned long in the old manner", "%U", large, "18364758544493064720"},
       {"pointer", "%p", 0x1234, "0x1234"},
       {"a minus sign is a conversion", "[%-5d]", 7, "[5d]"},
-      {"so is a plus sign", "[%+d]", 7, "[d]"},
-      {"so is an asterisk", "[%*d]", 7, "[d]"},
-      {"so is h", "[%hd]", 7, "[d]"},
       {"nothing behind the percent sign", "cut%", 0, "cut"},
-      {"nothing behind the flags", "cut%05", 0, "cut"},
       {"what would store through the word shows nothing", "[%n]", 0, "[]"},
       {"an unknown conversion shows itself", "[%k]", 0, "[%k]"},
   };
@@ -199,19 +124,6 @@ TEST(Formatting, CopiesTheWholeTextWhateverWidthAndPrecisionSay) {
   EXPECT_STREQ(text.Text(), "");
 }
 
-TEST(Formatting, KeepsAnOverlongDirectiveWithinItsBuffers) {
-  LongString text;
-  EXPECT_EQ(text.sprintf("%0259d", uint64_t{7}), 259u);
-  EXPECT_EQ(text.sprintf("%0260d", uint64_t{7}), 259u) << "the local buffer cuts";
-  // 257 zeros are kept and the width behind them is dropped.
-  text.sprintf((std::string("%") + std::string(257, '0') + "9d").c_str(), uint64_t{7});
-  EXPECT_STREQ(text.Text(), "7");
-  text.sprintf((std::string("%") + std::string(256, '0') + "9d").c_str(), uint64_t{7});
-  EXPECT_STREQ(text.Text(), "000000007");
-  text.sprintf((std::string("[%") + std::string(400, '9') + "d]").c_str(), uint64_t{7});
-  EXPECT_STREQ(text.Text(), "[]") << "a width beyond an int is refused by the C library";
-}
-
 TEST(Formatting, AppendsAndCountsFromTheStart) {
   LongString text("abc");
   text.tsprintfappend("-%s", "def");
@@ -230,38 +142,24 @@ TEST(Formatting, AppendsAndCountsFromTheStart) {
   EXPECT_STREQ(buffer, "abcdefg");
 }
 
-TEST(StringList, GrowsEightfoldAndStaysClosedByNull) {
+TEST(StringList, GrowsAndStaysClosedByNull) {
   LStringListTemplate<char> list;
-  EXPECT_EQ(list.capacity, 255u);
   EXPECT_EQ(list.strings[0], nullptr);
-  struct {
-    size_t count;
-    size_t capacity;
-  } rows[] = {{255, 255}, {256, 2047}, {2047, 2047}, {2048, 16383}};
-  for (const auto& row : rows) {
-    while (list.count < row.count) list.Add(std::to_string(list.count).c_str());
-    EXPECT_EQ(list.capacity, row.capacity) << row.count;
-    EXPECT_EQ(list.strings[row.count], nullptr);
-    EXPECT_STREQ(list.strings[row.count - 1], std::to_string(row.count - 1).c_str());
-  }
-  EXPECT_STREQ(list.strings[0], "0");
-  list.Clear();
-  EXPECT_EQ(list.count, 0u);
-  EXPECT_EQ(list.capacity, 16383u) << "the array stays";
-  EXPECT_EQ(list.strings[0], nullptr);
-}
-
-TEST(StringList, TakesEveryKindOfText) {
-  LStringListTemplate<char> list;
   list.Add(LongString("long"));
   list.Add(LongString());
-  char* room = list.Add(size_t{4});
-  EXPECT_STREQ(room, "");
-  memcpy(room, "abc", 4);
-  ASSERT_EQ(list.count, 3u);
+  memcpy(list.Add(size_t{4}), "abc", 4);
   EXPECT_STREQ(list.strings[0], "long");
   EXPECT_STREQ(list.strings[1], "");
   EXPECT_STREQ(list.strings[2], "abc");
+  for (const size_t count : {255u, 256u, 2048u}) {
+    while (list.count < count) list.Add(std::to_string(list.count).c_str());
+    EXPECT_EQ(list.strings[count], nullptr);
+    EXPECT_STREQ(list.strings[count - 1], std::to_string(count - 1).c_str());
+    EXPECT_STREQ(list.strings[0], "long");
+  }
+  list.Clear();
+  EXPECT_EQ(list.count, 0u);
+  EXPECT_EQ(list.strings[0], nullptr);
 }
 
 TEST(Trimming, RemovesAtBothEndsOnly) {
@@ -272,13 +170,11 @@ TEST(Trimming, RemovesAtBothEndsOnly) {
     const char* formatting;
   } rows[] = {
       {"", "", "", ""},
-      {"   ", "", "", "   "},
       {"\t\r\n", "\t\r\n", "", ""},
       {"  a b  ", "a b", "a b", "  a b  "},
       {"\t a \r\n", "\t a \r\n", "a", " a "},
       {" \x01 a\x1F", "\x01 a\x1F", "a", " \x01 a"},
       {" 日本\xFF ", "日本\xFF", "日本\xFF", " 日本\xFF "},
-      {"\x7F x", "\x7F x", "\x7F x", "\x7F x"},
   };
   const auto trimmed = [](void (*trim)(char*), const char* text) {
     char buffer[kTextSize];
@@ -301,9 +197,7 @@ TEST(Searching, FoldsAsciiCaseOnly) {
   } rows[] = {
       {"Content-LENGTH: 5", "content-length", 0},
       {"aaAB", "aab", 1},
-      {"abc", "abcd", -1},
       {"abc", "", 0},
-      {"", "", 0},
       {"x[", "{", -1},
       {"あÀ", "à", -1},
       {"あÀ", "À", 3},
@@ -314,20 +208,8 @@ TEST(Searching, FoldsAsciiCaseOnly) {
   }
 }
 
-TEST(LowerCase, ReachesBeyondAsciiAndIsCutAtTheArray) {
-  char text[kTextSize];
-  TextCopy(text, "ABCÀÉ ＡＢ 日本");
-  LCharsetsLowerCase(text);
-  EXPECT_STREQ(text, "abcàé ａｂ 日本");
-  // Each of these grows from 2 bytes to 3, and the last one that would be cut in two goes whole.
-  std::string growing;
-  for (int i = 0; i < 129; ++i) growing += "Ⱥ";
-  TextCopy(text, growing.c_str());
-  LCharsetsLowerCase(text);
-  EXPECT_EQ(strlen(text), 258u);
-  EXPECT_STREQ(text + 255, "ⱥ");
-
-  TextCopy(text, "ABÀ");
+TEST(LowerCase, OfAsciiAlone) {
+  char text[kTextSize] = "ABÀ";
   TextLowerAscii(text);
   EXPECT_STREQ(text, "abÀ");
 }

@@ -13,44 +13,26 @@ TEST(Utf8Copy, CutsAtACharacter) {
     std::string kept;
   } rows[] = {
       {"fits exactly", "abc", 4, "abc"},
-      {"empty", "", 1, ""},
       {"cut behind ASCII loses one more", "abcdef", 4, "ab"},
-      {"a 2-byte character that just fits", "aéb", 4, "aé"},
-      {"a 2-byte character that is cut", "abéc", 4, "ab"},
       {"a 3-byte character that just fits", "あい", 4, "あ"},
-      {"a 3-byte character cut by one", "aあ", 4, "a"},
       {"a 3-byte character cut by two", "abあ", 4, "ab"},
-      {"a 4-byte character that just fits", "😀x", 5, "😀"},
       {"a 4-byte character that is cut", "a😀", 5, "a"},
-      {"a 5-byte form that just fits", "\xF8\x80\x80\x80\x80x", 6, "\xF8\x80\x80\x80\x80"},
       {"a 6-byte form that just fits", "\xFC\x80\x80\x80\x80\x80x", 7, "\xFC\x80\x80\x80\x80\x80"},
       {"ASCII behind a character goes alone", "あab", 5, "あ"},
-      {"stray continuation bytes go back to ASCII", "ab\x80\x80\x80", 5, "a"},
-      {"too many continuation bytes behind a lead", "a\xC3\x80\x80\x80", 5, "a"},
       {"0xFE and 0xFF are walked over", "ab\xFE\xFF\xFE", 5, "a"},
       {"no character at all", "\x80\x80\x80\x80", 4, ""},
-      {"size 1", "abc", 1, ""},
       {"size 2", "abc", 2, ""},
+      {"a long name", std::string(260, 'a'), 260, std::string(258, 'a')},
   };
   for (const auto& row : rows) {
-    char dest[16] = "###############";
-    EXPECT_EQ(utf8strlcpy(dest, row.text.c_str(), row.size), row.kept.size()) << row.name;
-    EXPECT_EQ(std::string(dest), row.kept) << row.name;
+    std::string dest(270, '#');
+    EXPECT_EQ(utf8strlcpy(dest.data(), row.text.c_str(), row.size), row.kept.size()) << row.name;
+    EXPECT_EQ(std::string(dest.c_str()), row.kept) << row.name;
     EXPECT_EQ(dest[row.size], '#') << row.name;
   }
-  char dest[2] = {'#', '#'};
+  char dest[2] = "#";
   EXPECT_EQ(utf8strlcpy(dest, "abc", 0), 0u);
-  EXPECT_EQ(dest[0], 0);
-}
-
-TEST(Utf8Copy, DefinesATruncatedName) {
-  char dest[260];
-  EXPECT_EQ(utf8strlcpy(dest, std::string(259, 'a').c_str(), sizeof dest), 259u);
-  EXPECT_EQ(utf8strlcpy(dest, std::string(260, 'a').c_str(), sizeof dest), 258u);
-  std::string japanese;
-  for (int i = 0; i < 100; ++i) japanese += "あ";
-  EXPECT_EQ(utf8strlcpy(dest, japanese.c_str(), sizeof dest), 258u);
-  EXPECT_EQ(std::string(dest), japanese.substr(0, 258));
+  EXPECT_STREQ(dest, "") << "size 0 still writes a terminator";
 }
 
 TEST(Utf32, DecodesUtf8) {
@@ -60,26 +42,8 @@ TEST(Utf32, DecodesUtf8) {
     std::u32string characters;
     int result;
   } rows[] = {
-      {"empty", "", U"", 0},
-      {"one of each length", "aéあ😀", U"aéあ😀", 0},
-      {"first and last of 2 bytes", "\xC2\x80\xDF\xBF", U"\x80\x7FF", 0},
-      {"first and last of 3 bytes", "\xE0\xA0\x80\xEF\xBF\xBF", U"\x800\xFFFF", 0},
-      {"around the surrogates", "\xED\x9F\xBF\xEE\x80\x80", U"\xD7FF\xE000", 0},
-      {"first and last of 4 bytes", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", U"\x10000\x10FFFF", 0},
-      {"a continuation byte alone", "a\x80", U"a", 2},
-      {"overlong, 2 bytes", "a\xC1\xBF", U"a", 2},
-      {"overlong, 3 bytes", "a\xE0\x9F\xBF", U"a", 2},
-      {"overlong, 4 bytes", "a\xF0\x8F\xBF\xBF", U"a", 2},
-      {"a surrogate",
-       "a\xED\xA0\x80"
-       "b",
-       U"a", 2},
-      {"above U+10FFFF", "a\xF4\x90\x80\x80", U"a", 2},
-      {"a lead beyond 0xF4", "a\xF5\x80\x80\x80", U"a", 2},
-      {"0xFF", "a\xFF", U"a", 2},
-      {"cut after 1 of 3", "a\xE3", U"a", 2},
-      {"cut after 2 of 3", "a\xE3\x81", U"a", 2},
-      {"cut after 3 of 4", "a\xF0\x9F\x98", U"a", 2},
+      {"one of each length", "aéあ😀", U"aéあ😀", 0},         {"overlong, 3 bytes", "a\xE0\x9F\xBF", U"a", 2},
+      {"overlong, 4 bytes", "a\xF0\x8F\xBF\xBF", U"a", 2},  {"cut after 3 of 4", "a\xF0\x9F\x98", U"a", 2},
       {"a third byte out of range", "a\xE3\x81z", U"a", 2},
   };
   for (const auto& row : rows) {
@@ -87,15 +51,6 @@ TEST(Utf32, DecodesUtf8) {
     EXPECT_EQ(LCopyUTF32FromUTF8Native(dest, row.text.c_str(), 16), row.result) << row.name;
     EXPECT_EQ(std::u32string(dest), row.characters) << row.name;
   }
-}
-
-TEST(Utf32, StopsWhenTheDestinationIsFull) {
-  char32_t dest[3];
-  EXPECT_EQ(LCopyUTF32FromUTF8Native(dest, "あい", 3), kUnicodeClean);
-  EXPECT_EQ(LCopyUTF32FromUTF8Native(dest, "あいう", 3), kUnicodeNoRoom);
-  EXPECT_EQ(std::u32string(dest), U"あい");
-  EXPECT_EQ(LCopyUTF32FromUTF8Native(dest, "あ", 1), kUnicodeNoRoom);
-  EXPECT_EQ(dest[0], 0u);
 }
 
 TEST(Utf32, EncodesUtf8AndDoesNotCountTheTerminator) {
@@ -107,7 +62,6 @@ TEST(Utf32, EncodesUtf8AndDoesNotCountTheTerminator) {
     int result;
   } rows[] = {
       {"one of each length", U"aéあ😀", 10, "aéあ😀", 0},
-      {"the last does not fit", U"aéあ😀", 9, "aéあ", 0},
       {"nothing behind the first that does not fit", U"あa", 2, "", 0},
       {"size 0", U"a", 0, "", 0},
       {"the borders", U"\x7F\x80\x7FF\x800\xFFFF\x10000\x10FFFF", 20,
@@ -123,69 +77,24 @@ TEST(Utf32, EncodesUtf8AndDoesNotCountTheTerminator) {
   }
 }
 
-TEST(Utf16, MakesPairsAndTerminates) {
-  struct {
-    const char* name;
-    std::u32string characters;
-    size_t size;
-    std::u16string units;
-  } rows[] = {
-      {"pairs", U"a\x10000😀\x10FFFF", 16, u"a\xD800\xDC00\xD83D\xDE00\xDBFF\xDFFF"},
-      {"full", U"あいう", 3, u"あい"},
-      {"half a pair is left out", U"a😀", 3, u"a"},
-      {"size 1", U"a", 1, u""},
-      {"beyond Unicode", std::u32string{0x110000, U'b'}, 16, u"\uFFFDb"},
-  };
-  for (const auto& row : rows) {
-    char16_t dest[17];
-    LCopyUnicodeFromUTF32(dest, row.characters.c_str(), row.size);
-    EXPECT_EQ(std::u16string(dest), row.units) << row.name;
-  }
-}
-
-TEST(Utf16, TakesAnySurrogateForTheStartOfAPair) {
-  struct {
-    const char* name;
-    std::u16string units;
-    size_t size;
-    std::u32string characters;
-  } rows[] = {
-      {"plain and pairs", u"aあ\xD83D\xDE00", 16, U"aあ😀"},
-      {"a low one starts a pair too", u"\xDE00\xD83Dz", 16, std::u32string{0x10000 + (0x200 << 10) + 0x3D, U'z'}},
-      {"the second unit is not looked at",
-       u"\xD800"
-       u"Az",
-       16, std::u32string{0x10041, U'z'}},
-      {"cut at the end", u"a\xD801", 16, std::u32string{U'a', 0x10400}},
-      {"full", u"abc", 3, U"ab"},
-  };
-  for (const auto& row : rows) {
-    char32_t dest[16];
-    LCopyUTF32FromUnicode(dest, row.units.c_str(), row.size);
-    EXPECT_EQ(std::u32string(dest), row.characters) << row.name;
-  }
-}
-
-TEST(Utf16, GoesToAndFromUtf8) {
+TEST(Utf16, ComesFromUtf8AndGoesBack) {
   char16_t units[8];
   EXPECT_EQ(LCopyUnicodeFromUTF8(units, "aあ😀", 8), kUnicodeClean);
-  EXPECT_EQ(std::u16string(units), u"aあ😀");
+  EXPECT_EQ(std::u16string(units), u"aあ\xD83D\xDE00");
   EXPECT_EQ(LCopyUnicodeFromUTF8(units, "a\xFF", 8), kUnicodeIllegal);
-  EXPECT_EQ(std::u16string(units), u"a");
-  EXPECT_EQ(LCopyUnicodeFromUTF8(units, "abc", 3), kUnicodeNoRoom);
-  EXPECT_EQ(std::u16string(units), u"ab");
-  units[0] = u'#';
-  EXPECT_EQ(LCopyUnicodeFromUTF8(units, "abc", 0), kUnicodeNoRoom);
-  EXPECT_EQ(units[0], u'#');
+  EXPECT_EQ(LCopyUnicodeFromUTF8(units, "あいう", 3), kUnicodeNoRoom);
+  EXPECT_EQ(LCopyUnicodeFromUTF8(units, "a😀", 3), kUnicodeClean);
+  EXPECT_EQ(std::u16string(units), u"a") << "half a pair is left out";
+  LCopyUnicodeFromUTF32(units, std::u32string{0x110000, U'b'}.c_str(), 4);
+  EXPECT_EQ(std::u16string(units), u"\uFFFDb") << "beyond Unicode";
 
   char text[10] = "#########";
   EXPECT_EQ(LCopyUTF8FromUnicode(text, u"aあ😀", 9), kUnicodeClean);
   EXPECT_STREQ(text, "aあ😀");
   EXPECT_EQ(LCopyUTF8FromUnicode(text, u"aあ😀", 8), kUnicodeClean);
   EXPECT_STREQ(text, "aあ") << "the terminator is within the size here";
-  text[0] = '#';
-  EXPECT_EQ(LCopyUTF8FromUnicode(text, u"abc", 0), kUnicodeNoRoom);
-  EXPECT_EQ(text[0], '#');
+  EXPECT_EQ(LCopyUTF8FromUnicode(text, u"bc", 0), kUnicodeNoRoom);
+  EXPECT_STREQ(text, "aあ");
 }
 
 }  // namespace

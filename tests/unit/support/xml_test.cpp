@@ -13,11 +13,7 @@ TEST(XmlReader, BuildsTheTree) {
     const char* tree;
   } rows[] = {
       {"nothing", "", ""},
-      {"text alone", "abc", "'abc'"},
-      {"nested", "<a><b>x</b>y<c/></a>", "a[b['x'] 'y' c]"},
       {"white space between elements is no text", "<a>\r\n\t<b/>\r\n</a>\n", "a[b]"},
-      {"blanks are kept as text", "<a> <b/></a>", "a[' ' b]"},
-      {"blanks around text are kept", "<a>\n\t x \n</a>", "a[' x ']"},
       {"line ends inside text become line feeds", "<a>1\r\n2\r3\n\r4\n5</a>", "a['1\n2\n3\n4\n5']"},
       {"preserved space, for the children too", "<a xml:space=\"default\">\n<b>\t</b></a>", "a['\n' b['\t']]"},
       {"the case of xml:space", "<a XML:Space=''>\t</a>", "a['\t']"},
@@ -26,8 +22,6 @@ TEST(XmlReader, BuildsTheTree) {
       {"no quotes", "<a b=1 c=x&amp;y>t</a>", "a(b=1 c=x&y)['t']"},
       {"blanks around the equals sign", "<a b = '1'\tc= 2/>", "a(b=1 c=2)"},
       {"only one blank on either side", "<a b  = '1'/>", "a(b=)"},
-      {"quotes and ends inside quotes", "<a b='\"/=> \t' c=\"'\"/>", "a(b=\"/=> \t c=')"},
-      {"text behind a closing quote", "<a b='1'2\"3\"/>", "a(b=123)"},
       {"a line end inside quotes", "<a b='1\r\n2'/>", "a(b=1\n2)"},
       {"an attribute without a value", "<a b c='1'/>", "a(b= c=1)"},
       {"a quoted name", "<'a b'/>", "a b"},
@@ -36,10 +30,7 @@ TEST(XmlReader, BuildsTheTree) {
       {"a question mark before the end", "<a b='x?'/><a b='x?'></a>", "a(b=x?) a(b=x)"},
       {"a slash inside a tag closes it", "<a / b='1'>x", "a(b=1) 'x'"},
       {"comments", "<!--a--><b><!-- <c> & --- --></b>", "!--['a'] b[!--[' <c> & --- ']]"},
-      {"the shortest comments", "<!----><!-->--><!--->-->", "!--[''] !--['>'] !--['->']"},
       {"character data", "<![CDATA[<a>&]]]>", "![CDATA[['<a>&]']"},
-      {"a document type", "<!DOCTYPE a [<!ELEMENT a>\n]><a/>", "!DOCTYPE[' a [<!ELEMENT a>\n]'] a"},
-      {"another declaration", "<!ELEMENT a><!x><b/>", "!ELEMENT[' a'] !x[''] b"},
       {"Japanese names and values", "<設定 名前='値'>文</設定>", "設定(名前=値)['文']"},
       {"invalid UTF-8 as it stands", "<a b='\xFF'>\xC3(\xE3\x81</a>", "a(b=\xFF)['\xC3(\xE3\x81']"},
       {"a blank in the end tag", "<a></a \n>x", "a 'x'"},
@@ -60,9 +51,7 @@ TEST(XmlReader, ReadsReferences) {
       {"&amp;&lt;&gt;&quot;&apos;", "&<>\"'"},
       {"&#65;&#x41;&#X41;", "AA&"},
       {"&#x3042;", "あ"},
-      {"&#12354;", "あ"},
       {"&#x-3.0_4g2;", "あ"},
-      {"&#x13042;", "あ"},
       {"&#xD83D;", "\xF0\x9F\x90\x80"},  // Half a pair counts as a pair with nothing.
       {"x&#0;&#x;y", "xy"},
       {"&nbsp;&AMP;&;&#;&#1a;", "&&&&&"},
@@ -108,14 +97,6 @@ TEST(XmlReader, NotesTheFirstErrorAndKeepsWhatItRead) {
   }
 }
 
-TEST(XmlReader, CutsLongNamesAndErrors) {
-  const std::string name(300, 'n');
-  const std::string cut(259, 'n');
-  const ParsedXml parsed("<" + name + " " + name + "='" + name + "'></" + name + "><" + name);
-  EXPECT_EQ(XmlTree(parsed.document), cut + "(" + cut + "=" + name + ") " + cut);
-  EXPECT_EQ(parsed.error, ("Ln 1, Col 1511: <" + name).substr(0, 259));
-}
-
 TEST(XmlWriter, SavesTheForm) {
   struct {
     const char* name;
@@ -144,73 +125,24 @@ TEST(XmlWriter, SavesTheForm) {
   }
 }
 
-TEST(XmlWriter, FormatsNothingBelowZero) {
-  const ParsedXml parsed("<a><b/>x<c>y</c><!--z--></a>");
+TEST(XmlWriter, SavesOneElement) {
   LStringLongTemplate<char> out;
+  const ParsedXml parsed("<a><b/>x<c>y</c><!--z--></a>");
   EXPECT_TRUE(parsed.document.children.first->SaveToBuffer(out, -1));
-  EXPECT_STREQ(out, "<a><b/>x<c>y</c>\n<!--z--></a>\n");
-}
-
-TEST(XmlWriter, ClosesConstructedCharacterDataInAnyCase) {
+  EXPECT_STREQ(out, "<a><b/>x<c>y</c>\n<!--z--></a>\n") << "nothing is indented below zero";
+  out = "";
   LXMLElement data("![cdata[");
   data.children.AddHead(LXMLElement::NewText("x", 1));
-  LStringLongTemplate<char> out;
   EXPECT_TRUE(data.SaveToBuffer(out, 1));
-  EXPECT_STREQ(out, "\t<![cdata[x]]>\n");
+  EXPECT_STREQ(out, "\t<![cdata[x]]>\n") << "constructed character data is closed in any case";
+  out = "";
+  const std::unique_ptr<LXMLElement> blank(LXMLElement::NewText(" \t\r\n", 4)), text(LXMLElement::NewText(" x", 2));
+  EXPECT_FALSE(blank->SaveToBuffer(out, 3));
+  EXPECT_TRUE(text->SaveToBuffer(out, 3));
+  EXPECT_STREQ(out, " x");
 }
 
-TEST(XmlWriter, TellsWhetherATextWasWritten) {
-  struct {
-    const char* text;
-    bool isWritten;
-  } rows[] = {{"", false}, {" \t\r\n", false}, {"\x01", true}, {" x", true}};
-  for (const auto& row : rows) {
-    const std::unique_ptr<LXMLElement> node(LXMLElement::NewText(row.text, strlen(row.text)));
-    LStringLongTemplate<char> out;
-    EXPECT_EQ(node->SaveToBuffer(out, 3), row.isWritten);
-    EXPECT_STREQ(out, row.isWritten ? row.text : "");
-  }
-}
-
-const char kSample[] =
-    "<?xml version=\"1.0\" encoding='utf-8' ?>\r\n<!DOCTYPE s [ <x> ]>\n<!-- 注 -->"
-    "<s a=\"1 &lt; 2\" b=c xml:space='preserve'>text &#x3042; &unknown; <![CDATA[ ]] ]]>\n"
-    "\t<t value=\"日本\"/>\xE3\x81</s>\r\n";
-
-/// What was saved is read again and saved as the same text. The first saving may still change what was read:
-/// it leaves out white space.
-void ExpectStable(const std::string& text) {
-  const std::string saved = ParsedXml(text).Saved();
-  const std::string again = ParsedXml(saved).Saved();
-  EXPECT_EQ(ParsedXml(again).Saved(), again) << text;
-}
-
-TEST(Xml, ReadsASampleThatIsCutAnywhere) {
-  const std::string sample = kSample;
-  ASSERT_STREQ(ParsedXml(sample).error, "");
-  for (size_t size = 0; size <= sample.size(); ++size) {
-    const ParsedXml cut(sample.substr(0, size));
-    if (cut.error[0] == 0) ExpectStable(sample.substr(0, size));
-    const ParsedXml tail(sample.substr(size));
-    const std::string saved = tail.Saved();
-    EXPECT_LE(saved.size(), 2 * sample.size());
-  }
-}
-
-TEST(Xml, SurvivesAnyByteInAnyPlace) {
-  const std::string sample = kSample;
-  for (const char c : {'<', '>', '&', '/', '=', '"', '\'', '?', '!', '[', '\0', '\x80', '\xFF', '\r'}) {
-    for (size_t at = 0; at < sample.size(); ++at) {
-      std::string broken = sample;
-      broken[at] = c;
-      const ParsedXml parsed(broken);
-      const std::string saved = parsed.Saved();
-      EXPECT_TRUE(parsed.error[0] == 0 || strncmp(parsed.error, "Ln ", 3) == 0);
-    }
-  }
-}
-
-TEST(Xml, NestsWithoutEnd) {
+TEST(Xml, NestsWithoutEndAndIndentsOnlySoFar) {
   constexpr size_t kDepth = 200000;
   std::string open, whole;
   for (size_t i = 0; i < kDepth; ++i) open += "<a>";
@@ -221,46 +153,9 @@ TEST(Xml, NestsWithoutEnd) {
   LStringLongTemplate<char> out;
   EXPECT_TRUE(parsed.document.children.first->SaveToBuffer(out, -1));
   EXPECT_GT(out.length, kDepth * 7);
-
-  const ParsedXml unfinished(open);
-  EXPECT_TRUE(strstr(unfinished.error, "(EOF)"));
-}
-
-TEST(Xml, IndentsOnlySoFar) {
-  std::string text;
-  for (int i = 0; i < 3000; ++i) text += "<a>";
-  const std::string saved = ParsedXml(text).Saved();
+  const std::string saved = ParsedXml(open.substr(0, 9000)).Saved();
   EXPECT_NE(saved.find("\n" + std::string(1000, '\t') + "<a>"), std::string::npos);
   EXPECT_EQ(saved.find(std::string(1001, '\t')), std::string::npos);
-  EXPECT_EQ(ParsedXml(saved).Saved(), saved);
-}
-
-TEST(Xml, TakesLargeValuesAndManyOfThem) {
-  const std::string value(10 << 20, 'v');
-  const ParsedXml large("<a b='" + value + "'>" + value + "</a>");
-  EXPECT_EQ(large.document.children.first->attributes.GetParm("b"), value);
-  EXPECT_EQ(large.document.children.first->children.first->text, value);
-  EXPECT_EQ(large.Saved(), "<a b=\"" + value + "\">" + value + "</a>\n");
-
-  std::string many = "<a";
-  for (int i = 0; i < 50000; ++i) many += " n" + std::to_string(i) + "='" + std::to_string(i) + "'";
-  many += ">";
-  for (int i = 0; i < 50000; ++i) many += "<b/>";
-  const ParsedXml parsed(many + "</a>");
-  EXPECT_STREQ(parsed.error, "");
-  EXPECT_STREQ(parsed.document.children.first->attributes.GetParm("n49999"), "49999");
-  EXPECT_EQ(parsed.document.children.first->children.Count(), 50000u);
-}
-
-TEST(Xml, ReplacesTheChildrenOfAnElement) {
-  char error[kTextSize] = {};
-  LXMLLoaderTemplate<char> loader(error);
-  loader.text = "new</b>rest";
-  LXMLElement element("b");
-  element.children.AddHead(LXMLElement::NewText("old", 3));
-  element.LoadData(loader);
-  EXPECT_EQ(XmlTree(element), "'new'");
-  EXPECT_STREQ(loader.text.Text() + loader.position, "rest");
 }
 
 }  // namespace
