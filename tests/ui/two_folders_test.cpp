@@ -53,6 +53,16 @@ TEST_F(TwoFolders, ANameThatLeadsOutOfTheFolderEndsARunBeforeAnythingMoves) {
   ExpectUsable();
 }
 
+TEST_F(TwoFolders, AFolderThatTheServerMarksByASlashDoesNotEndARun) {
+  MakeBoth("marked/same.txt", kOld, kOld);
+  MakeRemote("marked%2F", "");
+  for (const std::string& folder : {Local("marked"), Remote("marked")}) SetTime(folder, kOld);
+  StartConnected({}, {"mine.txt"});
+  Synchronise();
+  EXPECT_EQ(ContentOf(Remote("mine.txt")), "x");
+  EXPECT_THAT(Messages(), Not(Contains(HasSubstr("疑わしい名前"))));
+}
+
 TEST_F(TwoFolders, TheNewerSideWinsAndWhatIsMissingIsCopied) {
   MakeBoth("remote-newer.txt", kOld, kNew);
   MakeBoth("local-newer.txt", kNew, kOld);
