@@ -70,6 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Difference{"BothInAFolder", "in/a.txt> in/b.txt<", {"in"}, {"in"}},
                     Difference{"BothInAFolderByAbsence", "in/a.txt- in/b.txt+", {"in"}, {"in"}},
                     Difference{"FolderOnlyThere", "there/a.txt- other/a.txt=", {}, {"there"}},
+                    Difference{"FileHereFolderThere", "x/a.txt- x+", {"x"}, {"x"}},
                     // What is found in a folder replaces what was found in the one before it.
                     Difference{"TheLastFolderCounts", "in/a/a.txt> in/b/a.txt=", {}, {}},
                     Difference{"FilesComeBehindFolders", "in/a.txt> in/b/a.txt=", {}, {"in"}}),
