@@ -313,18 +313,6 @@ TEST_F(TwoFolders, WhereTheFirstFileMayNotBeReadNothingComesAndTheDatesAreGivenA
   EXPECT_EQ(ContentOf(Remote("mine.txt")), "x");
 }
 
-TEST_F(TwoFolders, ALostConnectionCostsAReconnectAndNoFile) {
-  MakeRemote("new/once.bin", RandomBytes(1024 * 1024));
-  MakeLocal("own/lose.txt", "u");
-  StartConnected({"new/a.txt"}, {"own/b.txt"});
-  Synchronise();
-  EXPECT_EQ(Found(Local()), "new/a.txt=x new/once.bin own/b.txt=x own/lose.txt=u");
-  EXPECT_EQ(Found(Remote()), Found(Local()));
-  EXPECT_EQ(ContentOf(Local("new/once.bin")), ContentOf(Remote("new/once.bin")));
-  EXPECT_THAT(Messages(), Not(Contains(HasSubstr("できません"))));
-  ExpectUsable();
-}
-
 struct CutRun {
   const char* name;
   const char* cut;  ///< At which command, and whose number among those of its name.
@@ -348,19 +336,22 @@ TEST_P(Cut, IsMadeUpForByTheNextStep) {
   ExpectUsable();
 }
 
-INSTANTIATE_TEST_SUITE_P(TwoFolders, Cut,
-                         testing::Values(
-                             // Nothing is known of what is there.
-                             CutRun{"AtTheListing", "1 LIST", "here.txt=x newer.txt=local same.txt=local",
-                                    "here.txt=x newer.txt=remote same.txt=remote there.txt=x"},
-                             // A file without a date is as new as can be.
-                             CutRun{"AtADate", "1 MDTM", "here.txt=x newer.txt=remote same.txt=local there.txt=x",
-                                    "here.txt=x newer.txt=remote same.txt=remote there.txt=x"},
-                             // A name that is not found is sent, and its size is not known either.
-                             CutRun{"AtALookForAName", "6 LIST",
-                                    "here.txt=x newer.txt=local same.txt=local there.txt=x",
-                                    "here.txt=x newer.txt=local same.txt=local there.txt=x"}),
-                         [](const auto& row) { return std::string(row.param.name); });
+constexpr const char* kAllHere = "here.txt=x newer.txt=local same.txt=local there.txt=x";
+
+INSTANTIATE_TEST_SUITE_P(
+    TwoFolders, Cut,
+    testing::Values(CutRun{"AtADownload", "1 RETR", kAllHere, "here.txt=x newer.txt=local same.txt=remote there.txt=x"},
+                    CutRun{"AtAnUpload", "1 STOR", kAllHere, "here.txt=x newer.txt=local same.txt=remote there.txt=x"},
+                    // Nothing is known of what is there.
+                    CutRun{"AtTheListing", "1 LIST", "here.txt=x newer.txt=local same.txt=local",
+                           "here.txt=x newer.txt=remote same.txt=remote there.txt=x"},
+                    // A file without a date is as new as can be.
+                    CutRun{"AtADate", "1 MDTM", "here.txt=x newer.txt=remote same.txt=local there.txt=x",
+                           "here.txt=x newer.txt=remote same.txt=remote there.txt=x"},
+                    // A name that is not found is sent, and its size is not known either.
+                    CutRun{"AtALookForAName", "6 LIST", kAllHere,
+                           "here.txt=x newer.txt=local same.txt=local there.txt=x"}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 /// The file that is under way when the machine goes to sleep; empty for before all files.
 class Asleep : public TwoFolders, public testing::WithParamInterface<std::string> {
