@@ -52,8 +52,10 @@ class SynchroniseRun {
 };
 
 /// A name that leads out of the folder names a file here that is none of this run's: sent, it would be the server's.
+/// A slash at the end leads nowhere; some servers mark folders by it.
 bool SynchroniseRun::CompareEntry(const char* name) {
-  if (!RemoteNameIsTrusted(name, name)) return false;
+  const char* const slash = strchr(name, '/');
+  if (slash && slash[1] && !RemoteNameIsTrusted(name, name)) return false;
   if (!TransferPathFits(szLocalFolder, name)) return true;
   char local[kTextSize];
   LFile::_MakeFilePath(local, szLocalFolder, name, "");

@@ -12,7 +12,8 @@ system, whose separator is the backslash. With ORVANE_SERVE_AS_NOBODY set the ri
 it. Names are bytes: what is not UTF-8 comes and goes as it is; a listing shows "%2F" as "/". It ends with its parent.
 
 While it runs it looks at two files beside the folder: FOLDER.cut holds the number of the command, from now on, at which
-the session is cut in place of an answer, once; while FOLDER.closed is there nobody can log on.
+the session is cut in place of an answer, once, and may name the one command to count; while FOLDER.closed is there
+nobody can log on.
 """
 
 import ctypes
@@ -47,15 +48,18 @@ def served_folder():
     return sys.argv[1].rstrip("/")
 
 
-def is_cut_now():
+def is_cut_now(command):
     name = served_folder() + ".cut"
     if not os.path.exists(name):
         return False
     with open(name, "r+") as file:
-        left = int(file.read()) - 1
+        number, *only = file.read().split()
+        if only not in ([], [command]):
+            return False
+        left = int(number) - 1
         file.seek(0)
         file.truncate()
-        file.write(str(left))
+        file.write(" ".join([str(left), *only]))
     if left == 0:
         os.unlink(name)
     return left == 0
@@ -95,7 +99,7 @@ class MoodyHandler(FTPHandler):
         _AsyncChatNewStyle.push(self, s.encode("utf8", self.unicode_errors))
 
     def pre_process_command(self, line, cmd, arg):
-        if is_cut_now():
+        if is_cut_now(cmd):
             self.close()
         else:
             super().pre_process_command(line, cmd, arg.replace("\\", "/") if SYSTEM else arg)

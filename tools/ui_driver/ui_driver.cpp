@@ -309,6 +309,10 @@ void Alerts::Look() {
 }
 
 void Alerts::Answer(QMessageBox& box) {
+  QStringList texts = {box.windowTitle(), box.text()};
+  if (box.checkBox()) texts += box.checkBox()->text();
+  for (const QAbstractButton* button : box.buttons()) texts += button->text();
+  last = texts.join('\n').toStdString();
   if (queue.empty() && agreesToAll) {
     box.defaultButton() ? box.defaultButton()->click() : box.accept();
     return;

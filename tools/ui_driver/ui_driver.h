@@ -72,6 +72,8 @@ class Alerts {
   void AgreeToAll(bool agree) { agreesToAll = agree; }
   /// What went wrong so far, including expected alerts that have not come; empty if nothing did.
   std::string Complaints() const;
+  /// All texts of the last alert that was answered: title, message, check box if there is one, buttons; each in a line.
+  const std::string& Last() const { return last; }
 
  private:
   struct Expected {
@@ -82,6 +84,7 @@ class Alerts {
   void Answer(QMessageBox& box);
   std::vector<Expected> queue;
   std::string complaints;
+  std::string last;
   bool held = false;
   bool agreesToAll = false;
   struct Timer;
