@@ -119,7 +119,7 @@ class ListControl : public QTreeView {
   QList<QByteArray> readyFiles;  ///< What was fetched for a drag of the selected rows and not dragged; empty for none.
   bool isDraggedOver = false;    ///< The owner was told of a drag that has come in and not left.
   std::optional<std::pair<int, QByteArray>> editedName;  ///< Row and name that the owner has not heard of yet.
-  int insertBarAt = -1;          ///< Where the mark for a drop was asked for; -1 for none.
+  int insertBarAt = -1;                                  ///< Where the mark for a drop was asked for; -1 for none.
   std::vector<int> columnNeeds;  ///< Width at which heading and cells are whole. It only grows: columns stand still.
   bool widthsAreUsers = false;   ///< The user has set a width: no more sharing out by the table.
   bool applyingWidths = false;
