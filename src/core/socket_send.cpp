@@ -102,8 +102,10 @@ LProcessResult ProcessSend(LProcessInterface& process, LIPSocketTCPRef socket, c
 }
 
 LProcessResult ProcessSendString(LProcessInterface& process, LSSLSocketTCP& socket, const char* text, unsigned int ms) {
+  const LProcessResult result = ProcessSend(process, socket, text, strlen(text), ms);
+  // The server works meanwhile: written before it, the line would hold up every command.
   LOGFTPCOMMAND(text);
-  return ProcessSend(process, socket, text, strlen(text), ms);
+  return result;
 }
 
 LProcessResult ProcessSendString(LProcessInterface& process, LIPSocketTCPRef socket, const char* text,

@@ -142,7 +142,7 @@ template <typename T>
                                          unsigned int ms);
 [[nodiscard]] LProcessResult ProcessSend(LProcessInterface&, LIPSocketTCPRef, const void* data, size_t size,
                                          unsigned int ms);
-/// Logs the text as an FTP command (a password masked), then sends it without its terminating zero.
+/// Sends the text without its terminating zero and logs it as an FTP command (a password masked), whatever the result.
 [[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LSSLSocketTCP&, const char* text, unsigned int ms);
 /// The same, logging nothing.
 [[nodiscard]] LProcessResult ProcessSendString(LProcessInterface&, LIPSocketTCPRef, const char* text, unsigned int ms);

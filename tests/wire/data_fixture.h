@@ -94,8 +94,7 @@ class DataTest : public WireTest {
       const std::string reply = (isRefused ? closing : "150 Here it comes ") + std::string(100, 'x');
       Step& step = server.Expect(command).Raw(reply.substr(0, 70)).Delay(kOverASliceMs).Raw(reply.substr(70) + "\r\n");
       if (closing[0] != 0 && !isRefused) step.DataClose().Reply(closing);
-      // The history has the command first; the question behind that is asked before it goes out.
-      int asked = -1;
+      int asked = 0;  // The history has the command once it is out.
       const int wanted = question;
       StopWhen([&] { return history.LastCommand() == command && ++asked == wanted; });
       EXPECT_EQ(run(), LProcessResultStopped);
