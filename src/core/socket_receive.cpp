@@ -37,22 +37,29 @@ bool HasTlsDataOrEnd(LSSLSocketTCP& socket) {
   return state == platform::TlsState::kClosed || state == platform::TlsState::kAborted;
 }
 
-/// Waits for one slice. Many servers send no further line while the one before is not acknowledged, and the kernel puts
-/// an acknowledgement off by 40 ms where nothing is sent: so that is asked for, once a near server would have answered.
-bool ComesInSlice(int fd) {
+/// Waits for one slice. Many servers send no second line while their first is not acknowledged, and the kernel puts an
+/// acknowledgement off by 40 ms where nothing is sent: so one that is owed is asked for, once a near server would have
+/// answered. Only then: a wait that short sets the processor's timer, which costs more than the poll.
+bool ComesInSlice(int fd, bool& isAcknowledgementOwed) {
   constexpr unsigned kNearMs = 2;
+  if (!isAcknowledgementOwed) return SocketWait(fd, POLLIN, kSocketSliceMs) != 0;
   if (SocketWait(fd, POLLIN, kNearMs) != 0) return true;
   platform::NetAcknowledge(fd);
+  isAcknowledgementOwed = false;
   return SocketWait(fd, POLLIN, kSocketSliceMs - kNearMs) != 0;
 }
 
 /// Waits on the descriptor alone, and takes the slices off `ms`. `fd` is read anew for each slice: an event
 /// inside IsToStop may close it.
-LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, unsigned int& ms) {
+LProcessResult WaitForDescriptor(LProcessInterface& process, const int& fd, bool& isAcknowledgementOwed,
+                                 unsigned int& ms) {
   if (process.IsToStop()) return LProcessResultStopped;
   for (;;) {
     if (!LIPSocketTCPRef{fd}.IsValid()) return LProcessResultFailed;
-    if (ComesInSlice(fd)) return LProcessResultOk;
+    if (ComesInSlice(fd, isAcknowledgementOwed)) {
+      isAcknowledgementOwed = true;
+      return LProcessResultOk;
+    }
     if (!SocketTakeSlice(ms)) return LProcessResultFailed;
     if (process.IsToStop()) return LProcessResultStopped;
   }
@@ -139,13 +146,14 @@ LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LSSLSocketT
   if (!socket.IsValid()) return LProcessResultFailed;
   if (HasTlsDataOrEnd(socket)) return LProcessResultOk;
   for (;;) {
-    const LProcessResult waited = WaitForDescriptor(process, socket.fd, ms);
+    const LProcessResult waited = WaitForDescriptor(process, socket.fd, socket.isAcknowledgementOwed, ms);
     if (waited != LProcessResultOk || !IsConnectedTls(socket) || HasTlsDataOrEnd(socket)) return waited;
   }
 }
 
 LProcessResult ProcessWaitForDataOrClose(LProcessInterface& process, LIPSocketTCPRef socket, unsigned int ms) {
-  return WaitForDescriptor(process, socket.fd, ms);
+  bool isAcknowledgementOwed = false;
+  return WaitForDescriptor(process, socket.fd, isAcknowledgementOwed, ms);
 }
 
 LProcessResult ProcessRecvReady(LProcessInterface& process, LSSLSocketTCP& socket, void* buffer, size_t size,

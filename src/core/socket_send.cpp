@@ -67,6 +67,7 @@ LProcessResult ProcessSend(LProcessInterface& process, LSSLSocketTCP& socket, co
     rest += moved;
     size -= moved;
     if (step == WriteStep::kFailed) return LProcessResultFailed;
+    if (moved != 0) socket.isAcknowledgementOwed = false;  // It goes with what is sent.
     if (step == WriteStep::kMoved) continue;
     if (step == WriteStep::kFlush) {
       platform::TlsStatus status;

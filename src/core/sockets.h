@@ -118,6 +118,7 @@ class LSSLSocketTCP {
   platform::TlsStream* pContext = nullptr;  ///< Owned; null on a plain socket.
   char szPeerName[kTextSize] = {};          ///< Host part of the address this socket was connected with.
   LStringLongTemplate<char> lineStart;      ///< Of the line that a stop has cut: the next line read begins with it.
+  bool isAcknowledgementOwed = false;       ///< Something has come since the last time that something was sent.
 };
 
 // Connecting. A stopped connect closes its socket. A multi-homed address is tried in order, each with the

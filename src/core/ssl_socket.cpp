@@ -100,6 +100,7 @@ void LSSLSocketTCP::CloseSocketAndContext() {
   pContext = nullptr;
   szPeerName[0] = 0;
   lineStart = "";
+  isAcknowledgementOwed = false;
 }
 
 void LSSLSocketTCP::SetPeerName(const char* address) { (void)SplitPortFromAddr(address, szPeerName, 0); }
