@@ -27,6 +27,8 @@ def main():
     handler = {"plain": FTPHandler, "explicit": TLS_FTPHandler, "implicit": ImplicitTlsHandler}[security]
     handler.authorizer = authorizer
     handler.masquerade_address = "127.0.0.1"
+    # Behind ten thousand data connections the kernel needs milliseconds to find a port that nothing waits on.
+    handler.passive_ports = range(20000, 21000)
     if security != "plain":
         handler.certfile = sys.argv[6]
         handler.tls_control_required = True
