@@ -28,6 +28,7 @@ void DeleteOldDrags(const char* folder) {
 }  // namespace
 
 void MainDialogCore::DragDownload(char* folder) {
+  remotePane.bDownloadedAll = false;
   if (CheckConnection()) remotePane.CmDownloadList(folder);
 }
 
@@ -62,12 +63,8 @@ bool MainDialog::EvDragHandlerBegin() {
   return false;
 }
 
+/// The rows come first: a reconnect on the way fills the list anew, and nothing is selected in it.
 void MainDialog::EvDragHandlerNeedsFiles(LStringListTemplate<char>& paths, bool fetch) {
-  if (fetch) {
-    TimerReset(kTimerWatch);
-    DragDownload(dragFolder);
-    TimerSet(kTimerWatch, kAfterDragMs);
-  }
   for (LVSelectedIterator row(*this, kRemoteList); row.IsValid(); row.Next()) {
     char name[kTextSize];
     char path[kTextSize];
@@ -77,6 +74,10 @@ void MainDialog::EvDragHandlerNeedsFiles(LStringListTemplate<char>& paths, bool 
     LFile::_MakeFilePath(path, dragFolder, name, "");
     paths.Add(path);
   }
+  if (!fetch) return;
+  TimerReset(kTimerWatch);
+  DragDownload(dragFolder);
+  TimerSet(kTimerWatch, kAfterDragMs);
 }
 
 /// The questions about what is there come before the pane says that a job has begun.

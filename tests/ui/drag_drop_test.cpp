@@ -203,68 +203,102 @@ class Target : public QWidget {
   }
 };
 
-TEST_F(DragDrop, RowsDraggedOutAreFilesWhenTheyLeaveTheList) {
-  if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "nothing is dragged here: run it by ctest";
+/// Rows that the mouse takes hold of and brings out of the list.
+class DragOut : public DragDrop {
+ protected:
+  void SetUp() override {
+    DragDrop::SetUp();
+    if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "nothing is dragged here: run it by ctest";
+  }
+
+  void Start() {
+    StartConnected({"stays.txt"});
+    target = std::make_unique<Target>();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(target.get()));
+  }
+  static QPoint InWindow(QWidget* widget, const QPoint& place) { return widget->mapTo(widget->window(), place); }
+  static void MoveTo(QWidget* widget, const QPoint& place) {
+    QTest::mouseMove(widget->window()->windowHandle(), InWindow(widget, place));
+    ui::Pump(20);
+  }
+  static void Release(QWidget* widget, const QPoint& place) {
+    QTest::mouseRelease(widget->window()->windowHandle(), Qt::LeftButton, {}, InWindow(widget, place));
+  }
+  void LetGo() { Release(Rows(), kOutside); }
+  bool IsDragged() { return List()->findChild<QDrag*>() != nullptr; }
+  /// Takes hold of a selected row, goes over others and leaves the list, which fetches the files.
+  void DragFromTheList(const char* grabbed) {
+    NewSteps();
+    QTest::mousePress(Window()->windowHandle(), Qt::LeftButton, {}, InWindow(Rows(), PlaceOf(grabbed)));
+    for (const char* row : {"stays.txt", grabbed, "stays.txt"}) MoveTo(Rows(), PlaceOf(row));
+    EXPECT_THAT(NewSteps(), Not(Contains(testing::HasSubstr("MLST")))) << "fetched inside the list";
+    MoveTo(Rows(), kOutside);
+  }
+  /// The same to another program's window; `onTheWay` happens behind the fetching.
+  void DragToTarget(
+      const char* grabbed, const std::function<void()>& onTheWay = [] {}) {
+    const Meanwhile drop([&] { return IsDragged(); },
+                         [&] {
+                           onTheWay();
+                           for (const int step : {50, 60}) MoveTo(target.get(), {step, step});
+                           Release(target.get(), {60, 60});
+                         });
+    DragFromTheList(grabbed);
+    EXPECT_TRUE(ui::WaitUntil([&] { return !target->dropped.isEmpty(); }));
+  }
+  std::string Fetched(const std::string& name) { return Main().dragFolder + ("/" + name); }
+
+  static constexpr QPoint kOutside{-30, 50};
+  std::unique_ptr<Target> target;
+};
+
+TEST_F(DragOut, RowsAreFilesWhenTheyLeaveTheList) {
   MakeRemote("100% 資料.txt", "inside");
   MakeRemote("tree/deep/x.bin", RandomBytes(300000));
-  MakeRemote("half/stall.bin", RandomBytes(1 << 20));
-  StartConnected({"stays.txt"});
-  Target target;
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(&target));
-  const auto at = [](QWidget* widget, const QPoint& place) { return widget->mapTo(widget->window(), place); };
-  const auto moveTo = [&](QWidget* widget, const QPoint& place) {
-    QTest::mouseMove(widget->window()->windowHandle(), at(widget, place));
-    ui::Pump(20);
-  };
-  const auto press = [&](const char* grabbed) {
-    NewSteps();
-    QTest::mousePress(Window()->windowHandle(), Qt::LeftButton, {}, at(Rows(), PlaceOf(grabbed)));
-    for (const char* row : {"stays.txt", "100% 資料.txt", "stays.txt"}) moveTo(Rows(), PlaceOf(row));
-    EXPECT_THAT(NewSteps(), Not(Contains(testing::HasSubstr("MLST")))) << "fetched inside the list";
-  };
-  const auto release = [&](QWidget* widget, const QPoint& place) {
-    QTest::mouseRelease(widget->window()->windowHandle(), Qt::LeftButton, {}, at(widget, place));
-  };
-  const QPoint outside(-30, 50);
-  {
-    const Meanwhile dragged([&] { return List()->findChild<QDrag*>() != nullptr; }, [] { QDrag::cancel(); });
-    Select(kRemoteList, {"half"});
-    alerts.Expect("ダウンロードされたローカルファイルまたはフォルダを削除しますか？", "削除しない");
-    const Meanwhile cancel([&] { return Exists(Main().dragFolder + std::string("/half/stall.bin")); },
-                           [&] { ui::Key(Dialog(kDownloading), Qt::Key_Escape); });
-    press("half");
-    moveTo(Rows(), outside);
-    EXPECT_FALSE(dragged.Acted()) << "a half is dragged";
-    release(Rows(), outside);
-  }
+  Start();
   Select(kRemoteList, {"100% 資料.txt", "tree"});
   {
-    const Meanwhile letGo([] { return Dialog(kDownloading) != nullptr; }, [&] { release(Rows(), outside); });
-    press("tree");
-    moveTo(Rows(), outside);
-    EXPECT_EQ(List()->findChild<QDrag*>(), nullptr) << "nobody holds it any more";
+    const Meanwhile letGo([] { return Dialog(kDownloading) != nullptr; }, [&] { LetGo(); });
+    DragFromTheList("tree");
+    EXPECT_FALSE(IsDragged()) << "nobody holds it any more";
   }
-  const std::string folder = Main().dragFolder;
-  EXPECT_EQ(ContentOf(folder + "/tree/deep/x.bin"), ContentOf(Remote("tree/deep/x.bin")));
-  EXPECT_EQ(ContentOf(folder + "/100% 資料.txt"), "inside");
-  EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
+  EXPECT_EQ(ContentOf(Fetched("tree/deep/x.bin")), ContentOf(Remote("tree/deep/x.bin")));
+  EXPECT_EQ(ContentOf(Fetched("100% 資料.txt")), "inside");
+  EXPECT_EQ(std::filesystem::status(Main().dragFolder).permissions(), std::filesystem::perms::owner_all);
 
+  const std::vector<std::string> dragged = {Fetched("tree"), Fetched("100% 資料.txt")};
   std::vector<std::string> selectedOver;
-  const Meanwhile drop([&] { return List()->findChild<QDrag*>() != nullptr; },
-                       [&] {
-                         moveTo(Rows(), PlaceOf("stays.txt"));
-                         selectedOver = Selected(kRemoteList);
-                         moveTo(&target, {50, 50});
-                         moveTo(&target, {60, 60});
-                         release(&target, {60, 60});
-                       });
-  press("tree");
-  moveTo(Rows(), outside);
-  ASSERT_TRUE(ui::WaitUntil([&] { return !target.dropped.isEmpty(); }));
+  DragToTarget("tree", [&] {
+    MoveTo(Rows(), PlaceOf("stays.txt"));
+    selectedOver = Selected(kRemoteList);
+  });
   EXPECT_EQ(selectedOver, (std::vector<std::string>{"tree", "100% 資料.txt"})) << "no target of its own rows";
-  EXPECT_EQ(target.dropped, UriList({folder + "/tree", folder + "/100% 資料.txt"}));
+  EXPECT_EQ(target->dropped, UriList(dragged));
   EXPECT_THAT(NewSteps(), Not(Contains("MLST tree"))) << "fetched twice";
   EXPECT_TRUE(Main().IsTimerSet(MainDialog::kTimerWatch));
+}
+
+TEST_F(DragOut, HalfAFolderIsNotDragged) {
+  MakeRemote("half/stall.bin", RandomBytes(1 << 20));
+  Start();
+  const Meanwhile dragged([&] { return IsDragged(); }, [] { QDrag::cancel(); });
+  Select(kRemoteList, {"half"});
+  alerts.Expect("ダウンロードされたローカルファイルまたはフォルダを削除しますか？", "削除しない");
+  const Meanwhile cancel([&] { return Exists(Fetched("half/stall.bin")); },
+                         [&] { ui::Key(Dialog(kDownloading), Qt::Key_Escape); });
+  DragFromTheList("half");
+  EXPECT_FALSE(dragged.Acted());
+  LetGo();
+}
+
+/// The reconnect fills the list anew, with nothing selected.
+TEST_F(DragOut, OutlivesAReconnect) {
+  MakeRemote("again/once.bin", RandomBytes(1 << 20));
+  Start();
+  Select(kRemoteList, {"again"});
+  DragToTarget("again");
+  EXPECT_EQ(target->dropped, UriList({Fetched("again")}));
+  EXPECT_EQ(ContentOf(Fetched("again/once.bin")), ContentOf(Remote("again/once.bin")));
 }
 
 }  // namespace
