@@ -38,15 +38,15 @@ bool HasTlsDataOrEnd(LSSLSocketTCP& socket) {
 }
 
 /// Waits for one slice. Many servers send no second line while their first is not acknowledged, and the kernel puts an
-/// acknowledgement off by 40 ms where nothing is sent: so one that is owed is asked for, once a near server would have
-/// answered. Only then: a wait that short sets the processor's timer, which costs more than the poll.
+/// acknowledgement off by 40 ms where nothing is sent: so one that is owed goes out before the wait. It costs less than
+/// a wait of some milliseconds first, which would set the processor's timer.
 bool ComesInSlice(int fd, bool& isAcknowledgementOwed) {
-  constexpr unsigned kNearMs = 2;
-  if (!isAcknowledgementOwed) return SocketWait(fd, POLLIN, kSocketSliceMs) != 0;
-  if (SocketWait(fd, POLLIN, kNearMs) != 0) return true;
-  platform::NetAcknowledge(fd);
-  isAcknowledgementOwed = false;
-  return SocketWait(fd, POLLIN, kSocketSliceMs - kNearMs) != 0;
+  if (isAcknowledgementOwed) {
+    if (SocketWait(fd, POLLIN, 0) != 0) return true;
+    platform::NetAcknowledge(fd);
+    isAcknowledgementOwed = false;
+  }
+  return SocketWait(fd, POLLIN, kSocketSliceMs) != 0;
 }
 
 /// Waits on the descriptor alone, and takes the slices off `ms`. `fd` is read anew for each slice: an event
