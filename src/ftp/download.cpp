@@ -153,8 +153,8 @@ void FileDownload::AbortTransfer() {
 LProcessResult FileDownload::Finish() {
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read = bLateReply ? ReadLateReplies(gFtpTimeouts.lateReplyDownloadMs, 0, code, text)
-                                         : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
+  const LProcessResult read = iLateReplies != 0 ? ReadLateReplies(gFtpTimeouts.lateReplyDownloadMs, 0, code, text)
+                                                : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
   if (read == LProcessResultOk && FtpReplyIsPositive(code)) return LProcessResultOk;
   KeepError(text);
   // What came is not to be taken for the file. There may be nothing to remove.

@@ -10,8 +10,8 @@ namespace {
 /// More replies than this are no answers to NOOPs: a server that never stops talking would hold the window
 /// for ever.
 constexpr int kMostLateReplies = 1000;
-/// The preliminary reply, the final one, and one to spare.
-constexpr int kMostRepliesToTransfer = 3;
+/// Replies that end nothing: the preliminary one, and one more.
+constexpr int kSpareReplies = 2;
 
 }  // namespace
 
@@ -46,17 +46,18 @@ LProcessResult FtpFileTransfer::PrepareDataConnection() {
 
 LProcessResult FtpFileTransfer::ReadReply(unsigned short& code, char (&text)[kTextSize]) {
   const LProcessResult read = ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.replyMs);
-  if (read == LProcessResultStopped) TakeRepliesOff();
+  if (read == LProcessResultStopped) TakeRepliesOff(1);
   return read;
 }
 
-/// The command is on its way: what the server says to it would be taken for the answer to the next one.
-void FtpFileTransfer::TakeRepliesOff() {
+/// What the server says to commands that are on their way would be taken for the answers to the next ones.
+void FtpFileTransfer::TakeRepliesOff(int owed) {
   data.Drop();
-  for (int i = 0; i < kMostRepliesToTransfer; ++i) {
+  for (int spare = kSpareReplies; owed > 0 && spare >= 0;) {
     unsigned short code;
     char text[kTextSize];
-    if (ReadClosingReply(gFtpTimeouts.aborReplyMs, code, text) != LProcessResultOk || code >= 200) return;
+    if (ReadClosingReply(gFtpTimeouts.aborReplyMs, code, text) != LProcessResultOk) return;
+    code >= 200 ? --owed : --spare;
   }
 }
 
@@ -69,13 +70,19 @@ bool FtpFileTransfer::IsNoopDue() const {
 LProcessResult FtpFileTransfer::ExchangeNoop(unsigned short& code) {
   code = 0;
   const LProcessResult sent = ProcessFtpSendCommand(*pProcess, *pSession, "NOOP\r\n", gFtpTimeouts.noopSendMs);
-  if (sent == LProcessResultStopped) return sent;
+  if (sent == LProcessResultStopped) {
+    TakeRepliesOff(1 + iLateReplies);
+    return sent;
+  }
   if (sent == LProcessResultOk) {
     char text[kTextSize];
     const LProcessResult read =
         ProcessFtpWaitForReplyTimeout(*pProcess, *pSession, code, text, gFtpTimeouts.noopReplyMs);
-    if (read == LProcessResultStopped) return read;
-    if (read == LProcessResultFailed) bLateReply = true;
+    if (read != LProcessResultOk) ++iLateReplies;
+    if (read == LProcessResultStopped) {
+      TakeRepliesOff(1 + iLateReplies);
+      return read;
+    }
   }
   StartNoopClock();
   return LProcessResultOk;
@@ -89,7 +96,7 @@ LProcessResult FtpFileTransfer::Abort(unsigned sendMs, unsigned short& code, cha
   // would answer too late, and one reply would be left over for the next command.
   data.Drop();
   const LProcessResult read = ReadClosingReply(gFtpTimeouts.aborReplyMs, code, text);
-  if (read != LProcessResultOk) bLateReply = true;
+  if (read != LProcessResultOk) ++iLateReplies;
   return read;
 }
 

@@ -25,14 +25,14 @@ class FtpFileTransfer {
   /// the command is taken off.
   LProcessResult ReadReply(unsigned short& code, char (&text)[kTextSize]);
 
-  /// Closes the data connection and takes off what the server has to say to that.
-  void TakeRepliesOff();
+  /// Closes the data connection and takes off what the server has to say to that, and to NOOPs: `owed` replies.
+  void TakeRepliesOff(int owed);
 
   /// Starts the time to the first NOOP.
   void StartNoopClock();
   bool IsNoopDue() const;
-  /// Keeps the control connection from falling idle. 1 stopped, otherwise 0: a reply that does not come in
-  /// time may come behind the transfer's own and is gathered there. `code` is 0 without a reply.
+  /// Keeps the control connection from falling idle. 1 stopped, with the replies taken off, otherwise 0: a reply that
+  /// does not come in time may come behind the transfer's own and is gathered there. `code` is 0 without a reply.
   LProcessResult ExchangeNoop(unsigned short& code);
   /// ABOR and its reply, whatever the user does meanwhile. 2 if none came.
   LProcessResult Abort(unsigned sendMs, unsigned short& code, char (&text)[kTextSize]);
@@ -48,10 +48,10 @@ class FtpFileTransfer {
   char (*pErrorText)[kTextSize];  ///< Null if nobody wants it.
   FtpDataConnection data;
   FtpTransferProgress progress;
-  int iFile = -1;           ///< The local file; -1 when closed.
-  char szName[kTextSize];   ///< What the label shows.
-  bool bLateReply = false;  ///< A NOOP is still unanswered.
-  int64_t iNoopClock = 0;   ///< When the last NOOP was exchanged, in milliseconds.
+  int iFile = -1;          ///< The local file; -1 when closed.
+  char szName[kTextSize];  ///< What the label shows.
+  int iLateReplies = 0;    ///< To NOOPs and ABOR, still to come.
+  int64_t iNoopClock = 0;  ///< When the last NOOP was exchanged, in milliseconds.
 };
 
 constexpr unsigned kFtpTransferComplete = 226;

@@ -239,8 +239,9 @@ void FileUpload::SetRemoteDate() {
 LProcessResult FileUpload::Finish(bool isStopped) {
   unsigned short code;
   char text[kTextSize];
-  const LProcessResult read = bLateReply ? ReadLateReplies(gFtpTimeouts.lateReplyUploadMs, kFtpLocalError, code, text)
-                                         : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
+  const LProcessResult read = iLateReplies != 0
+                                  ? ReadLateReplies(gFtpTimeouts.lateReplyUploadMs, kFtpLocalError, code, text)
+                                  : ReadClosingReply(gFtpTimeouts.closingReplyMs, code, text);
   if (isStopped) return LProcessResultStopped;
   // All data went out and the connection was closed in order: a server that says nothing more has the file.
   const LProcessResult result = read == LProcessResultOk ? JudgeClosingReply(code, text) : LProcessResultOk;
@@ -257,7 +258,7 @@ LProcessResult FileUpload::Run() {
   if (result != LProcessResultOk) return result;
   result = ChooseStart();
   if (result != LProcessResultOk) {
-    TakeRepliesOff();  // The server has begun to receive.
+    TakeRepliesOff(1);  // The server has begun to receive.
     return result;
   }
   if (pSession->IsSecure()) data.FinishTls(*pProcess);

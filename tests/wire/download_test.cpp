@@ -263,16 +263,19 @@ TEST_P(Download, StoppedWhileDataComeIsAborted) {
   }
 }
 
-TEST_P(Download, StoppedInANoopKeepsWhatCame) {
+TEST_P(Download, StoppedInANoopKeepsWhatCameAndTheSessionInStep) {
   gFtpTimeouts.dataCloseMs = kShortMs;
   gFtpTimeouts.noopPeriodMs = kNoopMs;
   Begin(Session::bHasSize);
   ExpectStart(9 * kBlock);
   ExpectData("RETR r.bin").DataPart(TestBytes(kBlock)).Delay(2 * kNoopMs).DataPart(TestBytes(kBlock));
-  server.Expect("NOOP").Silence();
+  server.Expect("NOOP").Delay(kOverASliceMs).DataClose().ReplyLines({"426 Broken", "200 Late"});
   StopWhen([this] { return LastCommand() == "NOOP"; });
   EXPECT_EQ(Run(), LProcessResultStopped);
   EXPECT_GT(Local().size(), kBlock);
+  process.OnQuestion(nullptr);
+  process.StopAt(0);
+  ExpectInStep();
 }
 
 TEST_P(Download, StoppedInItsReplyLeavesTheSessionInStep) {
