@@ -1,4 +1,5 @@
 // Downloads through the button of the window, with the progress dialog that a user sees.
+#include <QTimer>
 #include <Qt>
 
 #include "support/window/menus.h"
@@ -45,6 +46,31 @@ TEST_F(Download, TheDialogTellsWhatHappensAndHoldsTheWindowUntilEscape) {
   TransferTest::Download({"stall.bin"});
   EXPECT_TRUE(look.Acted());
   ExpectCancelled(true);
+}
+
+/// Each question to it takes its whole time-out.
+TEST_F(Download, AServerThatFallsSilentIsNotAskedForTheDateOfEachFile) {
+  MakeRemote("0-stall.bin", RandomBytes(2 * 1024 * 1024));
+  StartConnected({"a.txt", "b.txt", "c.txt"});
+  gFtpTimeouts.replyMs = gFtpTimeouts.closingReplyMs = gFtpTimeouts.greetingMs = 100;
+  gFtpTimeouts.aborReplyMs = gFtpTimeouts.lateReplyDownloadMs = 100;
+  alerts.Expect("ダウンロードされたローカルファイルまたはフォルダを削除しますか？", "削除しない");
+  QTimer user;  // What is refreshed behind the run asks for the password where it does not get on.
+  QObject::connect(&user, &QTimer::timeout, &user, [] {
+    if (platform::Window* login = Dialog("ユーザーログイン")) ui::Press(login, kCommandCancel);
+  });
+  user.start(20);
+  const auto transfer = [&] { TransferTest::Download({"0-stall.bin", "a.txt", "b.txt", "c.txt"}); };
+  NewCommands();
+  CancelDuring(kDownloading, transfer, [&](platform::Window*) {
+    if (SizeOf(Local("0-stall.bin")) == 0) return false;
+    server->FallSilent();
+    return true;
+  });
+  const Texts dates = NewCommands({"MDTM "});
+  EXPECT_EQ(dates, Texts{"MDTM /c.txt"});
+  EXPECT_EQ(history.Count("ファイルのダウンロード完了。"), 3u);
+  EXPECT_TRUE(ui::WaitUntil([&] { return !Main().remotePane.bConnected && !ui::ModalWindow(); }));
 }
 
 TEST_F(Download, ACutInTheMiddleLeavesNoHalfFileAndTheProgramConnectsAgain) {

@@ -24,6 +24,8 @@ PaneServer::PaneServer(const std::string& folder, const std::string& certificate
   if (output) fclose(output);
 }
 
+void PaneServer::FallSilent() { kill(pid_, SIGSTOP); }
+
 void PaneServer::Stop() {
   if (pid_ <= 0) return;
   kill(pid_, SIGKILL);

@@ -18,6 +18,8 @@ class PaneServer {
   static const char* Password() { return "secret"; }
   /// Every connection to it is cut.
   void Stop();
+  /// Every connection to it stays and says nothing more.
+  void FallSilent();
 
  private:
   pid_t pid_ = 0;
