@@ -91,5 +91,5 @@ void LFtpList::CmDownloadList(const char* localFolder) {
   }
   pWindow->Wait(kSettleMs);
   pWindow->SetPowerDownAllow();
-  bDownloadedAll = FinishItems(list) && result == LProcessResultOk;
+  bDownloadedAll = FinishItems(list) && result == LProcessResultOk && !list.bLeftOut;
 }

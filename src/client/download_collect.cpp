@@ -17,6 +17,12 @@ namespace {
 constexpr int kTries = 3;
 constexpr mode_t kNewFolderMode = 0777;
 
+/// Gives whether the collecting goes on.
+bool LeaveOut(FtpDownloadFileList& list, bool goesOn) {
+  list.bLeftOut = true;
+  return goesOn;
+}
+
 }  // namespace
 
 bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, const char* remoteDir, signed char& kind) {
@@ -31,7 +37,7 @@ bool LFtpList::_IsDirectoryFTP(LProcessInterface& process, const char* name, con
 bool LFtpList::_CmDownloadItemListInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
                                              LProcessInterface& process) {
   if (process.IsToStop()) return false;
-  if (!RemoteNameIsTrusted(name, name)) return false;
+  if (!RemoteNameIsTrusted(name, name)) return LeaveOut(list, false);
   char remoteDir[kTextSize];
   RemotePathOfLocal(remoteDir, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // A listing that shows where a link leads calls it a folder under this whole text, which nothing can enter.
@@ -53,7 +59,7 @@ bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, cons
   TextCopy(link, before.Text());
   LStringTrim(link);
   // Of a name that begins with a minus sign nothing is left. It is skipped, and the run goes on.
-  if (!RemoteNameIsTrusted(link, name)) return link[0] == 0;
+  if (!RemoteNameIsTrusted(link, name)) return LeaveOut(list, link[0] == 0);
   char level[kTextSize];
   RemotePathOfLocal(level, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
   // What can be entered is a folder; a link to a file is found out by the refusal.
@@ -65,7 +71,7 @@ bool LFtpList::_CmDownloadSymbolicLinkInterfaced(FtpDownloadFileList& list, cons
 bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char* localDir, const char* name,
                                            LProcessInterface& process) {
   if (process.IsToStop()) return false;
-  if (!TransferPathFits(localDir, name)) return true;
+  if (!TransferPathFits(localDir, name)) return LeaveOut(list, true);
   char path[kTextSize];
   LFile::_MakeFilePath(path, localDir, name, "");
   struct stat status;
@@ -76,27 +82,26 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
   char asCollected[kTextSize];
   char sub[kTextSize];
   RemotePathOfLocal(asCollected, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
-  if (!_GetCurrentDirectoryFTP(level, asCollected)) return false;
-  if (!TransferPathFits(level, name)) return true;
+  if (!_GetCurrentDirectoryFTP(level, asCollected)) return LeaveOut(list, false);
+  if (!TransferPathFits(level, name)) return LeaveOut(list, true);
   RemoteJoin(sub, level, name);
   if (!_SetCurrentDirectoryFTP(sub)) {
     // Listed now would be the folder above, again and again.
     _SetCurrentDirectoryFTP(level);
-    return true;
+    return LeaveOut(list, true);
   }
-  for (int i = 0; i < kTries; ++i) {
+  bool isListed = false;
+  for (int i = 0; i < kTries && !isListed; ++i) {
     LFileTransferProtocol::DirIterator listing;
     LProcessInterfaceVoid quiet;
-    if (listing._LoadList(quiet, Ftp, "*") != LProcessResultOk) {
-      if (ReconnectFromLast()) _SetCurrentDirectoryFTP(sub);
-      continue;
-    }
-    for (; listing.Current(); listing.Next()) {
+    isListed = listing._LoadList(quiet, Ftp, "*") == LProcessResultOk;
+    if (!isListed && ReconnectFromLast()) _SetCurrentDirectoryFTP(sub);
+    for (; isListed && listing.Current(); listing.Next()) {
       if (RemoteIsDotEntry(listing.Name())) continue;
       if (!_CmDownloadItemListInterfaced(list, path, listing.Name(), process)) return false;
     }
-    break;
   }
+  if (!isListed) LeaveOut(list, true);
   // Also behind a folder that could not be listed: what follows is asked for by bare names.
   _SetCurrentDirectoryFTP(level);
   return true;
@@ -104,11 +109,11 @@ bool LFtpList::_CmDownloadFolderInterfaced(FtpDownloadFileList& list, const char
 
 bool LFtpList::_CmAppendDownloadFile(FtpDownloadFileList& list, const char* localDir, const char* name) {
   if (!pWindow) return false;
-  if (!TransferPathFits(localDir, name)) return true;
+  if (!TransferPathFits(localDir, name)) return LeaveOut(list, true);
   char local[kTextSize];
   char remote[kTextSize];
   RemotePathOfLocal(remote, szBaseLocalDirectory, szBaseRemoteDirectory, localDir);
-  if (!TransferPathFits(remote, name)) return true;
+  if (!TransferPathFits(remote, name)) return LeaveOut(list, true);
   LFile::_MakeFilePath(local, localDir, name, "");
   RemotePathOfLocal(remote, szBaseLocalDirectory, szBaseRemoteDirectory, local);
   if (LFile::TestFileExists(local)) {

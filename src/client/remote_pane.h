@@ -204,7 +204,7 @@ class LFtpList : public LListViewSorter,
   char szCurrentDirectory[kTextSize] = {};     ///< As the server's answer to PWD gave it.
   char szBaseRemoteDirectory[kTextSize] = {};  ///< Roots of the running transfer.
   char szBaseLocalDirectory[kTextSize] = {};
-  bool bDownloadedAll = false;    ///< The last CmDownloadList brought every file that it had collected.
+  bool bDownloadedAll = false;    ///< The last CmDownloadList brought all of the selection.
   bool bSyncNoPrompt = false;     ///< Synchronising no longer asks, until the program ends.
   bool bDropToRow = false;        ///< The next upload goes into the folder of the current row.
   char szFilter[kTextSize] = {};  ///< Lower case; empty for none.

@@ -44,6 +44,7 @@ struct FtpDownloadFileList {
   LList<LStringLongItem> createdFolders;  ///< Local ones, deepest first, also those that were there before.
   LStringLongTemplate<char> localFolder;
   LVector<LStringLongTemplate<char>> names;  ///< What is collected, in the directory of the run.
+  bool bLeftOut = false;                     ///< Something was not collected: refused, not to be listed, too long.
 
   void AddFile(const char* local, const char* remote);
   void AddFolderToCreatedFolderList(const char* path);

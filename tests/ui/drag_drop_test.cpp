@@ -280,6 +280,7 @@ TEST_F(DragOut, RowsAreFilesWhenTheyLeaveTheList) {
 
 TEST_F(DragOut, HalfAFolderIsNotDragged) {
   MakeRemote("half/stall.bin", RandomBytes(1 << 20));
+  MakeRemote("refused/a\\b.txt", "");
   Start();
   const Meanwhile dragged([&] { return IsDragged(); }, [] { QDrag::cancel(); });
   Select(kRemoteList, {"half"});
@@ -287,6 +288,13 @@ TEST_F(DragOut, HalfAFolderIsNotDragged) {
   const Meanwhile cancel([&] { return Exists(Fetched("half/stall.bin")); },
                          [&] { ui::Key(Dialog(kDownloading), Qt::Key_Escape); });
   DragFromTheList("half");
+  EXPECT_FALSE(dragged.Acted());
+  LetGo();
+
+  // What is refused ends the collecting.
+  Select(kRemoteList, {"refused"});
+  DragFromTheList("refused");
+  EXPECT_TRUE(Exists(Fetched("refused")));
   EXPECT_FALSE(dragged.Acted());
   LetGo();
 }
