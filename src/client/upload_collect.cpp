@@ -16,7 +16,10 @@ constexpr int kTries = 3;
 /// All names in the folder; 1 when stopped.
 LProcessResult ReadFolder(LProcessInterface& process, const char* folder, LStringListTemplate<char>& names) {
   LFile::FolderIteratorAllFiles iterator;
-  if (!iterator.Open(folder, "*")) return LProcessResultOk;
+  if (!iterator.Open(folder, "*")) {
+    LOGERRORF("以下のフォルダを読み込めません：%s", folder);
+    return LProcessResultOk;
+  }
   do {
     if (process.IsToStop()) return LProcessResultStopped;
     if (!LIsDotName(iterator.Name())) names.Add(iterator.Name());

@@ -74,7 +74,8 @@ TEST_F(Trouble, APipeAmongTheFilesIsNotWaitedFor) {
   ExpectTold(kUploadFailed);
 }
 
-TEST_F(Trouble, ALocalFolderThatCannotBeReadIsMadeAndStaysEmpty) {
+TEST_F(Trouble, ALocalFolderThatCannotBeReadIsMadeStaysEmptyAndIsTold) {
+  std::filesystem::create_directories(Local("d/empty"));
   StartConnected({}, {"d/locked/x.txt", "d/a.txt"});
   chmod(Local("d/locked").c_str(), 0);
   {
@@ -83,6 +84,8 @@ TEST_F(Trouble, ALocalFolderThatCannotBeReadIsMadeAndStaysEmpty) {
   }
   EXPECT_TRUE(std::filesystem::is_empty(Remote("d/locked")));
   EXPECT_EQ(ContentOf(Remote("d/a.txt")), "x");
+  ExpectTold("以下のフォルダを読み込めません：" + Local("d/locked"));
+  EXPECT_EQ(history.Count("以下のフォルダを読み込めません："), 1u);
   ExpectTold("アップロード完了");
 }
 
