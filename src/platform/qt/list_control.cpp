@@ -410,8 +410,9 @@ void ListControl::NameWasEdited(int row, const QByteArray& name) {
 
 void ListControl::TellEditedName() {
   if (!editedName) return;
-  const auto [row, name] = *std::exchange(editedName, std::nullopt);
-  owner->WithOwner([&](WindowEvents& events) { events.OnLabelEditFinish(controlId, row, name.constData()); });
+  const auto edited = *std::exchange(editedName, std::nullopt);
+  owner->WithOwner(
+      [&](WindowEvents& events) { events.OnLabelEditFinish(controlId, edited.first, edited.second.constData()); });
 }
 
 void ListControl::FinishEditing() {
