@@ -5,25 +5,13 @@
 #include "client/remote_pane.h"
 #include "client/transfer_lists.h"
 #include "core/progress_dialog.h"
-#include "ftp/timeouts.h"
-#include "platform/clock.h"
 #include "platform/file_io.h"
 #include "sites/store/accounts.h"
 #include "support/files.h"
 #include "support/log.h"
 
-/// The server's date of a file, or now where it does not tell.
-static int64_t DateOnServer(const DownloadFile& file) {
-  if (!file.protocol->IsValid()) return platform::ClockWallSeconds();
-  const int64_t asked = platform::ClockMonotonicMs();
-  const int64_t date = file.protocol->GetFileDate(file.remote);
-  // A server that has fallen silent would take as long over each further file, and nobody could stop it.
-  if (platform::ClockMonotonicMs() - asked >= gFtpTimeouts.replyMs) file.protocol->CloseSocket();
-  return date;
-}
-
 void KeepServerDate(const DownloadFile& file) {
-  const int64_t modified = DateOnServer(file);
+  const int64_t modified = file.protocol->GetFileDate(file.remote);
   struct stat status;
   if (stat(file.local, &status) != 0) return;
   // A pipe in its place must not be waited for.

@@ -42,7 +42,8 @@ class LFileTransferProtocol : public LSSLSocketTCP {
   [[nodiscard]] bool GetCurrentDirectory(char (&path)[kTextSize]);
   /// True also for a folder that exists already.
   [[nodiscard]] bool CreateDirectory(const char* path);
-  /// Seconds on the wall-clock scale of listings; now on that scale if the server gives no answer.
+  /// Seconds on the wall-clock scale of listings; now on that scale if the server gives no answer. Closes the session
+  /// of one that has fallen silent: nobody can stop this, and each further file would take as long.
   int64_t GetFileDate(const char* name);
   /// 0 if the server gives no answer.
   uint64_t GetFileSizeBytes64(const char* name);

@@ -6,6 +6,7 @@
 #include "ftp/list_parser.h"
 #include "ftp/queries.h"
 #include "ftp/query_steps.h"
+#include "ftp/timeouts.h"
 #include "platform/clock.h"
 #include "support/date_time.h"
 
@@ -81,11 +82,13 @@ LProcessResult AskListing(LProcessInterface& process, LFileTransferProtocol& ses
   return LProcessResultOk;
 }
 
+int64_t NowOnTheScaleOfListings() { return platform::ClockWallSeconds() - LDateTime::GetTimeZoneOffset(); }
+
 }  // namespace
 
 LProcessResult ProcessFtpGetFileModifiedTime(LProcessInterface& process, LFileTransferProtocol& session,
                                              const char* name, int64_t& time) {
-  time = platform::ClockWallSeconds() - LDateTime::GetTimeZoneOffset();
+  time = NowOnTheScaleOfListings();
   if (process.IsToStop()) return LProcessResultStopped;
   ProcessFtpCheckFeatures(process, session);
   char stamp[kTextSize];
@@ -103,9 +106,13 @@ LProcessResult ProcessFtpGetFileModifiedTime(LProcessInterface& process, LFileTr
 }
 
 int64_t LFileTransferProtocol::GetFileDate(const char* name) {
-  LProcessInterfaceVoid process;
+  if (!IsValid()) return NowOnTheScaleOfListings();
+  const int64_t asked = platform::ClockMonotonicMs();
+  LProcessInterfaceVoid unstoppable;
   int64_t time = 0;
   // A failure leaves it at now.
-  (void)ProcessFtpGetFileModifiedTime(process, *this, name, time);
+  const LProcessResult result = ProcessFtpGetFileModifiedTime(unstoppable, *this, name, time);
+  const bool isSilent = result != LProcessResultOk && platform::ClockMonotonicMs() - asked >= gFtpTimeouts.replyMs;
+  if (isSilent) CloseSocket();
   return time;
 }

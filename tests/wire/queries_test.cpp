@@ -182,6 +182,19 @@ TEST_P(Queries, TakeTheTimeFromAStamp) {
   ExpectInStep();
 }
 
+/// Nobody can stop them.
+TEST_P(Queries, ForADateEndTheSessionOfASilentServer) {
+  gFtpTimeouts.replyMs = kShortMs;
+  Begin(Session::bHasMdtm | Session::bSystKnown);
+  server.Expect("MDTM f.txt").Silence();
+  server.Expect("TYPE A").Silence();
+  const int64_t first = session.GetFileDate("f.txt");
+  EXPECT_FALSE(session.IsValid());
+  EXPECT_EQ(AskTime(), LProcessResultFailed);
+  EXPECT_NEAR(first, time, 60);
+  EXPECT_NEAR(session.GetFileDate("g.txt"), time, 60);
+}
+
 TEST_P(Queries, TakeTheTimeFromAListing) {
   constexpr int64_t kDay = 1547478000;  // 2019-01-15 00:00 in Tokyo
   const struct {
